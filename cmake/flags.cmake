@@ -1,0 +1,24 @@
+# The one place for compiler flags: `kestrane_flags` is linked by everything that is compiled here.
+add_library(kestrane_flags INTERFACE)
+target_compile_features(kestrane_flags INTERFACE cxx_std_20)
+target_compile_options(kestrane_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
+    -Wold-style-cast -Wcast-qual -Wcast-align -Wextra-semi
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wformat=2 -Wmissing-declarations
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference>)
+
+if(KESTRANE_SANITIZE)
+    target_compile_options(kestrane_flags INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(kestrane_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(WIN32)
+    target_compile_definitions(kestrane_flags INTERFACE
+        UNICODE _UNICODE _WIN32_WINNT=0x0A00 WINVER=0x0A00 NTDDI_VERSION=0x0A000000
+        WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
+    # Each function in a section of its own, so that the linker can leave out what nobody calls.
+    target_compile_options(kestrane_flags INTERFACE -ffunction-sections -fdata-sections)
+    target_link_options(kestrane_flags INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+endif()

@@ -1,0 +1,12 @@
+#pragma once
+// What the program has to say to whoever debugs it: one level, no log file. Texts are Spanish without accents, begin
+// with "kestrane: ", end in a line feed, and are never translated.
+#include <windows.h>
+
+namespace kestrane {
+
+inline void LogDebug(const wchar_t* line) {
+    OutputDebugStringW(line);
+}
+
+}  // namespace kestrane

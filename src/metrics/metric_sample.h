@@ -1,0 +1,51 @@
+#pragma once
+// What the samplers write and everything else only reads: the latest figures of processor, disks and memory.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kestrane {
+
+/// One instance of a wildcard counter, with the name that PDH gives it.
+struct CounterValue {
+    std::wstring name;
+    double value = 0;
+};
+
+/// The figures of one physical disk.
+struct DiskSample {
+    std::int32_t number = 0;        // physical disk number, taken from the instance name
+    std::wstring name;              // instance name, such as "0 C:"
+    double readBytes = 0;           // bytes per second, never negative
+    double writeBytes = 0;          // bytes per second, never negative
+    std::int32_t readPercent = 0;   // share of the busy time spent reading, 0 to 100
+    std::int32_t writePercent = 0;  // share of the busy time spent writing, 0 to 100
+};
+
+/// The figures of the disks that the user has chosen.
+struct DiskTotals {
+    double readBytes = 0;           // bytes per second, sum
+    double writeBytes = 0;          // bytes per second, sum
+    std::int32_t readPercent = 0;   // greatest of them
+    std::int32_t writePercent = 0;  // greatest of them
+    std::int32_t diskCount = 0;     // how many disks these figures cover
+};
+
+/// The latest reading of processor, disks and memory. The disk percentages are those of the busiest disk in the
+/// machine, whatever the user has chosen.
+struct MetricSample {
+    std::int32_t cpuPercent = 0;            // 0 to 100
+    std::vector<std::int32_t> corePercent;  // 0 to 100, by logical number: group * 64 + number; gaps stay 0
+    bool diskValid = false;
+    std::int32_t diskReadPercent = 0;
+    std::int32_t diskWritePercent = 0;
+    std::wstring busiestReadDisk;
+    std::wstring busiestWriteDisk;
+    std::uint32_t diskInstanceCount = 0;
+    std::vector<DiskSample> disks;
+    std::uint32_t memoryPercent = 0;  // 0 to 100
+    std::uint64_t memoryTotalBytes = 0;
+    std::uint64_t memoryAvailableBytes = 0;
+};
+
+}  // namespace kestrane

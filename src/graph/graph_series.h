@@ -1,0 +1,47 @@
+#pragma once
+// What a graph is given to read: references to rings that live elsewhere, and the time between two points.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "graph/metric_ring.h"
+
+namespace kestrane {
+
+/// Points of each machine-wide series and of each disk.
+inline constexpr std::uint64_t SeriesCapacity = 4096;
+/// Points of each logical processor: deliberately a quarter of the machine-wide series.
+inline constexpr std::uint64_t CoreSeriesCapacity = 1024;
+
+/// The history of one physical disk, in bytes per second.
+struct DiskHistory {
+    std::int32_t number = 0;
+    std::wstring label;  // of the latest sample
+    MetricRing<double> read{SeriesCapacity};
+    MetricRing<double> write{SeriesCapacity};
+};
+
+/// One series: the counter ring if there is one, else the value ring. Both null is a series without points.
+struct SeriesRef {
+    const MetricRing<std::uint64_t>* counterRing = nullptr;
+    const MetricRing<double>* valueRing = nullptr;
+};
+
+struct GraphSeries {
+    SeriesRef primary;
+    SeriesRef secondary;
+    SeriesRef activityRead;  // the disk graph in activity mode
+    SeriesRef activityWrite;
+    const std::vector<MetricRing<double>>* cores = nullptr;  // one ring per logical number
+    const std::vector<std::uint8_t>* coreClasses = nullptr;  // processor classes by logical number
+    const std::vector<DiskHistory>* disks = nullptr;
+    std::uint32_t periodMs = 1000;  // time between two points
+};
+
+/// The value `age` points before the newest; 0.0 if the series does not reach back that far.
+double ValueAtAge(const SeriesRef& ref, std::uint64_t age);
+
+/// How many points the series has.
+std::uint64_t SeriesCount(const SeriesRef& ref);
+
+}  // namespace kestrane

@@ -1,0 +1,196 @@
+#pragma once
+// Everything the user can configure, as one record, with its defaults and the lists of permitted values. The INI file
+// that stores it, and the division into tabs, build on the tables of this file.
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "settings/color.h"
+
+namespace kestrane {
+
+/// An icon's position; the notification icon's id is the position plus 1.
+enum class MetricKind : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3 };
+
+/// A graph's number. Loops over the graphs run in this order.
+enum class GraphKind : std::uint32_t { Network = 0, Cpu = 1, Disk = 2 };
+
+/// A page of the settings dialog. General has no part of AppSettings of its own.
+enum class SettingsTab : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3, General = 4 };
+
+inline constexpr std::size_t MetricCount = 4;
+inline constexpr std::size_t GraphCount = 3;
+inline constexpr std::array<GraphKind, GraphCount> GraphKinds{GraphKind::Network, GraphKind::Cpu, GraphKind::Disk};
+
+constexpr std::size_t IndexOf(MetricKind kind) {
+    return static_cast<std::size_t>(kind);
+}
+constexpr std::size_t IndexOf(GraphKind kind) {
+    return static_cast<std::size_t>(kind);
+}
+
+/// Positions in AppSettings::colors and in IconColors.
+enum ColorKey : std::size_t {
+    CpuBg,
+    CpuFg,
+    CpuGraphBg,
+    CpuBorder,
+    CpuGraphFg,
+    CpuGraphPerf,
+    CpuGraphEff,
+    DiskBg,
+    DiskRead,
+    DiskWrite,
+    DiskGraphBg,
+    DiskBorder,
+    DiskGraphRead,
+    DiskGraphWrite,
+    MemBg,
+    MemText,
+    Mem1Bg,
+    Mem1Text,
+    Mem2Bg,
+    Mem2Text,
+    Mem3Bg,
+    Mem3Text,
+    MemBorder,
+    Mem1Border,
+    Mem2Border,
+    Mem3Border,
+    NetBg,
+    NetDown,
+    NetUp,
+    NetBoth,
+    NetGraphBg,
+    NetBorder,
+    NetGraphDown,
+    NetGraphUp,
+    NetGraphBoth,
+    ColorCount
+};
+
+/// A graph window: six fields of window state, which the window itself writes, then nine of style, which the dialog
+/// edits.
+struct GraphSettings {
+    bool graph = false;                    // the window is open
+    bool pinned = false;                   // the window stays open
+    std::int32_t x = 0;                    // screen pixels
+    std::int32_t y = 0;                    // screen pixels
+    std::int32_t width = 0;                // 0: never placed
+    std::int32_t height = 0;               // 0: never placed
+    std::int32_t opacity = 90;             // percent, one of OpacityChoices
+    std::int32_t margin = 6;               // pixels round the plot, 0 to 20
+    std::wstring font_name = L"Segoe UI";  // 1 to 31 characters
+    std::int32_t font_size = 12;           // 6 to 32
+    bool font_bold = false;
+    std::int32_t style = 0;      // 0 bars, 1 lines
+    std::int32_t smoothing = 2;  // index in SmoothingChoices
+    std::int32_t fill = 50;      // percent under the line, one of FillChoices
+    bool topmost = false;
+
+    bool operator==(const GraphSettings&) const = default;
+};
+
+/// The whole configuration. A bare record is no set of defaults: those come from MakeDefaultSettings.
+struct AppSettings {
+    std::array<ColorValue, ColorCount> colors{};
+    std::array<std::int32_t, 3> thresholds{};  // memory percentages at which the memory icon changes level
+    std::array<bool, MetricCount> show{true, true, true, true};                 // by MetricKind
+    std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500, 1500};  // by MetricKind, of RefreshChoices
+    std::wstring font_name = L"Segoe UI Variable Display Semibold";  // of the memory icon's digits, 1 to 31 characters
+    std::int32_t font_size = 13;                                     // 6 to 32
+    bool font_bold = false;
+    bool bar = true;  // the memory icon draws its level bar
+    bool check_updates = true;
+    std::uint32_t language = 0;                   // 0 automatic, 1 Spanish, 2 English
+    std::string install_id;                       // empty or 36 characters
+    std::vector<std::uint64_t> interfaces;        // LUIDs of the chosen connections; empty: all, summed
+    std::vector<std::wstring> interface_aliases;  // parallel to `interfaces`: each one's name when it was chosen
+    GraphSettings network;
+    GraphSettings cpu;
+    GraphSettings disk;
+    bool per_core = false;            // the CPU graph draws one small graph per logical processor
+    bool activity = false;            // the disk graph shows percent instead of speed
+    std::vector<std::int32_t> disks;  // chosen disk numbers, 0 to 63, no duplicates; empty: all, summed
+
+    bool operator==(const AppSettings&) const = default;
+};
+
+/// The icon that belongs to a graph, as a position for `show`, `refresh_ms` and the like.
+constexpr std::size_t IconPosition(GraphKind kind) {
+    constexpr std::array<MetricKind, GraphCount> Icons{MetricKind::Network, MetricKind::Cpu, MetricKind::Disk};
+    return IndexOf(Icons[IndexOf(kind)]);
+}
+
+GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind);
+const GraphSettings& GraphSettingsOf(const AppSettings& settings, GraphKind kind);
+
+/// One colour: its key in the settings file, the tab that owns it, and its default. The defaults of linked positions
+/// are those of their sources.
+struct IconColor {
+    const wchar_t* key;
+    SettingsTab tab;
+    ColorValue value;
+};
+extern const std::array<IconColor, ColorCount> IconColors;
+
+/// A colour that takes its source's value where nobody gave it one: in the defaults, and for keys that a file lacks.
+struct ColorLink {
+    ColorKey target;
+    ColorKey source;
+};
+inline constexpr std::array<ColorLink, 7> ColorLinks{{{CpuGraphFg, CpuFg},
+                                                      {CpuGraphPerf, CpuFg},
+                                                      {DiskGraphRead, DiskRead},
+                                                      {DiskGraphWrite, DiskWrite},
+                                                      {NetGraphDown, NetDown},
+                                                      {NetGraphUp, NetUp},
+                                                      {NetGraphBoth, NetBoth}}};
+
+/// A sampling period and the Spanish text of the choice.
+struct RefreshChoice {
+    std::uint32_t ms;
+    const wchar_t* text;
+};
+inline constexpr std::array<RefreshChoice, 6> RefreshChoices{{{500, L"Ultra rápido - 0,5 s"},
+                                                              {1000, L"Rápido - 1 s"},
+                                                              {1500, L"Normal - 1,5 s"},
+                                                              {3000, L"Medio - 3 s"},
+                                                              {5000, L"Lento - 5 s"},
+                                                              {10000, L"Muy lento - 10 s"}}};
+inline constexpr std::array<std::int32_t, 8> OpacityChoices{100, 90, 80, 70, 60, 50, 40, 30};
+inline constexpr std::array<std::int32_t, 5> FillChoices{0, 25, 50, 75, 100};
+inline constexpr std::array<const wchar_t*, 4> SmoothingChoices{L"Ninguno", L"Bajo", L"Medio", L"Alto"};
+
+AppSettings MakeDefaultSettings();
+
+/// Index in RefreshChoices. A period that is not in the list counts as 1500.
+std::size_t RefreshIndex(std::uint32_t ms);
+/// Index in OpacityChoices. A percentage that is not in the list counts as 90.
+std::size_t OpacityIndex(std::int32_t percent);
+/// Index of the nearest of FillChoices; of two equally near, the lower.
+std::size_t FillIndex(std::int32_t percent);
+/// One of FillChoices. 1 becomes 50: in older files the fill was a flag.
+std::int32_t NormalizeFill(std::int32_t value);
+
+std::int32_t ClampFontSize(std::int32_t value);
+std::int32_t ClampMargin(std::int32_t value);
+std::int32_t ClampSmoothing(std::int32_t value);
+
+/// True when each of the three is 1 to 100 and greater than the one before.
+bool ValidThresholds(const std::array<std::int32_t, 3>& thresholds);
+
+/// How many thresholds a used percentage has reached, 0 to 3. Equal to a threshold is reached.
+std::size_t MemoryLevel(const AppSettings& settings, std::int32_t percent);
+
+/// The colours of the memory icon at a used percentage; background and border may be ColorNone.
+struct MemoryColors {
+    ColorValue background;
+    ColorValue text;
+    ColorValue border;
+};
+MemoryColors MemoryLevelColors(const AppSettings& settings, std::int32_t percent);
+
+}  // namespace kestrane

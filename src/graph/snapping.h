@@ -1,0 +1,43 @@
+#pragma once
+// Where a dragged window goes: the rectangle that the cursor asks for, always reckoned from the start of the drag, and
+// the pull of the edges near it. An edge pulls when it is at most `distance` away; the nearest wins.
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "graph/geometry.h"
+
+namespace kestrane {
+
+/// The sides that a resize moves, as a set of bits.
+inline constexpr std::uint32_t EdgeLeft = 1;
+inline constexpr std::uint32_t EdgeTop = 2;
+inline constexpr std::uint32_t EdgeRight = 4;
+inline constexpr std::uint32_t EdgeBottom = 8;
+
+/// `start` moved as a whole by `dx`, `dy`.
+Rect MovedRect(const Rect& start, std::int32_t dx, std::int32_t dy);
+
+/// `start` with the sides in `edges` moved by `dx` or `dy`, each stopping where the minimum size is reached.
+Rect SizedRect(const Rect& start, std::uint32_t edges, std::int32_t dx, std::int32_t dy, std::int32_t minWidth,
+               std::int32_t minHeight);
+
+/// The step from `position` to the nearest candidate within `distance`, the first of equally near ones; nothing when
+/// none is within reach.
+std::optional<std::int32_t> NearestSnap(const std::vector<std::int32_t>& candidates, std::int32_t position,
+                                        std::int32_t distance);
+
+/// The edges that pull: those of the work area, then both sides of each other window, in order. Replaces `xs`, `ys`.
+void CollectSnapEdges(const std::vector<Rect>& otherRects, const Rect& workArea, std::vector<std::int32_t>& xs,
+                      std::vector<std::int32_t>& ys);
+
+/// A moved window, drawn to the nearer of its two sides on each axis (left and top when equally near). The size stays.
+Rect SnapMovedRect(const Rect& rect, const std::vector<std::int32_t>& xs, const std::vector<std::int32_t>& ys,
+                   std::int32_t distance);
+
+/// A resized window: each side in `edges` is drawn by itself, unless the window would become smaller than the minimum.
+Rect SnapSizedRect(const Rect& rect, std::uint32_t edges, const std::vector<std::int32_t>& xs,
+                   const std::vector<std::int32_t>& ys, std::int32_t distance, std::int32_t minWidth,
+                   std::int32_t minHeight);
+
+}  // namespace kestrane

@@ -1,0 +1,17 @@
+#pragma once
+// How GoogleTest shows the records of geometry in a failing row.
+#include <ostream>
+
+#include "graph/geometry.h"
+
+namespace kestrane {
+
+inline void PrintTo(const Rect& rect, std::ostream* out) {
+    *out << "(" << rect.left << ", " << rect.top << ", " << rect.right << ", " << rect.bottom << ")";
+}
+
+inline void PrintTo(const Point& point, std::ostream* out) {
+    *out << "(" << point.x << ", " << point.y << ")";
+}
+
+}  // namespace kestrane

@@ -1,0 +1,22 @@
+#include <windows.h>
+
+#include "text/language_win32.h"
+
+namespace kestrane {
+
+std::uint32_t SystemLanguage() {
+    return LanguageFromUiLangId(GetUserDefaultUILanguage());
+}
+
+std::uint32_t ResolveLanguage(Lang language) {
+    switch (language) {
+        case LangSpanish:
+            return ActiveSpanish;
+        case LangEnglish:
+            return ActiveEnglish;
+        default:
+            return SystemLanguage();
+    }
+}
+
+}  // namespace kestrane

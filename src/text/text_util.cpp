@@ -1,0 +1,32 @@
+#include "text/text_util.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cwctype>
+
+namespace kestrane {
+
+std::wstring TrimBlanks(std::wstring_view text) {
+    constexpr std::wstring_view Blanks = L" \t";
+    const std::size_t first = text.find_first_not_of(Blanks);
+    if (first == std::wstring_view::npos) return {};
+    const std::size_t last = text.find_last_not_of(Blanks);
+    return std::wstring(text.substr(first, last - first + 1));
+}
+
+bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) {
+    return std::ranges::equal(a, b, [](wchar_t x, wchar_t y) {
+        return std::towlower(static_cast<std::wint_t>(x)) == std::towlower(static_cast<std::wint_t>(y));
+    });
+}
+
+std::wstring WidenBytes(std::string_view bytes) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        text += static_cast<wchar_t>(static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
+}  // namespace kestrane

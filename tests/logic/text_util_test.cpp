@@ -1,0 +1,69 @@
+#include "text/text_util.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace kestrane {
+namespace {
+
+TEST(TrimBlanks, TakesSpacesAndTabsOffBothEnds) {
+    struct {
+        std::wstring_view text;
+        std::wstring_view expected;
+    } const cases[] = {
+        {L"", L""},
+        {L" ", L""},
+        {L" \t \t", L""},
+        {L"a", L"a"},
+        {L" a", L"a"},
+        {L"a ", L"a"},
+        {L"\t a\tb \t", L"a\tb"},
+        {L"  a  b  ", L"a  b"},
+        {L"\na\r", L"\na\r"},                         // other control characters stay
+        {L"\u00A0a\u00A0", L"\u00A0a\u00A0"},         // and so does the blank that does not break
+        {std::wstring_view(L" \0 ", 3), {L"\0", 1}},  // and a zero character
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(TrimBlanks(row.text), row.expected) << testing::PrintToString(std::wstring(row.text));
+    }
+}
+
+TEST(EqualIgnoringCase, ComparesWholeTextsInSmallLetters) {
+    struct {
+        std::wstring_view a;
+        std::wstring_view b;
+        bool expected;
+    } const cases[] = {
+        {L"", L"", true},
+        {L"a", L"", false},
+        {L"Ethernet", L"eTHERNET", true},
+        {L"Ethernet", L"Ethernet 2", false},
+        {L"Ethernet 2", L"Ethernet", false},
+        {L"C:\\Bin\\kestrane.exe", L"c:\\bin\\KESTRANE.EXE", true},
+        {L"a", L"b", false},
+        {L"[", L"{", false},  // 32 apart, as letters are, but no letters
+        {L"@", L"`", false},
+        {L"\u00F1\u4E2D", L"\u00F1\u4E2D", true},
+        {L"\u4E2D", L"\u4E2E", false},
+        {std::wstring_view(L"a\0b", 3), std::wstring_view(L"a\0c", 3), false},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(row.a)) + " and " +
+                     testing::PrintToString(std::wstring(row.b)));
+        EXPECT_EQ(EqualIgnoringCase(row.a, row.b), row.expected);
+        EXPECT_EQ(EqualIgnoringCase(row.b, row.a), row.expected);
+    }
+}
+
+TEST(WidenBytes, GivesEachByteItsOwnNumber) {
+    EXPECT_EQ(WidenBytes(""), L"");
+    EXPECT_EQ(WidenBytes("0.2.0"), L"0.2.0");
+    EXPECT_EQ(WidenBytes("\xC3\xB1"), L"\u00C3\u00B1");  // byte by byte: UTF-8 is not decoded
+    EXPECT_EQ(WidenBytes("\x80\xFF"), (std::wstring{wchar_t{0x80}, wchar_t{0xFF}}));
+    EXPECT_EQ(WidenBytes(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
+}
+
+}  // namespace
+}  // namespace kestrane

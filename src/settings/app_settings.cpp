@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "text/translation.h"
+
 namespace kestrane {
 namespace {
 
@@ -87,6 +89,10 @@ std::size_t RefreshIndex(std::uint32_t ms) {
                                            [ms](const RefreshChoice& choice) { return choice.ms == ms; });
     if (found == RefreshChoices.end()) return DefaultRefreshIndex;
     return static_cast<std::size_t>(found - RefreshChoices.begin());
+}
+
+const wchar_t* RefreshLabel(std::size_t index) {
+    return Tr(RefreshChoices[index < RefreshChoices.size() ? index : DefaultRefreshIndex].text);
 }
 
 std::size_t OpacityIndex(std::int32_t percent) {

@@ -127,8 +127,8 @@ constexpr std::size_t IconPosition(GraphKind kind) {
 GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind);
 const GraphSettings& GraphSettingsOf(const AppSettings& settings, GraphKind kind);
 
-/// One colour: its key in the settings file, the tab that owns it, and its default. The defaults of linked positions
-/// are those of their sources.
+/// One colour: its key in the settings file, the tab that owns it, and its default. The target of a ColorLink has no
+/// default of its own. Rows of one tab stand together, in the order of the tabs.
 struct IconColor {
     const wchar_t* key;
     SettingsTab tab;
@@ -168,6 +168,8 @@ AppSettings MakeDefaultSettings();
 
 /// Index in RefreshChoices. A period that is not in the list counts as 1500.
 std::size_t RefreshIndex(std::uint32_t ms);
+/// The text of a choice of RefreshChoices in the active language. An index beyond the list counts as that of 1500.
+const wchar_t* RefreshLabel(std::size_t index);
 /// Index in OpacityChoices. A percentage that is not in the list counts as 90.
 std::size_t OpacityIndex(std::int32_t percent);
 /// Index of the nearest of FillChoices; of two equally near, the lower.

@@ -1,0 +1,13 @@
+#pragma once
+// What the settings dialog does to one tab of the settings. Saving walks the same rows (setting_rows.h). The window
+// state of the graphs belongs to no tab, so nothing done to a tab ever moves an open graph.
+#include "settings/app_settings.h"
+
+namespace kestrane {
+
+void CopySettingsTab(AppSettings& dest, const AppSettings& source, SettingsTab tab);
+
+/// Lists compare in order: the same interfaces in another order are a change.
+bool SettingsTabEqual(const AppSettings& a, const AppSettings& b, SettingsTab tab);
+
+}  // namespace kestrane

@@ -1,0 +1,107 @@
+#include <windows.h>
+// <windows.h> comes first.
+#include <knownfolders.h>
+#include <objbase.h>
+#include <shlobj.h>
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+#include "base/debug_log_win32.h"
+#include "settings/ini_file_win32.h"
+
+namespace kestrane {
+namespace {
+
+/// The roaming application data, or the temporary folder where the system has none to give.
+std::filesystem::path SettingsRoot() {
+    wchar_t* text = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, &text);
+    std::filesystem::path folder;
+    if (SUCCEEDED(result)) folder = text;
+    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
+    return SUCCEEDED(result) ? folder : std::filesystem::temp_directory_path();
+}
+
+ReadValue IniReader() {
+    return [path = IniPath()](const wchar_t* section, const wchar_t* key) {
+        std::array<wchar_t, 260> buffer{};
+        const DWORD length =
+            GetPrivateProfileStringW(section, key, L"", buffer.data(), static_cast<DWORD>(buffer.size()), path.c_str());
+        return std::wstring(buffer.data(), length);
+    };
+}
+
+WriteValue IniWriter(const std::wstring& path) {
+    return [path](const wchar_t* section, const wchar_t* key, const std::wstring& value) {
+        return WritePrivateProfileStringW(section, key, value.c_str(), path.c_str()) != FALSE;
+    };
+}
+
+bool SaveSetting(const SettingRow& row, const AppSettings& settings) {
+    const std::wstring path = IniPath();
+    return EnsureIniFolder(path) && WriteSetting(row, settings, IniWriter(path));
+}
+
+}  // namespace
+
+std::wstring IniPath() {
+    return (SettingsRoot() / L"kestrane" / L"kestrane.ini").wstring();
+}
+
+bool EnsureIniFolder(const std::wstring& path) {
+    std::error_code error;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
+    if (error) LogDebug(L"kestrane: no se pudo crear la carpeta de ajustes\n");
+    return !error;
+}
+
+AppSettings LoadSettings() {
+    return ReadSettings(IniReader());
+}
+
+DialogState LoadDialogState() {
+    return ReadDialogState(IniReader());
+}
+
+bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab) {
+    const std::wstring path = IniPath();
+    if (!EnsureIniFolder(path)) return false;
+    const bool saved = WriteSettingsTab(settings, tab, IniWriter(path));
+    if (!saved) LogDebug(L"kestrane: error al escribir una seccion del INI de ajustes\n");
+    return saved;
+}
+
+bool SaveCheckUpdates(const AppSettings& settings) {
+    return SaveSetting(CheckUpdatesRow, settings);
+}
+
+bool SaveLanguage(const AppSettings& settings) {
+    return SaveSetting(LanguageRow, settings);
+}
+
+bool SaveInstallId(const AppSettings& settings) {
+    return SaveSetting(InstallIdRow, settings);
+}
+
+bool SaveDiskActivity(const AppSettings& settings) {
+    return SaveSetting(ActivityRow, settings);
+}
+
+bool SaveGraphWindows(const AppSettings& settings) {
+    const std::wstring path = IniPath();
+    if (!EnsureIniFolder(path)) return false;
+    const bool saved = WriteGraphWindows(settings, IniWriter(path));
+    if (!saved) LogDebug(L"kestrane: error al guardar el estado de las graficas\n");
+    return saved;
+}
+
+bool SaveDialogState(const DialogState& state) {
+    const std::wstring path = IniPath();
+    const bool saved = EnsureIniFolder(path) && WriteDialogState(state, IniWriter(path));
+    if (!saved) LogDebug(L"kestrane: error al guardar la posicion del dialogo de ajustes\n");
+    return saved;
+}
+
+}  // namespace kestrane

@@ -1,0 +1,164 @@
+#include "settings/ini_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "settings/ini_values.h"
+#include "text/number_text.h"
+
+namespace kestrane {
+namespace {
+
+constexpr const wchar_t* ColorSection = L"colors";
+constexpr const wchar_t* DialogSection = L"dialog";
+constexpr std::int32_t DialogPositionLimit = 99999;
+constexpr std::int32_t LastTab = static_cast<std::int32_t>(SettingsTab::General);
+
+bool ReadRow(const ReadValue& read, const SettingRow& row, AppSettings& settings) {
+    return row.read(settings, read(row.section, row.key));
+}
+
+/// Each row alone. True when all of them were well-formed.
+bool ReadRows(const ReadValue& read, SettingRows rows, AppSettings& settings) {
+    bool whole = true;
+    for (const SettingRow& row : rows)
+        whole = ReadRow(read, row, settings) && whole;
+    return whole;
+}
+
+void ReadColors(const ReadValue& read, AppSettings& settings) {
+    std::array<bool, ColorCount> found{};
+    for (std::size_t i = 0; i < ColorCount; ++i) {
+        const std::optional<ColorValue> color = ParseColor(read(ColorSection, IconColors[i].key));
+        found[i] = color.has_value();
+        if (color) settings.colors[i] = *color;
+    }
+    for (const auto& [target, source] : ColorLinks) {
+        if (!found[target]) settings.colors[target] = settings.colors[source];
+    }
+}
+
+// One bad threshold discards the other two.
+void ReadThresholds(const ReadValue& read, AppSettings& settings) {
+    AppSettings candidate = settings;
+    if (ReadRows(read, ThresholdRows, candidate) && ValidThresholds(candidate.thresholds)) {
+        settings.thresholds = candidate.thresholds;
+    }
+}
+
+// A program without any icon could not be reached: a file that hides all four hides none.
+void ReadShownIcons(const ReadValue& read, AppSettings& settings) {
+    AppSettings candidate = settings;
+    ReadRows(read, ShowRows, candidate);
+    if (std::ranges::count(candidate.show, true) > 0) settings.show = candidate.show;
+}
+
+// The oldest files have one common period, which never was that of the network icon. In later ones the period of the
+// CPU also drove the disk; they are told by the absence of `per_core`.
+void ReadRefreshPeriods(const ReadValue& read, AppSettings& settings) {
+    auto& periods = settings.refresh_ms;
+    if (const auto common = ParseRefresh(read(L"general", L"refresh_ms"))) {
+        for (const MetricKind kind : {MetricKind::Cpu, MetricKind::Disk, MetricKind::Memory}) {
+            periods[IndexOf(kind)] = *common;
+        }
+    }
+    const bool cpuFound = ReadRow(read, RefreshRows[IndexOf(MetricKind::Cpu)], settings);
+    if (cpuFound && read(PerCoreRow.section, PerCoreRow.key).empty()) {
+        periods[IndexOf(MetricKind::Disk)] = periods[IndexOf(MetricKind::Cpu)];
+    }
+    for (const MetricKind kind : {MetricKind::Disk, MetricKind::Memory, MetricKind::Network}) {
+        ReadRow(read, RefreshRows[IndexOf(kind)], settings);
+    }
+}
+
+void ReadInterfaces(const ReadValue& read, AppSettings& settings) {
+    if (!ReadRow(read, InterfacesRow, settings)) return;
+    ReadRow(read, AliasesRow, settings);
+    settings.interface_aliases.resize(settings.interfaces.size());
+}
+
+// Older files had a switch for the border of the network icon instead of a colour.
+void ReadOlderNetworkBorder(const ReadValue& read, AppSettings& settings) {
+    if (read(ColorSection, IconColors[NetBorder].key).empty() && read(L"network", L"icon_border") == L"0") {
+        settings.colors[NetBorder] = ColorNone;
+    }
+}
+
+void ReadGraph(const ReadValue& read, GraphKind kind, AppSettings& settings) {
+    const std::size_t graph = IndexOf(kind);
+    ReadRows(read, StyleRows[graph], settings);
+    const SettingRows window = WindowRows[graph];
+    ReadRows(read, window.first(WindowFlagCount), settings);
+    AppSettings candidate = settings;
+    if (ReadRows(read, window.subspan(WindowFlagCount), candidate)) settings = candidate;
+}
+
+bool WriteRows(SettingRows rows, const AppSettings& settings, const WriteValue& write) {
+    bool written = true;
+    for (const SettingRow& row : rows)
+        written = WriteSetting(row, settings, write) && written;
+    return written;
+}
+
+}  // namespace
+
+AppSettings ReadSettings(const ReadValue& read) {
+    AppSettings settings = MakeDefaultSettings();
+    ReadColors(read, settings);
+    ReadThresholds(read, settings);
+    ReadShownIcons(read, settings);
+    for (const SettingRow& row : {CheckUpdatesRow, LanguageRow, InstallIdRow})
+        ReadRow(read, row, settings);
+    ReadRefreshPeriods(read, settings);
+    ReadRows(read, MemoryRows, settings);
+    ReadInterfaces(read, settings);
+    ReadOlderNetworkBorder(read, settings);
+    for (const GraphKind kind : GraphKinds)
+        ReadGraph(read, kind, settings);
+    for (const SettingRow& row : {PerCoreRow, ActivityRow, DisksRow})
+        ReadRow(read, row, settings);
+    return settings;
+}
+
+DialogState ReadDialogState(const ReadValue& read) {
+    const auto readWithin = [&read](const wchar_t* key, std::int32_t low, std::int32_t high) {
+        return ParseIntegerWithin(read(DialogSection, key), low, high);
+    };
+    DialogState state;
+    const auto x = readWithin(L"x", -DialogPositionLimit, DialogPositionLimit);
+    const auto y = readWithin(L"y", -DialogPositionLimit, DialogPositionLimit);
+    if (x && y) {
+        state.has_position = true;
+        state.x = *x;
+        state.y = *y;
+    }
+    state.tab = static_cast<std::uint32_t>(readWithin(L"tab", 0, LastTab).value_or(0));
+    return state;
+}
+
+bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const WriteValue& write) {
+    bool written = true;
+    const ColorRange range = TabColors(tab);
+    for (std::size_t i = range.first; i < range.end; ++i) {
+        written = write(ColorSection, IconColors[i].key, FormatColor(settings.colors[i])) && written;
+    }
+    return WriteRows(TabRows(tab), settings, write) && written;
+}
+
+bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write) {
+    return write(row.section, row.key, row.write(settings));
+}
+
+bool WriteGraphWindows(const AppSettings& settings, const WriteValue& write) {
+    return std::ranges::all_of(GraphKinds,
+                               [&](GraphKind kind) { return WriteRows(WindowRows[IndexOf(kind)], settings, write); });
+}
+
+bool WriteDialogState(const DialogState& state, const WriteValue& write) {
+    bool written = write(DialogSection, L"x", FormatInteger(state.x));
+    written = write(DialogSection, L"y", FormatInteger(state.y)) && written;
+    return write(DialogSection, L"tab", FormatInteger(state.tab)) && written;
+}
+
+}  // namespace kestrane

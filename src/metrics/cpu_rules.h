@@ -1,0 +1,30 @@
+#pragma once
+// The arithmetic behind the processor figures: from differences of times and from counter values to whole percentages.
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "metrics/metric_sample.h"
+
+namespace kestrane {
+
+/// A processor group holds at most 64 processors, and that many groups are numbered.
+inline constexpr std::int32_t ProcessorsPerGroup = 64;
+inline constexpr std::int32_t ProcessorGroups = 64;
+
+/// The busy share of a time span in whole percent, 0 to 100. `totalDelta` includes the idle time. An empty span is
+/// idle.
+std::int32_t BusyPercent(std::uint64_t idleDelta, std::uint64_t totalDelta);
+
+/// Rounded to nearest and clamped to 0..100. What is no number is 0.
+std::int32_t RoundPercent(double value);
+
+/// The logical number, group * 64 + number, of a counter instance such as "1,5". -1 for any other text, "_Total" and
+/// "0,_Total" among it, and for a group or number above 63.
+std::int32_t ParseProcessorInstance(std::wstring_view name);
+
+/// The percentage of each processor among `values`, indexed by logical number. A number without an instance is 0; the
+/// size never passes 64 * 64.
+std::vector<std::int32_t> CoresFromInstances(const std::vector<CounterValue>& values);
+
+}  // namespace kestrane

@@ -1,0 +1,57 @@
+#include "metrics/cpu_sampler_win32.h"
+
+#include <windows.h>
+
+#include <utility>
+#include <vector>
+
+#include "metrics/cpu_rules.h"
+
+namespace kestrane {
+namespace {
+
+std::uint64_t TimeValue(const FILETIME& time) {
+    return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
+}
+
+/// One collection serves both counters. False when there is no usable machine figure.
+bool ReadTotalCounter(const PdhCounters& counters, std::int32_t& percent) {
+    if (counters.cpuQuery == nullptr || PdhCollectQueryData(counters.cpuQuery) != ERROR_SUCCESS) return false;
+    PDH_FMT_COUNTERVALUE value{};
+    if (PdhGetFormattedCounterValue(counters.cpuTotalCounter, CounterFormat, nullptr, &value) != ERROR_SUCCESS) {
+        return false;
+    }
+    if (!IsUsableStatus(value.CStatus)) return false;
+    percent = RoundPercent(value.doubleValue);
+    return true;
+}
+
+}  // namespace
+
+bool SampleCpu(PdhCounters& counters, MetricSample& sample) {
+    std::int32_t percent = 0;
+    const bool counts = SampleCpuTimes(counters, percent);
+    std::vector<std::int32_t> cores;
+    if (ReadTotalCounter(counters, percent) && counters.cpuCoreCounter != nullptr) {
+        std::vector<CounterValue> values;
+        if (ReadCounterArray(counters.cpuCoreCounter, values)) cores = CoresFromInstances(values);
+    }
+    sample.cpuPercent = percent;
+    sample.corePercent = std::move(cores);
+    return counts;
+}
+
+bool SampleCpuTimes(PdhCounters& counters, std::int32_t& percent) {
+    FILETIME idleTime{};
+    FILETIME kernelTime{};
+    FILETIME userTime{};
+    if (GetSystemTimes(&idleTime, &kernelTime, &userTime) == FALSE) return false;
+    const std::uint64_t idle = TimeValue(idleTime);
+    const std::uint64_t total = TimeValue(kernelTime) + TimeValue(userTime);
+    if (counters.cpuBaseline) percent = BusyPercent(idle - counters.prevIdleTime, total - counters.prevTotalTime);
+    counters.prevIdleTime = idle;
+    counters.prevTotalTime = total;
+    return std::exchange(counters.cpuBaseline, true);
+}
+
+}  // namespace kestrane

@@ -1,0 +1,161 @@
+#include "metrics/pdh_counters_win32.h"
+
+#include <pdhmsg.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/debug_log_win32.h"
+#include "base/owned.h"
+
+namespace kestrane {
+namespace {
+
+// The English names, because the machine's language must not matter.
+constexpr const wchar_t* CpuTotalPath = L"\\Processor Information(_Total)\\% Processor Utility";
+constexpr const wchar_t* CpuCorePath = L"\\Processor Information(*)\\% Processor Utility";
+
+struct DiskCounterRow {
+    const wchar_t* path;
+    PDH_HCOUNTER PdhCounters::*counter;
+};
+constexpr std::array<DiskCounterRow, 5> DiskCounterRows{{
+    {L"\\PhysicalDisk(*)\\% Idle Time", &PdhCounters::diskIdleCounter},
+    {L"\\PhysicalDisk(*)\\% Disk Read Time", &PdhCounters::diskReadTimeCounter},
+    {L"\\PhysicalDisk(*)\\% Disk Write Time", &PdhCounters::diskWriteTimeCounter},
+    {L"\\PhysicalDisk(*)\\Disk Read Bytes/sec", &PdhCounters::diskReadBytesCounter},
+    {L"\\PhysicalDisk(*)\\Disk Write Bytes/sec", &PdhCounters::diskWriteBytesCounter},
+}};
+
+struct QueryTraits {
+    using Handle = PDH_HQUERY;
+    static constexpr Handle None() { return nullptr; }
+    static void Close(Handle query) { PdhCloseQuery(query); }
+};
+using UniqueQuery = Owned<QueryTraits>;
+
+UniqueQuery OpenQuery() {
+    PDH_HQUERY query = nullptr;
+    if (PdhOpenQueryW(nullptr, 0, &query) != ERROR_SUCCESS) return UniqueQuery();
+    return UniqueQuery(query);
+}
+
+/// Null when the counter cannot be added.
+PDH_HCOUNTER AddCounter(const UniqueQuery& query, const wchar_t* path) {
+    PDH_HCOUNTER counter = nullptr;
+    return PdhAddEnglishCounterW(query.Get(), path, 0, &counter) == ERROR_SUCCESS ? counter : nullptr;
+}
+
+void OpenCpuCounters(PdhCounters& counters) {
+    UniqueQuery query = OpenQuery();
+    if (!query) return;
+    PDH_HCOUNTER total = AddCounter(query, CpuTotalPath);
+    if (total == nullptr) {
+        LogDebug(L"kestrane: sin contador % Processor Utility; CPU con GetSystemTimes\n");
+        return;
+    }
+    counters.cpuTotalCounter = total;
+    counters.cpuCoreCounter = AddCounter(query, CpuCorePath);
+    PdhCollectQueryData(query.Get());  // a rate needs two collections; this is the first
+    counters.cpuQuery = query.Release();
+}
+
+void OpenDiskCounters(PdhCounters& counters) {
+    UniqueQuery query = OpenQuery();
+    if (!query) {
+        LogDebug(L"kestrane: PdhOpenQuery ha fallado; disco sin datos\n");
+        return;
+    }
+    PdhCounters added;
+    for (const DiskCounterRow& row : DiskCounterRows) {
+        added.*row.counter = AddCounter(query, row.path);
+        if (added.*row.counter == nullptr) {
+            LogDebug(L"kestrane: no se pudieron anadir los contadores de disco\n");
+            return;
+        }
+    }
+    for (const DiskCounterRow& row : DiskCounterRows)
+        counters.*row.counter = added.*row.counter;
+    PdhCollectQueryData(query.Get());
+    counters.diskQuery = query.Release();
+    counters.diskReady = true;
+}
+
+/// An answer of PdhGetFormattedCounterArrayW: the items, and behind them, in the same bytes, their names.
+class CounterArray {
+  public:
+    explicit CounterArray(DWORD bytes)
+        : bytes_(bytes), items_(std::max<std::size_t>((bytes + sizeof(Item) - 1) / sizeof(Item), 1)) {}
+
+    bool Fetch(PDH_HCOUNTER counter) {
+        DWORD bytes = bytes_;
+        DWORD count = 0;
+        if (PdhGetFormattedCounterArrayW(counter, CounterFormat, &bytes, &count, items_.data()) != ERROR_SUCCESS) {
+            return false;
+        }
+        count_ = std::min<std::size_t>(count, bytes_ / sizeof(Item));
+        return true;
+    }
+
+    std::vector<CounterValue> Values() const {
+        std::vector<CounterValue> values;
+        for (std::size_t i = 0; i < count_; ++i) {
+            const Item& item = items_[i];
+            if (!IsUsableStatus(item.FmtValue.CStatus)) continue;
+            const auto name = NameAt(item.szName);
+            if (name) values.push_back({std::wstring(*name), item.FmtValue.doubleValue});
+        }
+        return values;
+    }
+
+  private:
+    using Item = PDH_FMT_COUNTERVALUE_ITEM_W;
+
+    /// The text at `name`, up to its zero and never beyond the buffer; none if `name` does not point into the buffer.
+    std::optional<std::wstring_view> NameAt(const wchar_t* name) const {
+        const auto offset = reinterpret_cast<std::uintptr_t>(name) - reinterpret_cast<std::uintptr_t>(items_.data());
+        if (offset >= bytes_ || offset % sizeof(wchar_t) != 0) return std::nullopt;
+        const std::wstring_view rest(name, (bytes_ - offset) / sizeof(wchar_t));
+        return rest.substr(0, rest.find(L'\0'));
+    }
+
+    DWORD bytes_;
+    std::vector<Item> items_;
+    std::size_t count_ = 0;
+};
+
+}  // namespace
+
+void OpenPdhCounters(PdhCounters& counters) {
+    OpenCpuCounters(counters);
+    OpenDiskCounters(counters);
+}
+
+void ClosePdhCounters(PdhCounters& counters) {
+    if (counters.cpuQuery != nullptr) PdhCloseQuery(counters.cpuQuery);
+    if (counters.diskQuery != nullptr) PdhCloseQuery(counters.diskQuery);
+    counters.cpuQuery = nullptr;
+    counters.diskQuery = nullptr;
+    counters.diskReady = false;
+}
+
+bool ReadCounterArray(PDH_HCOUNTER counter, std::vector<CounterValue>& values) {
+    DWORD bytes = 0;
+    DWORD count = 0;
+    const PDH_STATUS status = PdhGetFormattedCounterArrayW(counter, CounterFormat, &bytes, &count, nullptr);
+    if (static_cast<DWORD>(status) != PDH_MORE_DATA) return false;
+    CounterArray array(bytes);
+    if (!array.Fetch(counter)) return false;
+    values = array.Values();
+    return true;
+}
+
+bool IsUsableStatus(DWORD status) {
+    return status <= PDH_CSTATUS_NEW_DATA;
+}
+
+}  // namespace kestrane

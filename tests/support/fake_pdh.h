@@ -1,0 +1,141 @@
+#pragma once
+// A scripted PDH: it takes the place of the system's own at link time, writes down each call, and answers what the test
+// has laid down for a counter's path. To be included by one file of a test program.
+#include <windows.h>
+
+#include <pdh.h>
+#include <pdhmsg.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kestrane {
+
+struct FakeInstance {
+    std::wstring name;
+    double value = 0;
+    DWORD status = PDH_CSTATUS_VALID_DATA;
+};
+
+/// What reading one counter gives.
+struct FakeCounter {
+    PDH_STATUS valueStatus = ERROR_SUCCESS;  // of the single value; its data is the first instance
+    PDH_STATUS sizeStatus = static_cast<PDH_STATUS>(PDH_MORE_DATA);
+    PDH_STATUS arrayStatus = ERROR_SUCCESS;
+    std::vector<FakeInstance> instances;
+    /// Instead of all this, if set: answers the array call with and without buffer.
+    std::function<PDH_STATUS(DWORD* bytes, DWORD* count, PDH_FMT_COUNTERVALUE_ITEM_W* items)> array;
+};
+
+struct FakePdh {
+    std::vector<std::wstring> calls;
+    std::set<int> refusedQueries;    // by number, from 1
+    std::set<std::wstring> missing;  // paths that cannot be added
+    std::map<std::wstring, FakeCounter> counters;
+    PDH_STATUS collectStatus = ERROR_SUCCESS;
+    std::set<DWORD> formats;  // all that were asked for
+    int queries = 0;
+    std::vector<std::wstring> added;  // counter handles are positions in here, from 1
+};
+
+inline FakePdh fakePdh;
+
+inline std::wstring HandleName(HANDLE handle) {
+    return std::to_wstring(reinterpret_cast<std::uintptr_t>(handle));
+}
+
+inline HANDLE HandleOf(std::size_t number) {
+    return reinterpret_cast<HANDLE>(number);
+}
+
+inline FakeCounter& CounterOf(PDH_HCOUNTER handle) {
+    return fakePdh.counters[fakePdh.added.at(reinterpret_cast<std::uintptr_t>(handle) - 1)];
+}
+
+/// The size of an answer as PDH lays it out: the items, and behind them their names.
+inline DWORD AnswerBytes(const std::vector<FakeInstance>& instances) {
+    std::size_t bytes = 0;
+    for (const FakeInstance& instance : instances) {
+        bytes += sizeof(PDH_FMT_COUNTERVALUE_ITEM_W) + (instance.name.size() + 1) * sizeof(wchar_t);
+    }
+    return static_cast<DWORD>(bytes);
+}
+
+inline void WriteAnswer(const std::vector<FakeInstance>& instances, PDH_FMT_COUNTERVALUE_ITEM_W* items) {
+    auto* text = reinterpret_cast<wchar_t*>(items + instances.size());
+    for (std::size_t i = 0; i < instances.size(); ++i) {
+        items[i].szName = text;
+        items[i].FmtValue.CStatus = instances[i].status;
+        items[i].FmtValue.doubleValue = instances[i].value;
+        text = std::copy_n(instances[i].name.c_str(), instances[i].name.size() + 1, text);
+    }
+}
+
+}  // namespace kestrane
+
+extern "C" {
+
+PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR source, DWORD_PTR user, PDH_HQUERY* query) {
+    using namespace kestrane;
+    const int number = ++fakePdh.queries;
+    fakePdh.calls.push_back(L"open" + std::wstring(source != nullptr || user != 0 ? L" with arguments" : L""));
+    *query = HandleOf(static_cast<std::size_t>(number));  // written on failure too: nobody may close it then
+    return fakePdh.refusedQueries.contains(number) ? static_cast<PDH_STATUS>(PDH_INVALID_DATASOURCE) : ERROR_SUCCESS;
+}
+
+PDH_STATUS WINAPI PdhAddEnglishCounterW(PDH_HQUERY query, LPCWSTR path, DWORD_PTR user, PDH_HCOUNTER* counter) {
+    using namespace kestrane;
+    fakePdh.calls.push_back(L"add " + HandleName(query) + L" " + path + (user != 0 ? L" with user value" : L""));
+    if (fakePdh.missing.contains(path)) return static_cast<PDH_STATUS>(PDH_CSTATUS_NO_OBJECT);
+    fakePdh.added.emplace_back(path);
+    *counter = HandleOf(fakePdh.added.size());
+    return ERROR_SUCCESS;
+}
+
+PDH_STATUS WINAPI PdhCollectQueryData(PDH_HQUERY query) {
+    kestrane::fakePdh.calls.push_back(L"collect " + kestrane::HandleName(query));
+    return kestrane::fakePdh.collectStatus;
+}
+
+PDH_STATUS WINAPI PdhGetFormattedCounterValue(PDH_HCOUNTER counter, DWORD format, LPDWORD,
+                                              PPDH_FMT_COUNTERVALUE value) {
+    using namespace kestrane;
+    fakePdh.formats.insert(format);
+    const FakeCounter& fake = CounterOf(counter);
+    fakePdh.calls.push_back(L"value " + fakePdh.added.at(reinterpret_cast<std::uintptr_t>(counter) - 1));
+    if (!fake.instances.empty()) {
+        value->CStatus = fake.instances[0].status;
+        value->doubleValue = fake.instances[0].value;
+    }
+    return fake.valueStatus;
+}
+
+PDH_STATUS WINAPI PdhGetFormattedCounterArrayW(PDH_HCOUNTER counter, DWORD format, LPDWORD bytes, LPDWORD count,
+                                               PPDH_FMT_COUNTERVALUE_ITEM_W items) {
+    using namespace kestrane;
+    fakePdh.formats.insert(format);
+    const FakeCounter& fake = CounterOf(counter);
+    fakePdh.calls.push_back((items == nullptr ? L"size " : L"array ") +
+                            fakePdh.added.at(reinterpret_cast<std::uintptr_t>(counter) - 1));
+    if (fake.array) return fake.array(bytes, count, items);
+    const DWORD needed = AnswerBytes(fake.instances);
+    const bool fits = items != nullptr && *bytes >= needed;
+    if (fits && fake.arrayStatus == ERROR_SUCCESS) WriteAnswer(fake.instances, items);
+    *bytes = needed;
+    *count = static_cast<DWORD>(fake.instances.size());
+    if (items == nullptr) return fake.sizeStatus;
+    return fits ? fake.arrayStatus : static_cast<PDH_STATUS>(PDH_MORE_DATA);
+}
+
+PDH_STATUS WINAPI PdhCloseQuery(PDH_HQUERY query) {
+    kestrane::fakePdh.calls.push_back(L"close " + kestrane::HandleName(query));
+    return ERROR_SUCCESS;
+}
+
+}  // extern "C"

@@ -6,12 +6,12 @@ set -euo pipefail
 cd "$(dirname "$0")/../res/icons"
 
 install_tools() {
-    command -v rsvg-convert >/dev/null && command -v icotool >/dev/null && command -v zopflipng >/dev/null && return
+    command -v rsvg-convert >/dev/null && command -v icotool >/dev/null && command -v optipng >/dev/null && return
     local as_root=()
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
     "${as_root[@]}" apt-get update -qq
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends librsvg2-bin icoutils zopfli >/dev/null
+        apt-get install -y -qq --no-install-recommends librsvg2-bin icoutils optipng >/dev/null
 }
 
 # make_icon NAME SIZE...: 32-bit images with straight alpha, the 256 one as a PNG as Windows wants it.
@@ -23,8 +23,8 @@ make_icon() {
         [ -e "$drawing" ] || drawing=$name.svg
         rsvg-convert --width "$size" --height "$size" "$drawing" --output "$work/$name-$size.png"
         if [ "$size" -eq 256 ]; then
-            # A smaller colour type would be a smaller file, but the PNG of an icon must be 32-bit.
-            zopflipng -y --keepcolortype "$work/$name-$size.png" "$work/$name-$size.png" >/dev/null
+            # No reduction (-nx): a palette would be smaller, but the PNG of an icon must be 32-bit.
+            optipng -quiet -o7 -nx -strip all "$work/$name-$size.png"
             images+=("--raw=$work/$name-$size.png")
         else
             images+=("$work/$name-$size.png")

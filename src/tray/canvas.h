@@ -1,0 +1,41 @@
+#pragma once
+// The image of an icon: a small square of pixels, and the plain strokes on it. Every stroke writes and none blends, so
+// drawing with ColorNone punches a transparent hole.
+#include <cstdint>
+#include <vector>
+
+#include "settings/color.h"
+
+namespace kestrane {
+
+struct Canvas {
+    std::int32_t size;                  // edge length, at least 1
+    std::vector<std::uint32_t> pixels;  // size * size, top row first; 0xAARRGGBB with straight alpha
+
+    /// Opaque black. A size below 1 becomes 1.
+    explicit Canvas(std::int32_t edge);
+};
+
+/// ColorNone is the fully transparent pixel, any other colour is opaque.
+std::uint32_t PixelOf(ColorValue color);
+
+void Clear(Canvas& canvas, ColorValue color);
+
+/// A position outside the canvas is ignored.
+void SetPixel(Canvas& canvas, std::int32_t x, std::int32_t y, ColorValue color);
+
+/// The part inside the canvas of a filled rectangle; nothing if `width` or `height` is below 1.
+void FillRectangle(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
+                   ColorValue color);
+
+/// From the smaller to the larger of `y0` and `y1`, both included.
+void VerticalLine(Canvas& canvas, std::int32_t x, std::int32_t y0, std::int32_t y1, ColorValue color);
+
+/// The rectangle's outermost pixels, one pixel wide; nothing if `width` or `height` is below 1.
+void DrawOutline(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
+                 ColorValue color);
+
+/// The outermost ring of pixels, one pixel wide.
+void DrawBorder(Canvas& canvas, ColorValue color);
+
+}  // namespace kestrane

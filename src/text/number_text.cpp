@@ -1,6 +1,7 @@
 #include "text/number_text.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -74,7 +75,7 @@ std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
 
 /// The digits of a finite value without sign and point, the last `decimals` of them behind the point.
 std::wstring FixedDigits(const BinaryParts& parts, int decimals) {
-    constexpr std::uint64_t PowersOfTen[MaxFixedDecimals + 1] = {1, 10, 100, 1000};
+    constexpr std::array<std::uint64_t, MaxFixedDecimals + 1> PowersOfTen = {1, 10, 100, 1000};
     const auto places = static_cast<std::size_t>(decimals);
     if (parts.exponent >= 0) return FormatWhole(parts.mantissa, parts.exponent) + std::wstring(places, L'0');
     const std::uint64_t scaled = parts.mantissa * PowersOfTen[places];

@@ -1,7 +1,5 @@
 #include "text/translation.h"
 
-#include <algorithm>
-
 #include "text/number_text.h"
 
 namespace kestrane {
@@ -34,9 +32,10 @@ std::uint32_t LanguageFromUiLangId(std::uint16_t langId) {
 }
 
 const TranslationRow* FindTranslation(std::wstring_view text) {
-    const auto row = std::ranges::find(
-        TranslationTable, text, [](const TranslationRow& candidate) { return std::wstring_view(candidate.spanish); });
-    return row == TranslationTable.end() ? nullptr : &*row;
+    for (const TranslationRow& row : TranslationTable) {
+        if (text == row.spanish) return &row;
+    }
+    return nullptr;
 }
 
 const wchar_t* Tr(const wchar_t* text) {

@@ -68,7 +68,7 @@ TEST_F(TranslationTest, SpanishHasTheCharactersThatItNeedsAndNoOthers) {
     for (const TranslationRow& row : TranslationTable) {
         for (const wchar_t character : std::wstring_view(row.spanish)) {
             const bool known = character == L'\n' || (character >= 0x20 && character < 0x7F) ||
-                               allowed.find(character) != allowed.npos;
+                               allowed.find(character) != std::wstring_view::npos;
             EXPECT_TRUE(known) << testing::PrintToString(std::wstring(row.spanish));
         }
     }

@@ -108,9 +108,11 @@ TEST_F(ValueTextTest, ByteRateTakesAnyDecimalMark) {
 // The decimal may only ever be one digit, and never a zero, on the way up to ten units.
 TEST_F(ValueTextTest, ByteRateWritesEveryTenthBelowTen) {
     for (int tenths = 1; tenths < 100; ++tenths) {
-        const std::wstring whole(1, static_cast<wchar_t>(L'0' + tenths / 10));
-        const std::wstring rest(1, static_cast<wchar_t>(L'0' + tenths % 10));
-        const std::wstring expected = tenths % 10 == 0 ? whole : whole + L"," + rest;
+        std::wstring expected(1, static_cast<wchar_t>(L'0' + tenths / 10));
+        if (tenths % 10 != 0) {
+            expected += L',';
+            expected += static_cast<wchar_t>(L'0' + tenths % 10);
+        }
         EXPECT_EQ(FormatByteRate(tenths * 102.4, L','), expected + L" KB/s");
     }
 }

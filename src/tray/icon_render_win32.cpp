@@ -1,0 +1,172 @@
+#include <windows.h>
+
+#include "tray/icon_render_win32.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "base/debug_log_win32.h"
+#include "tray/digits.h"
+#include "tray/icon_painting.h"
+
+namespace kestrane {
+namespace {
+
+constexpr int FallbackIconSize = 16;
+constexpr COLORREF White = 0xFFFFFF;
+constexpr ColorValue Black = 0;
+
+BITMAPV5HEADER TopDownHeader(std::int32_t size) {
+    BITMAPV5HEADER header{};
+    header.bV5Size = sizeof header;
+    header.bV5Width = size;
+    header.bV5Height = -size;
+    header.bV5Planes = 1;
+    header.bV5BitCount = 32;
+    header.bV5Compression = BI_BITFIELDS;
+    header.bV5RedMask = 0x00FF0000;
+    header.bV5GreenMask = 0x0000FF00;
+    header.bV5BlueMask = 0x000000FF;
+    header.bV5AlphaMask = 0xFF000000;
+    return header;
+}
+
+UniqueFont MakeFont(const TextFont& font, std::int32_t height) {
+    return UniqueFont(CreateFontW(-height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
+                                  DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                                  DEFAULT_PITCH, font.name.c_str()));
+}
+
+TextExtent MeasureText(HDC dc, const std::wstring& text) {
+    SIZE extent{};
+    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &extent);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc, &metrics);
+    return {extent.cx, metrics.tmHeight, metrics.tmAscent, metrics.tmInternalLeading};
+}
+
+/// A text and where on an icon of `size` pixels it goes.
+struct PlacedText {
+    const std::wstring& text;
+    const TextFont& font;
+    std::int32_t size;
+    TextRows rows;
+    bool alignBottom;
+};
+
+void DrawLine(HDC dc, const PlacedText& placed, const TextExtent& extent) {
+    const std::int32_t top = TextLineTop(extent, placed.rows, placed.alignBottom);
+    RECT line{0, top, placed.size, top + extent.height};
+    DrawTextW(dc, placed.text.c_str(), static_cast<int>(placed.text.size()), &line,
+              DT_CENTER | DT_SINGLELINE | DT_NOCLIP | DT_NOPREFIX);
+}
+
+/// Draws in white, in the largest font from the wished height down that fits. Without a font nothing is drawn.
+void DrawFittedText(HDC dc, const PlacedText& placed) {
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, White);
+    for (std::int32_t height = std::max(placed.font.height, 1);; --height) {
+        const UniqueFont font = MakeFont(placed.font, height);
+        if (!font) return;
+        const SelectedObject selected(dc, font.Get());
+        const TextExtent extent = MeasureText(dc, placed.text);
+        if (height > MinTextHeight && !TextFits(extent, placed.size, placed.rows)) continue;
+        DrawLine(dc, placed, extent);
+        return;
+    }
+}
+
+/// A black bitmap with the text in white, ready to be read; empty if it cannot be made.
+CanvasBitmap MakeTextMask(const PlacedText& placed) {
+    Canvas black(placed.size);
+    Clear(black, Black);
+    CanvasBitmap mask = CanvasToBitmap(black);
+    if (!mask.bitmap) return {};
+    {
+        const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
+        if (!dc) return {};
+        const SelectedObject selected(dc.Get(), mask.bitmap.Get());
+        if (!selected) return {};
+        DrawFittedText(dc.Get(), placed);
+    }
+    GdiFlush();  // GDI draws in batches, and the pixels are read behind its back
+    return mask;
+}
+
+}  // namespace
+
+std::uint32_t IconPixelSize(HWND window) {
+    const HWND taskbar = FindWindowW(L"Shell_TrayWnd", nullptr);
+    const UINT dpi = GetDpiForWindow(taskbar != nullptr ? taskbar : window);
+    const int size = GetSystemMetricsForDpi(SM_CXSMICON, dpi);
+    return static_cast<std::uint32_t>(size < 1 ? FallbackIconSize : size);
+}
+
+CanvasBitmap CanvasToBitmap(const Canvas& canvas) {
+    const BITMAPV5HEADER header = TopDownHeader(canvas.size);
+    const ScreenDc screen;
+    void* bits = nullptr;
+    UniqueBitmap bitmap(CreateDIBSection(screen.Get(), reinterpret_cast<const BITMAPINFO*>(&header), DIB_RGB_COLORS,
+                                         &bits, nullptr, 0));
+    if (!bitmap || bits == nullptr) {
+        LogDebug(L"kestrane: CreateDIBSection ha fallado\n");
+        return {};
+    }
+    auto* const pixels = static_cast<std::uint32_t*>(bits);
+    std::copy(canvas.pixels.begin(), canvas.pixels.end(), pixels);
+    return {std::move(bitmap), pixels};
+}
+
+UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size) {
+    const UniqueBitmap mask(CreateBitmap(size, size, 1, 1, nullptr));
+    ICONINFO info{TRUE, 0, 0, mask.Get(), bitmap};
+    UniqueIcon icon(CreateIconIndirect(&info));
+    if (!icon) LogDebug(L"kestrane: CreateIconIndirect ha fallado\n");
+    return icon;
+}
+
+UniqueIcon CanvasToIcon(const Canvas& canvas) {
+    const CanvasBitmap painted = CanvasToBitmap(canvas);
+    return painted.bitmap ? BitmapToIcon(painted.bitmap.Get(), canvas.size) : UniqueIcon();
+}
+
+UniqueIcon DrawIconText(const Canvas& canvas, const std::wstring& text, const TextFont& font, ColorValue textColor,
+                        std::int32_t top, std::int32_t bottom, bool alignBottom) {
+    const CanvasBitmap base = CanvasToBitmap(canvas);
+    if (!base.bitmap) return {};
+    if (textColor != ColorNone && !text.empty()) {
+        const TextRows rows = ClampTextRows(canvas.size, top, bottom);
+        const CanvasBitmap mask = MakeTextMask({text, font, canvas.size, rows, alignBottom});
+        if (!mask.bitmap) return {};
+        const std::size_t count = canvas.pixels.size();
+        ComposeCoverage(std::span(base.pixels, count), std::span<const std::uint32_t>(mask.pixels, count), textColor);
+    }
+    return BitmapToIcon(base.bitmap.Get(), canvas.size);
+}
+
+UniqueIcon RenderCpuIcon(const AppSettings& settings, const MetricRing<std::int32_t>& ring, std::uint32_t size) {
+    return CanvasToIcon(PaintCpuIcon(settings, ring, size));
+}
+
+UniqueIcon RenderDiskIcon(const AppSettings& settings, const MetricRing<std::int32_t>& readRing,
+                          const MetricRing<std::int32_t>& writeRing, bool valid, std::uint32_t size) {
+    return CanvasToIcon(PaintDiskIcon(settings, readRing, writeRing, valid, size));
+}
+
+UniqueIcon RenderMemoryIcon(const AppSettings& settings, std::int32_t percent, std::uint32_t size) {
+    MemoryIconPainting painting = PaintMemoryIcon(settings, percent, size);
+    UniqueIcon icon = DrawIconText(painting.canvas, painting.text, painting.font, painting.textColor,
+                                   painting.textRows.top, painting.textRows.bottom, painting.alignBottom);
+    if (icon) return icon;
+    DrawBitmapNumber(painting.canvas, percent, painting.textColor);
+    return CanvasToIcon(painting.canvas);
+}
+
+UniqueIcon RenderNetworkIcon(const AppSettings& settings, const MetricRing<std::uint64_t>& downRing,
+                             const MetricRing<std::uint64_t>& upRing, std::uint32_t size) {
+    return CanvasToIcon(PaintNetworkIcon(settings, downRing, upRing, size));
+}
+
+}  // namespace kestrane

@@ -29,7 +29,8 @@ std::int32_t BusyPercent(std::uint64_t idleDelta, std::uint64_t totalDelta) {
 std::int32_t RoundPercent(double value) {
     // Written so that not-a-number, which compares false with everything, ends here.
     if (!(value > 0)) return 0;
-    return static_cast<std::int32_t>(std::min(value, 100.0) + 0.5);
+    const double raised = std::min(value, 100.0) + 0.5;
+    return static_cast<std::int32_t>(raised);
 }
 
 std::int32_t ParseProcessorInstance(std::wstring_view name) {

@@ -1,0 +1,197 @@
+#include <windows.h>
+
+#include "tray/tray_icon_set_win32.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "base/debug_log_win32.h"
+#include "text/translation.h"
+#include "tray/add_retry.h"
+
+namespace kestrane {
+namespace {
+
+// A shorter record is one of an older shell, which cuts the text at 63 characters.
+static_assert(sizeof(NOTIFYICONDATAW) == 976, "the shell tells versions of this record by its size");
+
+constexpr WORD ProgramIcon = 1;
+
+/// The program's identity towards the shell, which never changes; they differ in the last byte only, which is the id.
+constexpr GUID IconGuid(std::uint32_t id) {
+    return {0x8F41C7A2, 0x52D6, 0x4B19, {0xA7, 0x3E, 0x64, 0x1D, 0xC8, 0x95, 0x20, static_cast<unsigned char>(id)}};
+}
+
+/// The text of an icon before its first refresh.
+const wchar_t* IconName(std::uint32_t id) {
+    switch (id) {
+        case 1:
+            return L"CPU";
+        case 2:
+            return Tr(L"Disco");
+        case 3:
+            return Tr(L"Memoria");
+        default:
+            return Tr(L"Red");
+    }
+}
+
+/// As much of `text` as the field takes with its end mark; the rest of the field is zero.
+template <std::size_t Capacity>
+void CopyCut(wchar_t (&field)[Capacity], const std::wstring& text) {
+    const std::size_t length = std::min(text.size(), Capacity - 1);
+    std::fill(std::copy_n(text.data(), length, field), field + Capacity, L'\0');
+}
+
+void PrepareSlot(TrayIconSlot& slot, HWND window, std::uint32_t id) {
+    slot.data.cbSize = sizeof slot.data;
+    slot.data.hWnd = window;
+    slot.data.uID = id;
+    slot.data.uFlags = NIF_MESSAGE | NIF_TIP | NIF_GUID | NIF_SHOWTIP;
+    slot.data.uCallbackMessage = WM_TRAY_NOTIFY;
+    slot.data.uVersion = NOTIFYICON_VERSION_4;
+    slot.data.guidItem = IconGuid(id);
+    CopyCut(slot.data.szTip, IconName(id));
+}
+
+/// What a call works on: without the GUID's flag the id is what counts.
+NOTIFYICONDATAW CallData(const TrayIconSlot& slot) {
+    NOTIFYICONDATAW data = slot.data;
+    if (!slot.useGuid) data.uFlags &= ~UINT{NIF_GUID};
+    return data;
+}
+
+bool Notify(DWORD message, NOTIFYICONDATAW& data) {
+    return Shell_NotifyIconW(message, &data) != FALSE;
+}
+
+/// NIM_ADD, and the second try that its refusal calls for.
+bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
+    if (Notify(NIM_ADD, data)) return true;
+    switch (ChooseAddRetry(slot.guidAdded, slot.useGuid)) {
+        case AddRetry::None:
+            return false;
+        case AddRetry::DeleteFirst:
+            Notify(NIM_DELETE, data);
+            break;
+        case AddRetry::DropGuid:
+            LogDebug(L"kestrane: NIM_ADD con GUID ha fallado; reintento sin GUID\n");
+            slot.useGuid = false;
+            data.uFlags &= ~UINT{NIF_GUID};
+            break;
+    }
+    return Notify(NIM_ADD, data);
+}
+
+/// True if the icon is on the taskbar afterwards.
+bool AddSlot(TrayIconSlot& slot) {
+    if (slot.added) return true;
+    if (!slot.wanted) return false;
+    NOTIFYICONDATAW data = CallData(slot);
+    if (slot.icon) {
+        data.uFlags |= NIF_ICON;
+        data.hIcon = slot.icon.Get();
+    }
+    if (!TryAdd(slot, data)) {
+        LogDebug(L"kestrane: NIM_ADD ha fallado\n");
+        return false;
+    }
+    slot.added = true;
+    slot.guidAdded = slot.guidAdded || slot.useGuid;
+    Notify(NIM_SETVERSION, data);
+    return true;
+}
+
+void DeleteSlot(TrayIconSlot& slot) {
+    if (!slot.added) return;
+    NOTIFYICONDATAW data = CallData(slot);
+    Notify(NIM_DELETE, data);
+    slot.added = false;
+}
+
+/// Shows the slot's image and text on an icon that is there; false if the shell does not know it any more.
+bool ModifySlot(TrayIconSlot& slot) {
+    NOTIFYICONDATAW data = CallData(slot);
+    data.uFlags |= NIF_ICON;
+    data.hIcon = slot.icon.Get();
+    return Notify(NIM_MODIFY, data);
+}
+
+NOTIFYICONDATAW BalloonData(const TrayIconSlot& slot, const std::wstring& title, const std::wstring& text) {
+    NOTIFYICONDATAW data = slot.data;
+    data.uFlags = NIF_INFO;
+    if (slot.useGuid) data.uFlags |= NIF_GUID;
+    data.dwInfoFlags = NIIF_USER | NIIF_LARGE_ICON;
+    data.hBalloonIcon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ProgramIcon));
+    CopyCut(data.szInfoTitle, title);
+    CopyCut(data.szInfo, text);
+    return data;
+}
+
+}  // namespace
+
+TrayIconSet::TrayIconSet(HWND owner) : window(owner) {
+    std::uint32_t id = 0;
+    for (TrayIconSlot& slot : slots)
+        PrepareSlot(slot, window, ++id);
+}
+
+TrayIconSet::~TrayIconSet() {
+    RemoveAll();
+}
+
+void TrayIconSet::SetVisible(std::uint32_t id, bool visible) {
+    TrayIconSlot& slot = slots[id - 1];
+    if (slot.wanted == visible) return;
+    slot.wanted = visible;
+    if (visible) {
+        AddSlot(slot);
+    } else {
+        DeleteSlot(slot);
+    }
+}
+
+std::uint32_t TrayIconSet::AddAll() {
+    std::uint32_t shown = 0;
+    // One after the other in this order, or the shell shuffles them.
+    for (TrayIconSlot& slot : slots)
+        shown += AddSlot(slot) ? 1U : 0U;
+    return shown;
+}
+
+void TrayIconSet::ReAddAll() {
+    for (TrayIconSlot& slot : slots)
+        slot.added = false;
+    AddAll();
+}
+
+void TrayIconSet::Update(std::uint32_t id, UniqueIcon icon, const std::wstring& text) {
+    TrayIconSlot& slot = slots[id - 1];
+    // The old image goes only when the shell shows the new one.
+    const UniqueIcon old = std::exchange(slot.icon, std::move(icon));
+    CopyCut(slot.data.szTip, text);
+    if (slot.added) {
+        if (ModifySlot(slot)) return;
+        slot.added = false;
+    }
+    AddSlot(slot);
+}
+
+bool TrayIconSet::ShowBalloon(const std::wstring& title, const std::wstring& text) {
+    for (const TrayIconSlot& slot : slots) {
+        if (!slot.added || !slot.wanted) continue;
+        NOTIFYICONDATAW data = BalloonData(slot, title, text);
+        if (Notify(NIM_MODIFY, data)) return true;
+    }
+    return false;
+}
+
+void TrayIconSet::RemoveAll() {
+    for (TrayIconSlot& slot : slots) {
+        DeleteSlot(slot);
+        slot.icon.Reset();
+    }
+}
+
+}  // namespace kestrane

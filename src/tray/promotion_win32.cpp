@@ -1,0 +1,88 @@
+#include <windows.h>
+
+#include "tray/promotion_win32.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/debug_log_win32.h"
+#include "base/handles_win32.h"
+#include "tray/promotion.h"
+
+namespace kestrane {
+namespace {
+
+constexpr wchar_t EntriesKey[] = L"Control Panel\\NotifyIconSettings";
+constexpr wchar_t PathValue[] = L"ExecutablePath";
+constexpr wchar_t PromotedValue[] = L"IsPromoted";
+constexpr std::size_t SubkeyNameCapacity = 256;
+
+UniqueRegistryKey OpenKey(HKEY parent, const wchar_t* name, REGSAM access) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(parent, name, 0, access, &key) != ERROR_SUCCESS) return {};
+    return UniqueRegistryKey(key);
+}
+
+std::wstring ModulePath() {
+    std::array<wchar_t, MAX_PATH> path{};
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return {path.data(), length};
+}
+
+/// Empty if the entry names no program.
+std::wstring ReadEntryPath(HKEY entry) {
+    DWORD type = 0;
+    DWORD size = 0;
+    if (RegQueryValueExW(entry, PathValue, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) return {};
+    if (!HoldsPath(type, size)) return {};
+    // The registry promises neither an end mark nor whole characters: one character more, and all zero before.
+    std::vector<wchar_t> text(size / sizeof(wchar_t) + 1);
+    auto* const bytes = reinterpret_cast<BYTE*>(text.data());
+    if (RegQueryValueExW(entry, PathValue, nullptr, nullptr, bytes, &size) != ERROR_SUCCESS) return {};
+    return TextBeforeZero({text.data(), text.size()});
+}
+
+/// Nobody has decided on an entry that has no such value at all.
+bool IsUndecided(HKEY entry) {
+    return RegQueryValueExW(entry, PromotedValue, nullptr, nullptr, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
+}
+
+bool Promote(HKEY entry) {
+    const DWORD promoted = 1;
+    return RegSetValueExW(entry, PromotedValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&promoted),
+                          sizeof promoted) == ERROR_SUCCESS;
+}
+
+/// Whether an icon has been promoted by this call.
+bool PromoteEntry(HKEY entries, const wchar_t* name, const std::wstring& ownPath) {
+    const UniqueRegistryKey entry = OpenKey(entries, name, KEY_READ | KEY_SET_VALUE);
+    if (!entry || !IsOwnEntry(ReadEntryPath(entry.Get()), ownPath)) return false;
+    return IsUndecided(entry.Get()) && Promote(entry.Get());
+}
+
+}  // namespace
+
+void PromoteIcons() {
+    const UniqueRegistryKey entries = OpenKey(HKEY_CURRENT_USER, EntriesKey, KEY_READ);
+    if (!entries) {
+        LogDebug(L"kestrane: sin clave NotifyIconSettings; no se promocionan los iconos\n");
+        return;
+    }
+    const std::wstring ownPath = ModulePath();
+    std::int32_t count = 0;
+    for (DWORD index = 0;; ++index) {
+        std::array<wchar_t, SubkeyNameCapacity> name{};
+        DWORD length = SubkeyNameCapacity;
+        if (RegEnumKeyExW(entries.Get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
+            ERROR_SUCCESS) {
+            break;
+        }
+        count += PromoteEntry(entries.Get(), name.data(), ownPath) ? 1 : 0;
+    }
+    LogDebug(PromotionReport(count).c_str());
+}
+
+}  // namespace kestrane

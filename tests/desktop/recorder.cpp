@@ -1,0 +1,316 @@
+// A shell that writes down what it is told, for looking at the real program from outside.
+//
+// Wine's Shell_NotifyIconW sends each call as WM_COPYDATA to the topmost window of class "Shell_TrayWnd": the message
+// as `dwData`, then a flat record, then the icon's mask and colour bits. This program owns such a window. Each call
+// becomes one line of JSON on the standard output, and the answer given here is the call's result.
+//
+// It behaves as a shell does (an add of an icon that it has and a change of one that it lacks are refused) and obeys
+// commands on the standard input, one a line, each confirmed by a line {"done": COMMAND}:
+//
+//     refuse guid on|off     NIM_ADD with a GUID fails
+//     refuse all on|off      every call fails
+//     refuse add N           the next N adds fail, `refuse modify N` the next N changes
+//     forget                 all icons are forgotten, as if the user's shell had died
+//     restart                forget, then broadcast "TaskbarCreated"
+//     forward on|off         calls go on to the next taskbar window, whose answer is the result
+//     callback ID EVENT X Y  the icon's window gets its callback message, in the layout of version 4
+//     quit
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr UINT CommandMessage = WM_APP;
+constexpr UINT ShellTimeoutMs = 10000;
+
+// What Wine sends in place of NOTIFYICONDATAW: fixed widths, and the icon's measures in place of its handle.
+struct NotifyRecord {
+    LONG window;
+    UINT id;
+    UINT flags;
+    UINT callbackMessage;
+    WCHAR tip[128];
+    DWORD state;
+    DWORD stateMask;
+    WCHAR info[256];
+    UINT version;
+    WCHAR infoTitle[64];
+    DWORD infoFlags;
+    GUID guid;
+    UINT width;
+    UINT height;
+    UINT planes;
+    UINT bitsPerPixel;
+};
+static_assert(sizeof(NotifyRecord) == 960);
+
+struct Image {
+    UINT width = 0;
+    UINT height = 0;
+    std::vector<std::uint32_t> pixels;  // 0xAARRGGBB, top row first
+};
+
+struct ShownIcon {
+    HWND window;
+    UINT id;
+    GUID guid;  // all zero for an icon known by its window and id
+    UINT callbackMessage;
+};
+
+struct Rules {
+    bool refuseGuid = false;
+    bool refuseAll = false;
+    int refuseAdds = 0;
+    int refuseChanges = 0;
+    bool forward = false;
+};
+
+Rules rules;
+std::vector<ShownIcon> icons;
+
+HWND WindowOf(const NotifyRecord& record) {
+    return static_cast<HWND>(LongToHandle(record.window));
+}
+
+bool HasGuid(const NotifyRecord& record) {
+    return (record.flags & NIF_GUID) != 0;
+}
+
+std::string GuidText(const GUID& guid) {
+    char text[40];
+    std::snprintf(text, sizeof text, "{%08lX-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", guid.Data1, guid.Data2,
+                  guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2], guid.Data4[3], guid.Data4[4], guid.Data4[5],
+                  guid.Data4[6], guid.Data4[7]);
+    return text;
+}
+
+/// ASCII as it is, everything else as \uXXXX, unit by unit: any UTF-16, broken or not, becomes valid JSON.
+std::string JsonText(const WCHAR* text, std::size_t capacity) {
+    std::string json = "\"";
+    for (std::size_t i = 0; i < capacity && text[i] != 0; ++i) {
+        const WCHAR unit = text[i];
+        char escaped[8];
+        const bool plain = unit >= 0x20 && unit < 0x7F && unit != L'"' && unit != L'\\';
+        std::snprintf(escaped, sizeof escaped, plain ? "%c" : "\\u%04x", static_cast<unsigned>(unit));
+        json += escaped;
+    }
+    return json + '"';
+}
+
+/// Behind the record come the rows of the mask (one bit a pixel, padded to 16 bits), then those of the colours. An
+/// image whose alpha is zero everywhere has none: then the mask says what is transparent.
+Image ReadImage(const NotifyRecord& record, const BYTE* bits, std::size_t size) {
+    const std::size_t maskStride = (record.width + 15) / 16 * 2;
+    const std::size_t maskSize = maskStride * record.height;
+    const std::size_t pixelCount = std::size_t{record.width} * record.height;
+    Image image;
+    if (pixelCount == 0 || record.bitsPerPixel != 32 || size < maskSize + pixelCount * 4) return image;
+    image = {record.width, record.height, std::vector<std::uint32_t>(pixelCount)};
+    std::memcpy(image.pixels.data(), bits + maskSize, pixelCount * 4);
+    if (std::any_of(image.pixels.begin(), image.pixels.end(), [](auto pixel) { return (pixel >> 24) != 0; }))
+        return image;
+    for (std::size_t i = 0; i < pixelCount; ++i) {
+        const std::size_t x = i % record.width;
+        const int maskByte = bits[i / record.width * maskStride + x / 8];
+        const bool transparent = (maskByte & (0x80 >> (x % 8))) != 0;
+        if (!transparent) image.pixels[i] |= 0xFF000000U;
+    }
+    return image;
+}
+
+std::string PixelRows(const Image& image) {
+    std::string json;
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+        const bool rowStarts = i % image.width == 0;
+        if (rowStarts) json += i == 0 ? "\"" : "\",\"";
+        char hex[12];
+        std::snprintf(hex, sizeof hex, rowStarts ? "%08x" : " %08x", image.pixels[i]);
+        json += hex;
+    }
+    return '[' + json + (json.empty() ? "]" : "\"]");
+}
+
+void Print(const std::string& line) {
+    std::fprintf(stdout, "%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+void PrintCall(ULONG_PTR message, const NotifyRecord& record, const Image& image, bool answer) {
+    std::ostringstream json;
+    json << "{\"message\":" << message << ",\"answer\":" << answer << ",\"ms\":" << GetTickCount64()
+         << ",\"window\":" << record.window << ",\"id\":" << record.id << ",\"flags\":" << record.flags
+         << ",\"callback\":" << record.callbackMessage << ",\"version\":" << record.version << ",\"guid\":\""
+         << GuidText(record.guid) << "\",\"tip\":" << JsonText(record.tip, std::size(record.tip))
+         << ",\"info\":" << JsonText(record.info, std::size(record.info))
+         << ",\"infoTitle\":" << JsonText(record.infoTitle, std::size(record.infoTitle))
+         << ",\"infoFlags\":" << record.infoFlags << ",\"width\":" << image.width << ",\"height\":" << image.height
+         << ",\"pixels\":" << PixelRows(image) << '}';
+    Print(json.str());
+}
+
+bool IsSameIcon(const ShownIcon& icon, const NotifyRecord& record) {
+    if (HasGuid(record)) return IsEqualGUID(icon.guid, record.guid);
+    return IsEqualGUID(icon.guid, GUID{}) && icon.window == WindowOf(record) && icon.id == record.id;
+}
+
+bool TakesOneOff(int& count) {
+    if (count == 0) return false;
+    --count;
+    return true;
+}
+
+bool Add(const NotifyRecord& record, bool known) {
+    if (TakesOneOff(rules.refuseAdds) || (rules.refuseGuid && HasGuid(record)) || known) return false;
+    icons.push_back({WindowOf(record), record.id, HasGuid(record) ? record.guid : GUID{}, record.callbackMessage});
+    return true;
+}
+
+/// The shell's answer, by its list of icons and the rules set from outside.
+bool Answer(ULONG_PTR message, const NotifyRecord& record) {
+    if (rules.refuseAll) return false;
+    const auto found =
+        std::find_if(icons.begin(), icons.end(), [&](const ShownIcon& icon) { return IsSameIcon(icon, record); });
+    const bool known = found != icons.end();
+    switch (message) {
+        case NIM_ADD:
+            return Add(record, known);
+        case NIM_MODIFY:
+            return !TakesOneOff(rules.refuseChanges) && known;
+        case NIM_DELETE:
+            if (known) icons.erase(found);
+            return known;
+        default:
+            return known;
+    }
+}
+
+bool ForwardCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
+    HWND other = nullptr;
+    while ((other = FindWindowExW(nullptr, other, L"Shell_TrayWnd", nullptr)) == own) {
+    }
+    DWORD_PTR answer = 0;
+    SendMessageTimeoutW(other, WM_COPYDATA, sender, reinterpret_cast<LPARAM>(&copy), SMTO_NORMAL, ShellTimeoutMs,
+                        &answer);
+    return answer != 0;
+}
+
+bool OnCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
+    if (copy.cbData < sizeof(NotifyRecord)) return false;
+    NotifyRecord record;
+    std::memcpy(&record, copy.lpData, sizeof record);
+    const BYTE* bits = static_cast<const BYTE*>(copy.lpData) + sizeof record;
+    bool answer = Answer(copy.dwData, record);
+    if (answer && rules.forward) answer = ForwardCall(own, sender, copy);
+    PrintCall(copy.dwData, record, ReadImage(record, bits, copy.cbData - sizeof record), answer);
+    return answer;
+}
+
+void SendCallback(UINT id, unsigned event, int x, int y) {
+    for (const ShownIcon& icon : icons) {
+        if (icon.id != id) continue;
+        PostMessageW(icon.window, icon.callbackMessage, static_cast<WPARAM>(MAKELONG(x, y)),
+                     static_cast<LPARAM>(MAKELONG(event, id)));
+    }
+}
+
+void SetRule(const std::string& rule, const std::string& value) {
+    if (rule == "guid") rules.refuseGuid = value == "on";
+    if (rule == "all") rules.refuseAll = value == "on";
+    if (rule == "add") rules.refuseAdds = std::stoi(value);
+    if (rule == "modify") rules.refuseChanges = std::stoi(value);
+}
+
+void Restart() {
+    icons.clear();
+    PostMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
+}
+
+void Obey(const std::string& command) {
+    std::istringstream words(command);
+    std::string verb;
+    std::string first;
+    std::string second;
+    words >> verb >> first >> second;
+    if (verb == "refuse") SetRule(first, second);
+    if (verb == "forward") rules.forward = first == "on";
+    if (verb == "forget") icons.clear();
+    if (verb == "restart") Restart();
+    if (verb == "quit") PostQuitMessage(0);
+    if (verb == "callback") {
+        int x = 0;
+        int y = 0;
+        words >> x >> y;
+        SendCallback(static_cast<UINT>(std::stoi(first)), static_cast<unsigned>(std::stoul(second, nullptr, 0)), x, y);
+    }
+    Print("{\"done\":\"" + command + "\"}");
+}
+
+LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COPYDATA:
+            return OnCall(window, wParam, *reinterpret_cast<const COPYDATASTRUCT*>(lParam));
+        case CommandMessage:
+            Obey(*std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam)));
+            return 0;
+        default:
+            return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+HWND CreateRecorderWindow() {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = RecorderProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = L"Shell_TrayWnd";
+    RegisterClassExW(&windowClass);
+    const HWND window = CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, windowClass.lpszClassName, L"recorder",
+                                        WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, windowClass.hInstance, nullptr);
+    SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    return window;
+}
+
+/// Hands the lines of the standard input to the window's thread. Its end ends the program.
+void ReadCommands(HWND window) {
+    std::string line;
+    int character = 0;
+    while ((character = std::getchar()) != EOF) {
+        if (character == '\r') continue;
+        if (character != '\n') {
+            line += static_cast<char>(character);
+            continue;
+        }
+        auto command = std::make_unique<std::string>(std::exchange(line, {}));
+        if (PostMessageW(window, CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
+            static_cast<void>(command.release());
+    }
+    PostMessageW(window, WM_QUIT, 0, 0);
+}
+
+}  // namespace
+
+int main() {
+    const HWND window = CreateRecorderWindow();
+    if (window == nullptr) return 1;
+    std::thread(ReadCommands, window).detach();
+    Print("{\"ready\":true}");
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    std::_Exit(0);  // the reading thread may still wait for input
+}

@@ -1,23 +1,34 @@
 #!/usr/bin/env bash
-# Installs from the Debian archive what building and testing need and this machine lacks. Asks nothing.
+# Installs from the Debian archive what building and testing need and this machine lacks. Asks nothing, and says
+# nothing when there is nothing to do.
 set -euo pipefail
 packages=(
     # building
-    cmake ninja-build ccache g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 googletest
+    cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 googletest
     # checking
     clang-format clang-tidy python3 python3-pefile
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
-    wine wine64 xvfb xauth xdotool x11-utils imagemagick fonts-dejavu-core procps
+    wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
 )
+installed=$(dpkg-query -W -f='${binary:Package} ${Status}\n' | sed -n 's/^\([^ :]*\).* ok installed$/\1/p')
 missing=()
 for package in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    grep -qx "$package" <<<"$installed" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
-as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+install_missing() {
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >"$log" 2>&1
+}
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
 echo "installing: ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+# The lists of the archive may be fresh enough; a machine that has none yet needs them first.
+install_missing && exit 0
+as_root apt-get update -qq >>"$log" 2>&1 && install_missing && exit 0
+cat "$log" >&2
+exit 1

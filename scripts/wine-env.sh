@@ -1,33 +1,65 @@
-# Sourced by the scripts that run Windows programs: a quiet Wine with a prefix of its own under build/.
+# Sourced by the scripts that run Windows programs: a quiet Wine, with a screen and a prefix that leave with the script.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+pristine_prefix=$root/build/wine/pristine
 export WINEDEBUG=${WINEDEBUG:--all}
-export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"mscoree,mshtml="}
-export WINEPREFIX=${WINEPREFIX:-$root/build/wine/prefix}
+# No offer to download .NET or a browser; and no debugger that waits beside a program that crashed.
+export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"mscoree,mshtml,winedbg.exe="}
 
-# A prefix takes some seconds to make, so it is made once, under a lock, and moved into place when whole.
-make_prefix() {
-    [ ! -e "$WINEPREFIX/system.reg" ] || return 0
-    mkdir -p "$(dirname "$WINEPREFIX")"
-    exec 9>"$WINEPREFIX.lock"
-    flock 9
-    if [ ! -e "$WINEPREFIX/system.reg" ]; then
-        rm -rf "$WINEPREFIX.new"
-        WINEPREFIX="$WINEPREFIX.new" wineboot --init >/dev/null 2>&1 9>&-
-        WINEPREFIX="$WINEPREFIX.new" wineserver --wait 9>&-
-        mv "$WINEPREFIX.new" "$WINEPREFIX"
+# A prefix takes some ten seconds to make. So one is made, under a lock, and never run in: all others are copies of it.
+make_pristine_prefix() {
+    [ ! -e "$pristine_prefix/system.reg" ] || return 0
+    mkdir -p "$root/build/wine"
+    local lock
+    exec {lock}>"$pristine_prefix.lock"
+    flock "$lock"
+    if [ ! -e "$pristine_prefix/system.reg" ]; then
+        rm -rf "$pristine_prefix.new"
+        # Nothing that outlives this function may hold the lock.
+        WINEPREFIX=$pristine_prefix.new wineboot --init >/dev/null 2>&1 {lock}>&-
+        WINEPREFIX=$pristine_prefix.new wineserver --wait {lock}>&-
+        # "Documents" and its like are links into the home folder. What runs here stays here.
+        find "$pristine_prefix.new/drive_c/users" -type l -exec rm {} \; -exec mkdir {} \;
+        mv "$pristine_prefix.new" "$pristine_prefix"
     fi
-    exec 9>&-
+    exec {lock}>&-
 }
 
-# Wine needs a screen even for programs that show nothing. Ends with the calling shell.
-ensure_display() {
-    [ -z "${DISPLAY:-}" ] || return 0
-    local numbers
-    exec {numbers}<> <(:)
-    Xvfb -displayfd 8 -screen 0 "${SCREEN_SIZE:-1280x800}x24" -nolisten tcp 8>&"$numbers" \
-        >/dev/null 2>&1 &
-    xvfb_pid=$!
-    local number
-    read -r -t 20 -u "$numbers" number
+# The system's DLLs are shared as hard links; the registry, which Wine rewrites, is copied.
+copy_prefix() {
+    make_pristine_prefix
+    cp -al "$pristine_prefix" "$1"
+    cp --remove-destination "$pristine_prefix"/*.reg "$1"
+}
+
+# A prefix and a screen of this script's own, for whichever of the two the caller has not set, until the script ends.
+begin_session() {
+    trap end_session EXIT
+    trap 'exit 130' INT TERM
+    if [ -z "${WINEPREFIX:-}" ]; then
+        make_pristine_prefix
+        session_prefix=$(mktemp -d "$root/build/wine/session-XXXXXX")/prefix
+        copy_prefix "$session_prefix"
+        export WINEPREFIX=$session_prefix
+    fi
+    [ -n "${DISPLAY:-}" ] || start_display
+}
+
+start_display() {
+    local numbers number
+    exec {numbers}< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp 2>/dev/null)
+    display_pid=$!
+    if ! read -r -t 60 -u "$numbers" number; then
+        echo "Xvfb does not start" >&2
+        return 1
+    fi
     export DISPLAY=:$number
+}
+
+end_session() {
+    if [ -n "${session_prefix:-}" ]; then
+        wineserver -k 2>/dev/null || true
+        wineserver --wait 2>/dev/null || true
+        rm -rf "$(dirname "$session_prefix")"
+    fi
+    [ -z "${display_pid:-}" ] || kill "$display_pid" 2>/dev/null || true
 }

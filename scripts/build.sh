@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Builds the program on a fresh machine and says where it is.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target kestrane
+echo "$PWD/build/windows/kestrane.exe"

@@ -12,7 +12,7 @@ packages=(
 )
 installed=$(dpkg-query -W -f='${binary:Package} ${Status}\n' | sed -n 's/^\([^ :]*\).* ok installed$/\1/p')
 missing=()
-for package in "${packages[@]}"; do
+for package in "${packages[@]}" "$@"; do
     grep -qx "$package" <<<"$installed" || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0

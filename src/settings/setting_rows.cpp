@@ -40,9 +40,10 @@ constexpr auto NetworkTab = Join(One(Show(MetricKind::Network)), One(InterfacesR
 }  // namespace
 
 ColorRange TabColors(SettingsTab tab) {
-    const auto rows = std::ranges::equal_range(IconColors, std::min(tab, SettingsTab::Network), {}, &IconColor::tab);
-    return {static_cast<std::size_t>(rows.begin() - IconColors.begin()),
-            static_cast<std::size_t>(rows.end() - IconColors.begin())};
+    const SettingsTab owner = std::min(tab, SettingsTab::Network);
+    const auto first = std::ranges::lower_bound(IconColors, owner, {}, &IconColor::tab);
+    const auto end = std::ranges::upper_bound(IconColors, owner, {}, &IconColor::tab);
+    return {static_cast<std::size_t>(first - IconColors.begin()), static_cast<std::size_t>(end - IconColors.begin())};
 }
 
 SettingRows TabRows(SettingsTab tab) {

@@ -1,0 +1,66 @@
+#pragma once
+// What every fuzz target is written with. A target takes any bytes, feeds them to one parser and demands of the answer
+// what must hold for all input. The same source serves twice: libFuzzer drives it with bytes that it invents, and the
+// program fuzz_seeds replays the files of seeds/<target>, where every finding is kept.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrane::fuzz {
+
+using Bytes = std::span<const std::uint8_t>;
+using Target = void (*)(Bytes);
+
+/// Makes a target known to fuzz_seeds.
+bool RegisterTarget(const char* name, Target target);
+
+/// Ends the process where a rule does not hold; libFuzzer then keeps the bytes.
+inline void Require(bool holds) {
+    if (!holds) std::abort();
+}
+
+/// A byte below 0x80 is that character; any other makes one of 0x0080 to 0x7FFF with the byte behind it. So seeds are
+/// plain text, and yet all kinds of characters occur.
+inline std::wstring WideText(Bytes bytes) {
+    std::wstring text;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        std::uint32_t unit = bytes[i];
+        if (unit >= 0x80 && i + 1 < bytes.size()) unit = (unit & 0x7F) << 8 | bytes[++i];
+        text += static_cast<wchar_t>(unit);
+    }
+    return text;
+}
+
+inline std::vector<std::wstring> WideLines(Bytes bytes) {
+    std::vector<std::wstring> lines(1);
+    for (const wchar_t c : WideText(bytes)) {
+        if (c == L'\n') {
+            lines.emplace_back();
+        } else {
+            lines.back() += c;
+        }
+    }
+    return lines;
+}
+
+}  // namespace kestrane::fuzz
+
+#ifdef KESTRANE_FUZZ
+#define FUZZ_TARGET(name)                                                               \
+    static void name([[maybe_unused]] kestrane::fuzz::Bytes input);                     \
+    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);  \
+    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { \
+        name({data, size});                                                             \
+        return 0;                                                                       \
+    }                                                                                   \
+    static void name([[maybe_unused]] kestrane::fuzz::Bytes input)
+#else
+#define FUZZ_TARGET(name)                                                                         \
+    static void name([[maybe_unused]] kestrane::fuzz::Bytes input);                               \
+    [[maybe_unused]] static const bool registered = kestrane::fuzz::RegisterTarget(#name, &name); \
+    static void name([[maybe_unused]] kestrane::fuzz::Bytes input)
+#endif

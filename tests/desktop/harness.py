@@ -1,0 +1,289 @@
+"""A screen, a Wine prefix and a shell of a test's own, for looking at the real kestrane.exe from outside.
+
+    with Desktop(language="es_ES") as desktop:
+        shell = desktop.start_recorder()
+        program = desktop.start_kestrane()
+        call = shell.wait_for(lambda call: call.id == 4 and call.message == NIM_MODIFY)
+
+Nothing here sleeps for a fixed time and takes that as proof: every wait is for a condition, and a condition that never
+comes true fails the test with what was seen instead.
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import threading
+import time
+import types
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+BUILD = pathlib.Path(os.environ.get("KESTRANE_BUILD", ROOT / "build" / "windows"))
+WINE_FOLDER = ROOT / "build" / "wine"
+
+# Generous, because the machine may be busy with other tests: a wait ends as soon as its condition holds.
+TIMEOUT = 120
+
+NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETVERSION = 0, 1, 2, 4
+NIF_MESSAGE, NIF_ICON, NIF_TIP, NIF_INFO, NIF_GUID, NIF_SHOWTIP = 0x01, 0x02, 0x04, 0x10, 0x20, 0x80
+
+WM_TIMER = 0x113
+HIDDEN_WINDOW = "kestrane.hidden"
+
+
+def wait_until(condition, what, timeout=TIMEOUT):
+    """The first true value of `condition()`; an AssertionError that says `what` was missing, when time is up."""
+    deadline = time.monotonic() + timeout
+    while not (value := condition()):
+        if time.monotonic() > deadline:
+            raise AssertionError(f"waited {timeout} s in vain: {what}")
+        time.sleep(0.02)
+    return value
+
+
+def windows_path(path):
+    """A path of this machine as a Windows program sees it."""
+    return "Z:" + str(path).replace("/", "\\")
+
+
+class Recorder:
+    """The recording shell: all calls so far in `calls`, and commands to make it misbehave."""
+
+    def __init__(self, process):
+        self.calls = []
+        self._process = process
+        self._arrived = threading.Condition()
+        self._confirmed = 0
+        self._ready = False
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+        self._wait(lambda: self._ready, "the recorder's first line")
+
+    def _read(self):
+        for line in self._process.stdout:
+            record = json.loads(line)
+            with self._arrived:
+                if "ready" in record:
+                    self._ready = True
+                elif "done" in record:
+                    self._confirmed += 1
+                else:
+                    self.calls.append(types.SimpleNamespace(**record))
+                self._arrived.notify_all()
+
+    def _wait(self, condition, what, timeout=TIMEOUT):
+        with self._arrived:
+            if not self._arrived.wait_for(condition, timeout):
+                last = [f"{call.message}:{call.id}:{call.answer}:{call.tip!r}" for call in self.calls[-8:]]
+                raise AssertionError(f"waited {timeout} s in vain: {what}; the last calls were {last}")
+
+    def command(self, text):
+        """Gives a command; returns when the recorder has obeyed it."""
+        wanted = self._confirmed + 1
+        self._process.stdin.write(text + "\n")
+        self._process.stdin.flush()
+        self._wait(lambda: self._confirmed >= wanted, f"confirmation of {text!r}")
+
+    def mark(self):
+        """The number of calls so far, as a starting point for the next wait."""
+        with self._arrived:
+            return len(self.calls)
+
+    def since(self, start):
+        with self._arrived:
+            return self.calls[start:]
+
+    def wait_for(self, matches, start=0, what="a call that matches", timeout=TIMEOUT):
+        """The first call from number `start` on for which `matches(call)` holds."""
+        found = []
+
+        def search():
+            found.extend(call for call in self.calls[start:] if matches(call))
+            return found
+
+        self._wait(search, what, timeout)
+        return found[0]
+
+    def wait_for_count(self, count, matches=lambda call: True, start=0, timeout=TIMEOUT):
+        """The first `count` calls from number `start` on for which `matches(call)` holds."""
+        self._wait(lambda: sum(map(matches, self.calls[start:])) >= count, f"{count} calls", timeout)
+        return [call for call in self.since(start) if matches(call)][:count]
+
+    def wait_for_ticks(self, count, icon, start=None):
+        """The next `count` changes of one icon: the news of so many ticks of its timer."""
+        start = self.mark() if start is None else start
+        return self.wait_for_count(count, lambda call: call.message == NIM_MODIFY and call.id == icon, start)
+
+
+def pixels(call):
+    """The icon of a call as rows of 0xAARRGGBB."""
+    return [[int(pixel, 16) for pixel in row.split()] for row in call.pixels]
+
+
+def column_heights(call, color):
+    """For each column of the icon, how many pixels have this colour."""
+    rows = pixels(call)
+    return [sum(row[x] == color for row in rows) for x in range(call.width)]
+
+
+class Desktop:
+    """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
+
+    def __init__(self, language="en_US", dpi=96, counters=None):
+        WINE_FOLDER.mkdir(parents=True, exist_ok=True)
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="desktop-", dir=WINE_FOLDER))
+        self.prefix = self.folder / "prefix"
+        self._processes = []
+        self._display = None
+        try:
+            self._copy_prefix(dpi)
+            self._start_display()
+        except BaseException:
+            self.close()
+            raise
+        self.environment = {
+            **os.environ,
+            "DISPLAY": self.display,
+            "WINEPREFIX": str(self.prefix),
+            "WINEDEBUG": "-all",
+            "WINEDLLOVERRIDES": "mscoree,mshtml,winedbg.exe=",
+            # Wine takes the locale from this variable even where the C library has never heard of it.
+            "LC_ALL": language + ".UTF-8",
+        }
+        if counters is not None:
+            self._install_scripted_pdh()
+            self.write_counters(counters)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def _copy_prefix(self, dpi):
+        script = 'source "$0"/scripts/wine-env.sh && copy_prefix "$1"'
+        subprocess.run(["bash", "-c", script, ROOT, self.prefix], check=True)
+        if dpi != 96:
+            self.set_registry("Control Panel\\\\Desktop", f'"LogPixels"=dword:{dpi:08x}')
+
+    def set_registry(self, key, line):
+        """Writes a value under HKEY_CURRENT_USER, in the form of Wine's own file, before anything runs."""
+        with open(self.prefix / "user.reg", "a", encoding="utf-8") as file:
+            file.write(f"\n[{key}]\n{line}\n")
+
+    def _start_display(self):
+        self._display = subprocess.Popen(
+            ["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
+        number = self._display.stdout.readline().strip()
+        if not number:
+            raise AssertionError("Xvfb does not start")
+        self.display = ":" + number
+
+    def close(self):
+        """Ends everything that was started, whatever state it is in."""
+        if hasattr(self, "environment"):
+            subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
+            subprocess.run(["wineserver", "--wait"], env=self.environment, check=False, timeout=TIMEOUT)
+        for process in self._processes:
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+            for stream in (process.stdin, process.stdout):
+                if stream is not None:
+                    stream.close()
+        if self._display is not None:
+            self._display.terminate()
+            self._display.wait()
+            self._display.stdout.close()
+        shutil.rmtree(self.folder)
+
+    # Counters played by a script, in the syntax of scripted_pdh.cpp.
+
+    def _install_scripted_pdh(self):
+        target = self.prefix / "drive_c" / "windows" / "system32" / "pdh.dll"
+        target.unlink()  # it is a hard link into the pristine prefix
+        shutil.copy(BUILD / "scripted" / "pdh.dll", target)
+        self.environment["WINEDLLOVERRIDES"] += ";pdh=n,b"
+        self.environment["KESTRANE_PDH_SCRIPT"] = windows_path(self.folder / "counters.txt")
+
+    def write_counters(self, lines):
+        """Takes effect at the program's next collection, whole."""
+        new = self.folder / "counters.new"
+        new.write_text("".join(line + "\n" for line in lines), encoding="utf-8")
+        new.replace(self.folder / "counters.txt")
+
+    # Programs.
+
+    def start(self, program, *arguments, **options):
+        """Starts a Windows program: a name in the build folder, or a name that Wine knows."""
+        path = BUILD / program
+        command = ["wine", str(path) if path.exists() else program, *arguments]
+        environment = {**self.environment, **options.pop("environment", {})}
+        options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options}
+        process = subprocess.Popen(command, env=environment, text=True, encoding="utf-8", **options)
+        self._processes.append(process)
+        return process
+
+    def run(self, program, *arguments, timeout=TIMEOUT, **options):
+        """Runs a program to its end; its exit code and its output."""
+        process = self.start(program, *arguments, stdout=subprocess.PIPE, **options)
+        output, _ = process.communicate(timeout=timeout)
+        return types.SimpleNamespace(code=process.returncode, output=output)
+
+    def start_recorder(self):
+        return Recorder(self.start("recorder.exe", stdin=subprocess.PIPE, stdout=subprocess.PIPE))
+
+    def start_kestrane(self, *arguments, **options):
+        return self.start("kestrane.exe", *arguments, **options)
+
+    def run_kestrane(self, *arguments, **options):
+        return self.run("kestrane.exe", *arguments, **options)
+
+    def launch_kestrane(self, command_line, **options):
+        """Runs it with a command line that is nothing but this text, blanks and all."""
+        texts = {"LAUNCH_PROGRAM": windows_path(BUILD / "kestrane.exe"), "LAUNCH_ARGUMENTS": command_line}
+        return self.run("launch.exe", environment=texts, **options)
+
+    def count_windows(self, class_name=HIDDEN_WINDOW):
+        return int(self.run("poster.exe", class_name).output)
+
+    def send_messages(self, count, message, *w_params, class_name=HIDDEN_WINDOW):
+        """Sends a message `count` times, going round the given wParams, as fast as it is taken."""
+        numbers = [str(number) for number in (count, message, 0, *w_params)]
+        return self.run("poster.exe", class_name, *numbers, timeout=600).code == 0
+
+    # The user's things.
+
+    @property
+    def ini_path(self):
+        users = self.prefix / "drive_c" / "users"
+        profile = next(folder for folder in users.iterdir() if folder.name != "Public")
+        return profile / "AppData" / "Roaming" / "kestrane" / "kestrane.ini"
+
+    def write_ini(self, text):
+        self.ini_path.parent.mkdir(parents=True, exist_ok=True)
+        self.ini_path.write_text(text, encoding="utf-8")
+
+    def take_screenshot(self, path):
+        subprocess.run(["import", "-display", self.display, "-window", "root", str(path)], check=True)
+
+    def use_mouse(self, *arguments):
+        """Passes arguments on to xdotool: "mousemove", 10, 20, "click", 1."""
+        subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=True)
+
+
+def private_kilobytes(process):
+    """The memory that a running program has for itself alone."""
+    lines = pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text(encoding="ascii").splitlines()
+    return sum(int(line.split()[1]) for line in lines if line.startswith("Private_"))
+
+
+def main():
+    unittest.main(verbosity=2)

@@ -1,0 +1,27 @@
+// Starts a program with a command line that nobody splits or quotes, and waits for it. Wine puts arguments in quotes
+// where it sees need, so the text comes through the environment:
+//
+//     LAUNCH_PROGRAM=kestrane.exe LAUNCH_ARGUMENTS=" --exit" wine launch.exe
+//
+// The exit code is the program's.
+#include <windows.h>
+
+#include <string>
+
+int main() {
+    wchar_t program[MAX_PATH];
+    wchar_t arguments[1024];
+    if (GetEnvironmentVariableW(L"LAUNCH_PROGRAM", program, MAX_PATH) == 0) return -1;
+    arguments[0] = 0;
+    GetEnvironmentVariableW(L"LAUNCH_ARGUMENTS", arguments, 1024);
+    std::wstring commandLine = L'"' + std::wstring(program) + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process;
+    if (!CreateProcessW(program, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+        return -1;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD code = 0;
+    GetExitCodeProcess(process.hProcess, &code);
+    return static_cast<int>(code);
+}

@@ -1,0 +1,27 @@
+#pragma once
+// Rings filled with given points, and the series that read them.
+#include <cstdint>
+#include <vector>
+
+#include "graph/graph_series.h"
+
+namespace kestrane {
+
+/// A ring that holds the values in order, the last the newest.
+template <typename T>
+MetricRing<T> RingOf(const std::vector<T>& values, std::uint64_t capacity = SeriesCapacity) {
+    MetricRing<T> ring(capacity);
+    for (const T value : values)
+        PushSample(ring, value);
+    return ring;
+}
+
+inline SeriesRef RefTo(const MetricRing<double>& ring) {
+    return {nullptr, &ring};
+}
+
+inline SeriesRef RefTo(const MetricRing<std::uint64_t>& ring) {
+    return {&ring, nullptr};
+}
+
+}  // namespace kestrane

@@ -1,0 +1,167 @@
+#include "graph/core_grid_plot.h"
+
+#include <algorithm>
+
+#include "graph/core_grid.h"
+#include "graph/plot_layout.h"
+#include "graph/smoothing.h"
+
+namespace kestrane {
+namespace {
+
+constexpr double FullScale = 100;
+
+/// One processor's cell: its history, its class, and where it is drawn. `bottom` is the row of the lower border, which
+/// a value of 0 stands on; right and borderBottom are exclusive, plotRight is inclusive.
+struct CorePlot {
+    std::size_t processor = 0;
+    const MetricRing<double>* ring = nullptr;
+    bool isPerformance = true;
+    ColorValue color = 0;
+    std::int32_t left = 0;
+    std::int32_t right = 0;
+    std::int32_t plotLeft = 0;
+    std::int32_t plotRight = 0;
+    std::int32_t borderTop = 0;
+    std::int32_t borderBottom = 0;
+    std::int32_t top = 0;
+    std::int32_t bottom = 0;
+    std::int32_t plotHeight = 0;
+    std::vector<double> raw;    // one value a column, zeros where there is no history
+    std::vector<double> shown;  // the same as it is drawn
+};
+
+void PlaceCell(CorePlot& plot, const GridCell& cell, const Point& origin) {
+    plot.left = origin.x + cell.x;
+    plot.right = plot.left + cell.width;
+    plot.plotLeft = plot.left + 1;
+    plot.plotRight = plot.right - 2;
+    plot.borderTop = origin.y + cell.y;
+    plot.borderBottom = plot.borderTop + cell.height;
+    plot.top = plot.borderTop + 1;
+    plot.bottom = plot.borderBottom - 1;
+    plot.plotHeight = std::max(0, plot.bottom - plot.top);
+}
+
+void ReadCell(CorePlot& plot, std::int32_t smoothing) {
+    const auto columns = static_cast<std::size_t>(std::max(0, plot.plotRight - plot.plotLeft + 1));
+    const SeriesRef ref = {nullptr, plot.ring};
+    plot.raw = SmoothedWindow(ref, columns, 0);
+    plot.shown = smoothing == 0 ? plot.raw : SmoothedWindow(ref, columns, smoothing);
+}
+
+/// The first of the columns that have a point.
+std::size_t FirstVisible(const CorePlot& plot) {
+    const std::size_t columns = plot.raw.size();
+    return columns - static_cast<std::size_t>(std::min<std::uint64_t>(plot.ring->count, columns));
+}
+
+std::int32_t HeightAt(const CorePlot& plot, std::size_t index) {
+    return ValueToHeight(plot.shown[index], FullScale, plot.plotHeight);
+}
+
+std::int32_t ColumnOf(const CorePlot& plot, std::size_t index) {
+    return plot.plotLeft + static_cast<std::int32_t>(index);
+}
+
+double RaiseToVisible(double maximum, const CorePlot& plot) {
+    for (std::size_t i = FirstVisible(plot); i < plot.raw.size(); ++i) {
+        if (plot.raw[i] > maximum) maximum = plot.raw[i];
+    }
+    return maximum;
+}
+
+void DrawCoreBars(const PixelBuffer& buffer, const CorePlot& plot) {
+    for (std::size_t i = FirstVisible(plot); i < plot.shown.size(); ++i) {
+        const std::int32_t x = ColumnOf(plot, i);
+        FillPixels(buffer, x, plot.bottom - HeightAt(plot, i), x + 1, plot.bottom, plot.color);
+    }
+}
+
+Polyline DrawCoreLine(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
+    Polyline line = {{}, plot.color};
+    for (std::size_t i = FirstVisible(plot); i < plot.shown.size(); ++i) {
+        const std::int32_t x = ColumnOf(plot, i);
+        const std::int32_t height = HeightAt(plot, i);
+        if (alpha > 0) BlendColumn(buffer, x, plot.bottom - height, plot.bottom, plot.color, alpha);
+        line.points.push_back({x, CurveRow(plot.bottom, height)});
+    }
+    return line;
+}
+
+void DrawBorder(const PixelBuffer& buffer, const CorePlot& plot, ColorValue color) {
+    FillPixels(buffer, plot.left, plot.borderTop, plot.right, plot.top, color);
+    FillPixels(buffer, plot.left, plot.bottom, plot.right, plot.borderBottom, color);
+    FillPixels(buffer, plot.left, plot.borderTop, plot.plotLeft, plot.borderBottom, color);
+    FillPixels(buffer, plot.right - 1, plot.borderTop, plot.right, plot.borderBottom, color);
+}
+
+std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::uint32_t periodMs) {
+    const std::uint64_t count = plot.ring->count;
+    const std::int32_t index = HoverColumnIndex(x, plot.plotLeft, plot.plotRight, count);
+    if (index < 0) return std::nullopt;
+    const std::uint64_t age = count - static_cast<std::uint64_t>(index) - 1;
+    const std::int32_t y = CurveRow(plot.bottom, HeightAt(plot, plot.shown.size() - 1 - static_cast<std::size_t>(age)));
+    return HoverReadout{
+        x,           plot.top,
+        plot.bottom, {{y, plot.color}},
+        y,           CoreReadoutLines(*plot.ring, plot.processor, plot.isPerformance, plot.color, age, periodMs)};
+}
+
+/// Draws one cell and adds what it gives to the drawing.
+void DrawCore(const PixelBuffer& buffer, const CorePlot& plot, const GraphView& view, CoreGridDrawing& drawing) {
+    drawing.coreMax = RaiseToVisible(drawing.coreMax, plot);
+    if (view.lines) {
+        drawing.polylines.push_back(DrawCoreLine(buffer, plot, view.alpha));
+    } else {
+        DrawCoreBars(buffer, plot);
+    }
+}
+
+/// The rectangle of the whole grid: right of the frame's left end, under the margin, and a gap above the baseline.
+Rect GridArea(const PlotLayout& layout, std::int32_t margin, std::int32_t gap) {
+    return {layout.frameLeft, margin + 1, layout.frameRight, layout.plotBottom - gap};
+}
+
+CorePlot MakeCorePlot(std::size_t processor, const GridCell& cell, const Point& origin, const GraphView& view,
+                      const AppSettings& settings, const GraphSeries& series) {
+    CorePlot plot;
+    plot.processor = processor;
+    plot.ring = &(*series.cores)[processor];
+    plot.isPerformance = IsPerformanceCore(series.coreClasses, processor);
+    plot.color = OpaqueColor(settings, plot.isPerformance ? CpuGraphPerf : CpuGraphEff, view.background);
+    PlaceCell(plot, cell, origin);
+    ReadCell(plot, view.smoothing);
+    return plot;
+}
+
+}  // namespace
+
+bool IsPerformanceCore(const std::vector<std::uint8_t>* coreClasses, std::size_t processor) {
+    return coreClasses == nullptr || processor >= coreClasses->size() || (*coreClasses)[processor] != 0;
+}
+
+CoreGridDrawing DrawCoreGrid(const PixelBuffer& buffer, const GraphView& view, const AppSettings& settings,
+                             const GraphSeries& series, const PlotFrame& frame, std::int32_t gap,
+                             const HoverState& hover) {
+    const PlotLayout layout = ComputePlotLayout(frame.width, frame.height, frame.margin, frame.textHeight, 0);
+    const Rect area = GridArea(layout, frame.margin, gap);
+    const std::vector<GridCell> cells =
+        ComputeCoreGrid(static_cast<std::int32_t>(series.cores->size()), RectWidth(area), RectHeight(area), gap);
+    const std::int32_t hoverCell = hover.active ? CellAtPoint(cells, hover.x - area.left, hover.y - area.top) : -1;
+    const ColorValue borderColor = BlendColor(view.background, view.contrast, 0.3);
+
+    CoreGridDrawing drawing;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const CorePlot plot = MakeCorePlot(i, cells[i], {area.left, area.top}, view, settings, series);
+        const bool isHovered = static_cast<std::int32_t>(i) == hoverCell;
+        DrawCore(buffer, plot, view, drawing);
+        DrawBorder(buffer, plot, isHovered ? view.contrast : borderColor);
+        if (isHovered) drawing.readout = ReadCore(plot, hover.x, series.periodMs);
+    }
+    FillPixels(buffer, layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1, FrameColor);
+    DrawFrame(buffer, FrameColor);
+    return drawing;
+}
+
+}  // namespace kestrane

@@ -6,8 +6,9 @@
 //       yes    no     to be shown and not there: at the start, after a failed add, after a restart of the shell
 //       yes    yes    on the taskbar
 //       no     no     hidden by the settings
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 #include <array>
 #include <cstdint>

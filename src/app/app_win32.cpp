@@ -1,0 +1,72 @@
+#include "app/app_win32.h"
+
+#include "app/ticks_win32.h"
+#include "app/timers.h"
+#include "base/debug_log_win32.h"
+#include "metrics/cpu_sampler_win32.h"
+#include "metrics/memory_sampler_win32.h"
+
+namespace kestrane {
+
+App::App() {
+    OpenPdhCounters(pdhCounters);
+}
+
+App::~App() {
+    ClosePdhCounters(pdhCounters);
+}
+
+void App::OnCreate(HWND created) {
+    window = created;
+    trayIcons = std::make_unique<TrayIconSet>(window);
+    EnsureIconRingSize(*this);
+    ApplyIconVisibility();
+    trayIcons->AddAll();
+    TakeFirstReadings();
+    RefreshAllIcons();
+    ApplyTimers();
+    RegisterGraphHotkey();
+    SetTimer(window, PromotionTimer, PromotionDelayMs, nullptr);
+}
+
+void OnDestroy(HWND window, App* app) {
+    for (const SamplingTimer& timer : SamplingTimers)
+        KillTimer(window, timer.id);
+    if (app != nullptr) {
+        app->shuttingDown = true;
+        if (app->hotkeyRegistered) UnregisterHotKey(window, GraphHotkeyId);
+        app->trayIcons.reset();
+    }
+    PostQuitMessage(0);
+}
+
+void App::OnTaskbarCreated() {
+    trayIcons->ReAddAll();
+    RefreshAllIcons();
+}
+
+void App::OnSettingsChanged() {
+    if (shuttingDown) return;
+    ApplyIconVisibility();
+    ApplyTimers();
+    RefreshAllIcons();
+}
+
+void App::ApplyIconVisibility() {
+    for (std::uint32_t position = 0; position < settings.show.size(); ++position) {
+        trayIcons->SetVisible(position + 1, settings.show[position]);
+    }
+}
+
+/// They fill `sample` and lay the baselines for the first real tick; no ring gets a point from them.
+void App::TakeFirstReadings() {
+    SampleMemory(sample);
+    SampleCpu(pdhCounters, sample);
+}
+
+void App::RegisterGraphHotkey() {
+    hotkeyRegistered = RegisterHotKey(window, GraphHotkeyId, GraphHotkeyModifiers, GraphHotkeyKey) != FALSE;
+    if (!hotkeyRegistered) LogDebug(L"kestrane: Ctrl+Shift+B ya lo usa otro programa; sin atajo para la grafica\n");
+}
+
+}  // namespace kestrane

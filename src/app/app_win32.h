@@ -1,0 +1,86 @@
+#pragma once
+// `App` owns everything that lives as long as the program runs, and is what the hidden window's messages act on. All of
+// it belongs to the user-interface thread. The window's WM_CREATE starts everything, its WM_DESTROY stops everything.
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "graph/graph_series.h"
+#include "graph/metric_ring.h"
+#include "metrics/metric_sample.h"
+#include "metrics/net_sample.h"
+#include "metrics/pdh_counters_win32.h"
+#include "settings/app_settings.h"
+#include "tray/tray_icon_set_win32.h"
+
+namespace kestrane {
+
+/// The shortcut Ctrl+Shift+B.
+inline constexpr int GraphHotkeyId = 1;
+inline constexpr UINT GraphHotkeyModifiers = MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT;
+inline constexpr UINT GraphHotkeyKey = 'B';
+
+inline constexpr std::uint32_t DefaultIconSize = 16;
+
+struct App {
+    App();
+    ~App();
+    App(const App&) = delete;
+    App& operator=(const App&) = delete;
+
+    /// WM_CREATE: brings up icons, first readings, timers and the shortcut, in the one order that works.
+    void OnCreate(HWND created);
+    /// The shell has restarted: all icons are gone and come back with fresh images.
+    void OnTaskbarCreated();
+    /// Shows changed settings everywhere. Nothing once the end has begun.
+    void OnSettingsChanged();
+
+    /// Starts or re-periods the sampling timers whose period differs from the one that runs.
+    void ApplyTimers();
+    /// Memory has no history: read it and show it.
+    void OnMemoryTick();
+
+    /// Each rebuilds one icon and its text from what is stored, without sampling.
+    void RefreshCpuIcon();
+    void RefreshDiskIcon();
+    void RefreshMemoryIcon();
+    void RefreshNetworkIcon();
+    void RefreshAllIcons();
+
+    HINSTANCE instance = nullptr;
+    HWND window = nullptr;
+    UINT taskbarCreatedMessage = 0;
+    AppSettings settings;
+    std::unique_ptr<TrayIconSet> trayIcons;
+    PdhCounters pdhCounters;
+    MetricSample sample;
+    NetSample netSample;
+    DiskTotals diskTotals;
+    /// Edge of a notification icon in pixels, and so the capacity of the three icon rings.
+    std::uint32_t iconRingSize = DefaultIconSize;
+    MetricRing<std::int32_t> cpuIconRing{DefaultIconSize};
+    MetricRing<std::int32_t> diskReadIconRing{DefaultIconSize};
+    MetricRing<std::int32_t> diskWriteIconRing{DefaultIconSize};
+    MetricRing<double> cpuRing{SeriesCapacity};
+    /// One ring per element of `sample.corePercent`.
+    std::vector<MetricRing<double>> coreRings;
+    MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
+    MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
+    bool shuttingDown = false;
+    bool hotkeyRegistered = false;
+    /// Running periods by metric; 0 means not started.
+    std::array<std::uint32_t, 4> timerPeriods{};
+
+  private:
+    void ApplyIconVisibility();
+    void TakeFirstReadings();
+    void RegisterGraphHotkey();
+};
+
+/// WM_DESTROY: stops everything in order and ends the message loop. `app` may be null; then only the timers end.
+void OnDestroy(HWND window, App* app);
+
+}  // namespace kestrane

@@ -1,0 +1,105 @@
+#include "app/entry_win32.h"
+
+#include <utility>
+
+#include "app/app_win32.h"
+#include "app/command_line.h"
+#include "app/hidden_window_win32.h"
+#include "base/handles_win32.h"
+#include "settings/autostart_win32.h"
+#include "text/language_win32.h"
+#include "text/translation.h"
+
+namespace kestrane {
+namespace {
+
+int ExitCodeOf(bool success) {
+    return success ? 0 : 1;
+}
+
+bool WaitForOutgoingInstance(HANDLE mutex) {
+    const DWORD result = WaitForSingleObject(mutex, UpdateWaitMs);
+    // Abandoned: the outgoing instance crashed, which must not stop its successor.
+    return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+}
+
+/// The mutex, owned by this process, or nothing when this process is to leave in silence.
+UniqueKernelHandle BecomeRunningInstance(const wchar_t* commandLine) {
+    SetLastError(ERROR_SUCCESS);
+    UniqueKernelHandle mutex(CreateMutexW(nullptr, TRUE, InstanceMutexName));
+    if (!mutex || GetLastError() != ERROR_ALREADY_EXISTS) return mutex;
+    const bool waits = ClassifyCommandLine(commandLine) == StartKind::AfterUpdate;
+    if (!waits || !WaitForOutgoingInstance(mutex.Get())) mutex.Reset();
+    return mutex;
+}
+
+int PumpMessages() {
+    MSG msg{};
+    // An error of GetMessageW (-1) ends the loop as WM_QUIT does.
+    while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
+    }
+    return static_cast<int>(msg.wParam);
+}
+
+/// Up to 5 seconds, looking every 100 ms whether the window is gone.
+bool WaitForWindowToGo(HWND window) {
+    for (int round = 0; round < ExitPollRounds && IsWindow(window); ++round)
+        Sleep(ExitPollMs);
+    return !IsWindow(window);
+}
+
+UniqueKernelHandle OpenProcessOfWindow(HWND window) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    if (processId == 0) return UniqueKernelHandle();
+    return UniqueKernelHandle(OpenProcess(SYNCHRONIZE, FALSE, processId));
+}
+
+}  // namespace
+
+int Main(HINSTANCE instance, const wchar_t* commandLine) {
+    if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
+    UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
+    if (!mutex) return 0;
+
+    App app;
+    app.instance = instance;
+    app.settings = MakeDefaultSettings();
+    SetLanguage(ResolveLanguage(app.settings.language));
+    app.taskbarCreatedMessage = RegisterWindowMessageW(TaskbarCreatedName);
+    if (!CreateHiddenWindow(app)) return 1;
+
+    const int exitCode = PumpMessages();
+    ReleaseMutex(mutex.Get());
+    mutex.Reset();
+    return exitCode;
+}
+
+int HandleCommandLine(const wchar_t* commandLine) {
+    switch (ClassifyCommandLine(commandLine)) {
+        case StartKind::Exit:
+            return RequestRunningInstanceExit();
+        case StartKind::SetMachineAutostart:
+            return ExitCodeOf(SetMachineAutostart(true));
+        case StartKind::ClearMachineAutostart:
+            return ExitCodeOf(SetMachineAutostart(false));
+        case StartKind::Ordinary:
+        case StartKind::AfterUpdate:
+            break;
+    }
+    return -1;
+}
+
+int RequestRunningInstanceExit() {
+    const HWND window = FindWindowW(HiddenWindowClass, nullptr);
+    if (window == nullptr) return 0;
+    const UniqueKernelHandle process = OpenProcessOfWindow(window);
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    // With a handle the wait is for the process, without one only for the window.
+    if (process) return ExitCodeOf(WaitForSingleObject(process.Get(), ExitWaitMs) == WAIT_OBJECT_0);
+    return ExitCodeOf(WaitForWindowToGo(window));
+}
+
+}  // namespace kestrane

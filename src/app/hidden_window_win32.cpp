@@ -1,0 +1,95 @@
+#include "app/hidden_window_win32.h"
+
+#include "app/app_win32.h"
+#include "app/ticks_win32.h"
+#include "app/timers.h"
+#include "tray/promotion_win32.h"
+
+namespace kestrane {
+namespace {
+
+App* AppOf(HWND window) {
+    return reinterpret_cast<App*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+}
+
+/// Not handed on to DefWindowProcW: the window has no text or frame that would need it.
+LRESULT BindApp(HWND window, LPARAM lParam) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+    return TRUE;
+}
+
+void OnTimer(App& app, WPARAM id) {
+    switch (id) {
+        case CpuTimer:
+            OnCpuTick(app);
+            break;
+        case PromotionTimer:
+            KillTimer(app.window, PromotionTimer);
+            PromoteIcons();
+            break;
+        case MemoryTimer:
+            app.OnMemoryTick();
+            break;
+        default:
+            break;
+    }
+}
+
+/// What needs `App`; false for messages that are left to DefWindowProcW, alone or afterwards.
+bool HandleForApp(App& app, UINT message, WPARAM wParam) {
+    switch (message) {
+        case WM_TIMER:
+            OnTimer(app, wParam);
+            return true;
+        case WM_DPICHANGED:
+            // It is sent, so it can arrive while the icons are being taken away.
+            if (app.trayIcons) app.RefreshAllIcons();
+            return true;
+        default:
+            break;
+    }
+    if (message != WM_NULL && message == app.taskbarCreatedMessage && app.trayIcons) {
+        app.OnTaskbarCreated();
+        return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    App* app = AppOf(window);
+    switch (message) {
+        case WM_NCCREATE:
+            return BindApp(window, lParam);
+        case WM_CREATE:
+            if (app != nullptr) app->OnCreate(window);
+            return 0;
+        case WM_DESTROY:
+            OnDestroy(window, app);
+            return 0;
+        case WM_QUERYENDSESSION:
+            return TRUE;  // the program never objects
+        case WM_ENDSESSION:
+            if (wParam != 0 && app != nullptr && app->trayIcons) app->trayIcons->RemoveAll();
+            return 0;
+        default:
+            break;
+    }
+    if (app != nullptr && HandleForApp(*app, message, wParam)) return 0;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool CreateHiddenWindow(App& app) {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = HiddenWindowProc;
+    windowClass.hInstance = app.instance;
+    windowClass.lpszClassName = HiddenWindowClass;
+    if (RegisterClassExW(&windowClass) == 0) return false;
+    return CreateWindowExW(WS_EX_TOOLWINDOW, HiddenWindowClass, HiddenWindowTitle, 0, 0, 0, 0, 0, nullptr, nullptr,
+                           app.instance, &app) != nullptr;
+}
+
+}  // namespace kestrane

@@ -1,0 +1,68 @@
+// The last step of a tick: text and image of one icon from what is stored, handed to the shell together.
+#include <windows.h>
+
+#include "app/app_win32.h"
+#include "app/ticks_win32.h"
+#include "app/timers.h"
+#include "metrics/value_text.h"
+#include "metrics/value_text_win32.h"
+#include "text/translation.h"
+#include "tray/icon_render_win32.h"
+
+namespace kestrane {
+namespace {
+
+constexpr std::uint32_t IconId(MetricKind metric) {
+    return static_cast<std::uint32_t>(metric) + 1;
+}
+
+}  // namespace
+
+void App::ApplyTimers() {
+    for (const auto& [metric, id] : SamplingTimers) {
+        const auto position = static_cast<std::size_t>(metric);
+        const std::uint32_t period = settings.refresh_ms[position];
+        if (timerPeriods[position] == period) continue;
+        timerPeriods[position] = period;
+        SetTimer(window, id, period, nullptr);
+    }
+}
+
+void App::RefreshCpuIcon() {
+    EnsureIconRingSize(*this);
+    const std::wstring text = CpuTooltipText(sample);
+    trayIcons->Update(IconId(MetricKind::Cpu), RenderCpuIcon(settings, cpuIconRing, iconRingSize), text);
+}
+
+void App::RefreshDiskIcon() {
+    EnsureIconRingSize(*this);
+    const std::wstring text = DiskTooltipText(sample, diskTotals, DecimalSeparatorChar());
+    trayIcons->Update(IconId(MetricKind::Disk),
+                      RenderDiskIcon(settings, diskReadIconRing, diskWriteIconRing, sample.diskValid, iconRingSize),
+                      text);
+}
+
+void App::RefreshMemoryIcon() {
+    EnsureIconRingSize(*this);
+    const std::wstring text = MemoryTooltipText(sample);
+    const auto percent = static_cast<std::int32_t>(sample.memoryPercent);
+    trayIcons->Update(IconId(MetricKind::Memory), RenderMemoryIcon(settings, percent, iconRingSize), text);
+}
+
+void App::RefreshNetworkIcon() {
+    EnsureIconRingSize(*this);
+    const std::wstring label = netSample.label.empty() ? Tr(L"Red") : netSample.label;
+    const std::wstring text = NetTooltipText(label, netSample.hasRates, netSample.connected, netSample.downBitsPerSec,
+                                             netSample.upBitsPerSec, DecimalSeparatorChar());
+    trayIcons->Update(IconId(MetricKind::Network), RenderNetworkIcon(settings, netDownRing, netUpRing, iconRingSize),
+                      text);
+}
+
+void App::RefreshAllIcons() {
+    RefreshCpuIcon();
+    RefreshDiskIcon();
+    RefreshMemoryIcon();
+    RefreshNetworkIcon();
+}
+
+}  // namespace kestrane

@@ -1,0 +1,414 @@
+// `App` behind its real hidden window, with shell, timers, shortcut and counters replaced: the order of start and end,
+// the message table, which timers are set anew, and what a tick changes.
+#include <windows.h>
+
+#include <pdh.h>
+#include <pdhmsg.h>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_win32.h"
+#include "app/hidden_window_win32.h"
+#include "app/ticks_win32.h"
+#include "app/timers.h"
+#include "support/call_log.h"
+#include "text/translation.h"
+
+namespace {
+
+using kestrane::test::Calls;
+using kestrane::test::CountCalls;
+using kestrane::test::NoteCall;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+constexpr UINT FakeTaskbarCreated = 0xC0DE;
+
+struct World {
+    bool hotkeyFree = true;
+    bool systemTimesWork = true;
+    std::uint64_t idle = 0;
+    std::uint64_t total = 0;
+    int iconSize = 16;
+    std::wstring lastTip[5];
+    int lastImageWidth[5] = {};
+    bool memoryWorks = true;
+};
+World world;
+
+std::string Number(std::uint64_t value) {
+    return std::to_string(value);
+}
+
+BOOL WINAPI FakeShell_NotifyIconW(DWORD message, PNOTIFYICONDATAW data) {
+    static const char* const Names[] = {"add", "modify", "delete", "setfocus", "setversion"};
+    const UINT id = data->uID;
+    NoteCall(std::string("icon ") + Names[message] + " " + Number(id));
+    if (message != NIM_DELETE && id < 5) {
+        world.lastTip[id] = data->szTip;
+        ICONINFO info{};
+        if ((data->uFlags & NIF_ICON) != 0 && data->hIcon != nullptr && GetIconInfo(data->hIcon, &info) != FALSE) {
+            BITMAP bitmap{};
+            GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
+            world.lastImageWidth[id] = static_cast<int>(bitmap.bmWidth);
+            DeleteObject(info.hbmColor);
+            DeleteObject(info.hbmMask);
+        }
+    }
+    return TRUE;
+}
+
+UINT_PTR WINAPI FakeSetTimer(HWND, UINT_PTR id, UINT period, TIMERPROC procedure) {
+    EXPECT_EQ(procedure, nullptr);
+    NoteCall("SetTimer " + Number(id) + " " + Number(period));
+    return id;
+}
+
+BOOL WINAPI FakeKillTimer(HWND, UINT_PTR id) {
+    NoteCall("KillTimer " + Number(id));
+    return TRUE;
+}
+
+BOOL WINAPI FakeRegisterHotKey(HWND, int id, UINT modifiers, UINT key) {
+    NoteCall("RegisterHotKey " + Number(static_cast<unsigned>(id)) + " " + Number(modifiers) + " " + Number(key));
+    return world.hotkeyFree ? TRUE : FALSE;
+}
+
+BOOL WINAPI FakeUnregisterHotKey(HWND, int id) {
+    NoteCall("UnregisterHotKey " + Number(static_cast<unsigned>(id)));
+    return TRUE;
+}
+
+void WINAPI FakePostQuitMessage(int exitCode) {
+    NoteCall("PostQuitMessage " + Number(static_cast<unsigned>(exitCode)));
+}
+
+void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
+    std::string narrow;
+    for (; *text != 0; ++text)
+        narrow.push_back(static_cast<char>(*text));
+    NoteCall(narrow);
+}
+
+FILETIME FileTimeOf(std::uint64_t units) {
+    return {static_cast<DWORD>(units), static_cast<DWORD>(units >> 32)};
+}
+
+BOOL WINAPI FakeGlobalMemoryStatusEx(LPMEMORYSTATUSEX status) {
+    NoteCall("memory");
+    if (!world.memoryWorks) return FALSE;
+    status->dwMemoryLoad = 12;
+    status->ullTotalPhys = 8ULL << 30;
+    status->ullAvailPhys = 7ULL << 30;
+    return TRUE;
+}
+
+int WINAPI FakeGetSystemMetricsForDpi(int index, UINT) {
+    EXPECT_EQ(index, SM_CXSMICON);
+    return world.iconSize;
+}
+
+UINT WINAPI FakeRegisterWindowMessageW(LPCWSTR) {
+    return FakeTaskbarCreated;
+}
+
+}  // namespace
+
+extern "C" {
+decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
+decltype(&SetTimer) __imp_SetTimer = &FakeSetTimer;
+decltype(&KillTimer) __imp_KillTimer = &FakeKillTimer;
+decltype(&RegisterHotKey) __imp_RegisterHotKey = &FakeRegisterHotKey;
+decltype(&UnregisterHotKey) __imp_UnregisterHotKey = &FakeUnregisterHotKey;
+decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
+decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
+decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemoryStatusEx;
+decltype(&GetSystemMetricsForDpi) __imp_GetSystemMetricsForDpi = &FakeGetSystemMetricsForDpi;
+decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
+
+// Declared without dllimport, so it is the function itself that stands in.
+BOOL WINAPI GetSystemTimes(PFILETIME idle, PFILETIME kernel, PFILETIME user) {
+    if (!world.systemTimesWork) return FALSE;
+    *idle = FileTimeOf(world.idle);
+    *kernel = FileTimeOf(world.total);
+    *user = FileTimeOf(0);
+    return TRUE;
+}
+
+// A machine without performance counters.
+PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR, DWORD_PTR, PDH_HQUERY*) {
+    NoteCall("PdhOpenQuery");
+    return static_cast<PDH_STATUS>(PDH_INVALID_ARGUMENT);
+}
+}
+
+namespace kestrane {
+namespace {
+
+class AppTest : public testing::Test {
+  protected:
+    AppTest() {
+        world = World{};
+        SetLanguage(1);
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        app->taskbarCreatedMessage = FakeTaskbarCreated;
+        Calls().clear();
+    }
+
+    ~AppTest() override {
+        if (app->window != nullptr && IsWindow(app->window)) DestroyWindow(app->window);
+        UnregisterClassW(HiddenWindowClass, app->instance);
+        SetLanguage(0);
+    }
+
+    void Start() {
+        ASSERT_TRUE(CreateHiddenWindow(*app));
+        started = Calls();
+        Calls().clear();
+    }
+
+    LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+        return SendMessageW(app->window, message, wParam, lParam);
+    }
+
+    /// One counted processor tick at the given load.
+    void CpuTick(std::uint64_t percent) {
+        world.total += 1000;
+        world.idle += 10 * (100 - percent);
+        Send(WM_TIMER, CpuTimer);
+    }
+
+    std::unique_ptr<App> app;
+    std::vector<std::string> started;
+};
+
+std::vector<std::string> Without(const std::vector<std::string>& calls, const std::string& left) {
+    std::vector<std::string> kept;
+    for (const std::string& call : calls) {
+        if (call.rfind(left, 0) != 0) kept.push_back(call);
+    }
+    return kept;
+}
+
+TEST_F(AppTest, ConstructionOpensTheCountersAndTouchesNothingElse) {
+    const App fresh;
+    EXPECT_THAT(Without(Calls(), "kestrane: "), ElementsAre("PdhOpenQuery", "PdhOpenQuery"));
+    EXPECT_EQ(fresh.iconRingSize, 16U);
+    EXPECT_EQ(fresh.cpuIconRing.data.size(), 16U);
+    EXPECT_EQ(fresh.cpuRing.data.size(), 4096U);
+    EXPECT_EQ(fresh.netDownRing.data.size(), 4096U);
+    EXPECT_TRUE(fresh.coreRings.empty());
+    EXPECT_EQ(fresh.window, nullptr);
+    EXPECT_FALSE(fresh.trayIcons);
+}
+
+TEST_F(AppTest, StartsInTheRequiredOrder) {
+    Start();
+    EXPECT_THAT(started,
+                ElementsAre("icon add 1", "icon setversion 1", "icon add 2", "icon setversion 2", "icon add 3",
+                            "icon setversion 3", "icon add 4", "icon setversion 4", "memory", "icon modify 1",
+                            "icon modify 2", "icon modify 3", "icon modify 4", "SetTimer 1 1500", "SetTimer 5 1500",
+                            "SetTimer 3 1500", "SetTimer 4 1500", "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
+    EXPECT_TRUE(app->hotkeyRegistered);
+    EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings give no points
+}
+
+TEST_F(AppTest, HiddenIconsAreNotAdded) {
+    app->settings.show = {false, true, false, true};
+    Start();
+    EXPECT_THAT(started, Not(Contains("icon add 1")));
+    EXPECT_THAT(started, Contains("icon add 2"));
+    EXPECT_THAT(started, Not(Contains("icon add 3")));
+    EXPECT_THAT(started, Contains("icon add 4"));
+    EXPECT_THAT(started, Contains("SetTimer 1 1500"));  // hiding an icon does not stop its sampling
+}
+
+TEST_F(AppTest, EndsInTheRequiredOrder) {
+    Start();
+    DestroyWindow(app->window);
+    EXPECT_THAT(Calls(),
+                ElementsAre("KillTimer 1", "KillTimer 5", "KillTimer 3", "KillTimer 4", "UnregisterHotKey 1",
+                            "icon delete 1", "icon delete 2", "icon delete 3", "icon delete 4", "PostQuitMessage 0"));
+    EXPECT_TRUE(app->shuttingDown);
+    EXPECT_FALSE(app->trayIcons);
+}
+
+TEST_F(AppTest, AWindowWithoutAppEndsItsTimersAndTheLoop) {
+    HiddenWindowProc(nullptr, WM_DESTROY, 0, 0);
+    EXPECT_THAT(Calls(), ElementsAre("KillTimer 1", "KillTimer 5", "KillTimer 3", "KillTimer 4", "PostQuitMessage 0"));
+}
+
+TEST_F(AppTest, WithTheShortcutTakenTheStartGoesOn) {
+    world.hotkeyFree = false;
+    Start();
+    EXPECT_FALSE(app->hotkeyRegistered);
+    EXPECT_THAT(started, Contains("kestrane: Ctrl+Shift+B ya lo usa otro programa; sin atajo para la grafica\n"));
+    EXPECT_EQ(started.back(), "SetTimer 2 2000");
+    DestroyWindow(app->window);
+    EXPECT_EQ(CountCalls("UnregisterHotKey 1"), 0);
+}
+
+TEST_F(AppTest, CloseIsLeftToTheDefaultWhichDestroys) {
+    Start();
+    Send(WM_CLOSE);
+    EXPECT_EQ(CountCalls("PostQuitMessage 0"), 1);
+    EXPECT_FALSE(IsWindow(app->window));
+}
+
+TEST_F(AppTest, SessionEnd) {
+    Start();
+    EXPECT_EQ(Send(WM_QUERYENDSESSION), 1);
+    EXPECT_EQ(Send(WM_ENDSESSION, FALSE), 0);
+    EXPECT_TRUE(Calls().empty());  // the session goes on, and so do the icons
+    EXPECT_EQ(Send(WM_ENDSESSION, TRUE), 0);
+    EXPECT_THAT(Calls(), ElementsAre("icon delete 1", "icon delete 2", "icon delete 3", "icon delete 4"));
+}
+
+TEST_F(AppTest, ShellRestartBringsTheWantedIconsBackInOrder) {
+    app->settings.show[1] = false;
+    Start();
+    EXPECT_EQ(Send(FakeTaskbarCreated), 0);
+    EXPECT_THAT(Calls(), ElementsAre("icon add 1", "icon setversion 1", "icon add 3", "icon setversion 3", "icon add 4",
+                                     "icon setversion 4", "icon modify 1", "icon modify 3", "icon modify 4"));
+}
+
+TEST_F(AppTest, AnUnregisteredBroadcastDoesNotTurnTheNullMessageIntoOne) {
+    Start();
+    app->taskbarCreatedMessage = 0;
+    Send(WM_NULL);
+    EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(AppTest, ADpiChangeResizesTheRingsOnceAndAllIcons) {
+    Start();
+    for (const std::uint64_t load : {10U, 20U, 30U})
+        CpuTick(load);
+    world.iconSize = 32;
+    EXPECT_EQ(Send(WM_DPICHANGED), 0);
+    EXPECT_EQ(app->iconRingSize, 32U);
+    for (const auto* ring : {&app->cpuIconRing, &app->diskReadIconRing, &app->diskWriteIconRing}) {
+        EXPECT_EQ(ring->data.size(), 32U);
+    }
+    EXPECT_EQ(SampleAtAge(app->cpuIconRing, 2), 10);
+    for (int id = 1; id <= 4; ++id)
+        EXPECT_EQ(world.lastImageWidth[id], 32) << id;
+}
+
+TEST_F(AppTest, AnIconSizeThatMakesNoSenseIsSixteen) {
+    world.iconSize = 0;
+    Start();
+    EXPECT_EQ(app->iconRingSize, 16U);
+}
+
+TEST_F(AppTest, ADpiChangeDuringTheEndIsHarmless) {
+    Start();
+    app->trayIcons.reset();
+    EXPECT_EQ(Send(WM_DPICHANGED), 0);
+    EXPECT_EQ(Send(FakeTaskbarCreated), 0);
+    EXPECT_EQ(Send(WM_ENDSESSION, TRUE), 0);
+}
+
+TEST_F(AppTest, OnlyChangedPeriodsAreSetAnew) {
+    Start();
+    app->ApplyTimers();
+    EXPECT_TRUE(Calls().empty());
+    app->settings.refresh_ms[2] = 3000;
+    app->ApplyTimers();
+    EXPECT_THAT(Calls(), ElementsAre("SetTimer 3 3000"));
+    Calls().clear();
+    app->settings.refresh_ms = {500, 1000, 3000, 10000};
+    app->ApplyTimers();
+    EXPECT_THAT(Calls(), ElementsAre("SetTimer 1 500", "SetTimer 5 1000", "SetTimer 4 10000"));
+}
+
+TEST_F(AppTest, UnknownTimersDoNothing) {
+    Start();
+    for (const WPARAM id : {WPARAM{0}, WPARAM{6}, WPARAM{1000}, ~WPARAM{0}})
+        EXPECT_EQ(Send(WM_TIMER, id), 0);
+    EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(AppTest, ThePromotionComesOnce) {
+    Start();
+    EXPECT_EQ(Send(WM_TIMER, PromotionTimer), 0);
+    EXPECT_EQ(Calls().front(), "KillTimer 2");
+}
+
+TEST_F(AppTest, ACpuTickPushesDrawsAndTells) {
+    Start();
+    CpuTick(7);
+    EXPECT_THAT(Calls(), ElementsAre("icon modify 1"));
+    EXPECT_EQ(world.lastTip[1], L"CPU: 7 %");
+    EXPECT_EQ(app->cpuIconRing.count, 1U);
+    EXPECT_EQ(SampleAtAge(app->cpuRing, 0), 7.0);
+}
+
+TEST_F(AppTest, ARefusedCpuTickChangesNothing) {
+    Start();
+    CpuTick(7);
+    Calls().clear();
+    world.systemTimesWork = false;
+    CpuTick(80);
+    EXPECT_TRUE(Calls().empty());
+    EXPECT_EQ(app->cpuIconRing.count, 1U);
+    EXPECT_EQ(app->cpuRing.count, 1U);
+    world.systemTimesWork = true;
+    CpuTick(80);
+    EXPECT_EQ(app->cpuRing.count, 2U);  // the timer goes on, and the next tick counts again
+}
+
+TEST_F(AppTest, AnEmptyReadingDropsTheHistoryOfTheProcessors) {
+    Start();
+    app->coreRings.assign(8, MetricRing<double>(1024));
+    CpuTick(50);
+    EXPECT_TRUE(app->coreRings.empty());
+}
+
+TEST_F(AppTest, AMemoryTickShowsTheMemoryOnly) {
+    Start();
+    EXPECT_EQ(Send(WM_TIMER, MemoryTimer), 0);
+    EXPECT_THAT(Calls(), ElementsAre("memory", "icon modify 3"));
+    EXPECT_EQ(world.lastTip[3], L"Memory: 12 % (1.0 / 8.0 GB)");
+    world.memoryWorks = false;
+    Send(WM_TIMER, MemoryTimer);
+    EXPECT_EQ(world.lastTip[3], L"Memory: 12 % (1.0 / 8.0 GB)");  // the last good figures stay
+}
+
+TEST_F(AppTest, ChangedSettingsShowInOrder) {
+    Start();
+    app->settings.show[0] = false;
+    app->settings.refresh_ms[3] = 500;
+    app->OnSettingsChanged();
+    EXPECT_THAT(Calls(),
+                ElementsAre("icon delete 1", "SetTimer 4 500", "icon modify 2", "icon modify 3", "icon modify 4"));
+}
+
+TEST_F(AppTest, ChangedSettingsDuringTheEndDoNothing) {
+    Start();
+    DestroyWindow(app->window);
+    Calls().clear();
+    app->settings.show[0] = false;
+    app->OnSettingsChanged();
+    EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(AppTest, AHiddenIconTakesOnNewTextAndShowsItWhenItComesBack) {
+    app->settings.show[0] = false;
+    Start();
+    CpuTick(33);
+    EXPECT_TRUE(Calls().empty());
+    app->settings.show[0] = true;
+    app->OnSettingsChanged();
+    EXPECT_EQ(Calls().front(), "icon add 1");
+    EXPECT_EQ(world.lastTip[1], L"CPU: 33 %");
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -1,0 +1,397 @@
+// The entry function with its platform calls replaced: every answer of the mutex, the wait, the window and the message
+// loop, without waiting for any of them.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "app/app_win32.h"
+#include "app/entry_win32.h"
+#include "app/hidden_window_win32.h"
+#include "support/call_log.h"
+
+namespace {
+
+using kestrane::test::Calls;
+using kestrane::test::CountCalls;
+using kestrane::test::NoteCall;
+using testing::ElementsAre;
+
+HANDLE FakeHandle(std::uintptr_t number) {
+    return reinterpret_cast<HANDLE>(number);
+}
+const HANDLE MutexHandle = FakeHandle(0x5555001);
+const HANDLE ProcessHandle = FakeHandle(0x5555005);
+const HWND OtherWindow = reinterpret_cast<HWND>(FakeHandle(0x5555009));
+
+struct World {
+    HANDLE mutex = MutexHandle;
+    DWORD mutexError = ERROR_SUCCESS;
+    DWORD waitResult = WAIT_OBJECT_0;
+    HWND runningWindow = nullptr;
+    DWORD runningProcessId = 4711;
+    HANDLE process = ProcessHandle;
+    int roundsUntilGone = 0;
+    bool classRegisters = true;
+    bool windowIsMade = true;
+    std::deque<BOOL> messages;
+    WPARAM lastWParam = 0;
+    LSTATUS machineKeyStatus = ERROR_SUCCESS;
+};
+World world;
+
+template <typename Function>
+Function* Real(const wchar_t* module, const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(module), name)));
+}
+
+HANDLE WINAPI FakeCreateMutexW(LPSECURITY_ATTRIBUTES attributes, BOOL owner, LPCWSTR name) {
+    if (name == nullptr || std::wstring(name) != kestrane::InstanceMutexName) {
+        return Real<decltype(CreateMutexW)>(L"kernel32", "CreateMutexW")(attributes, owner, name);
+    }
+    NoteCall(owner != FALSE ? "CreateMutex owned" : "CreateMutex");
+    SetLastError(world.mutexError);
+    return world.mutex;
+}
+
+DWORD WINAPI FakeWaitForSingleObject(HANDLE handle, DWORD milliseconds) {
+    if (handle != MutexHandle && handle != ProcessHandle) {
+        return Real<decltype(WaitForSingleObject)>(L"kernel32", "WaitForSingleObject")(handle, milliseconds);
+    }
+    NoteCall((handle == MutexHandle ? "Wait mutex " : "Wait process ") + std::to_string(milliseconds));
+    return world.waitResult;
+}
+
+BOOL WINAPI FakeCloseHandle(HANDLE handle) {
+    if (handle == MutexHandle || handle == ProcessHandle) {
+        NoteCall(handle == MutexHandle ? "CloseHandle mutex" : "CloseHandle process");
+        return TRUE;
+    }
+    return Real<decltype(CloseHandle)>(L"kernel32", "CloseHandle")(handle);
+}
+
+BOOL WINAPI FakeReleaseMutex(HANDLE handle) {
+    if (handle != MutexHandle) return Real<decltype(ReleaseMutex)>(L"kernel32", "ReleaseMutex")(handle);
+    NoteCall("ReleaseMutex");
+    return TRUE;
+}
+
+HWND WINAPI FakeFindWindowW(LPCWSTR className, LPCWSTR title) {
+    NoteCall(std::wstring(className) == kestrane::HiddenWindowClass && title == nullptr ? "FindWindow" : "FindWindow?");
+    return world.runningWindow;
+}
+
+DWORD WINAPI FakeGetWindowThreadProcessId(HWND, LPDWORD processId) {
+    *processId = world.runningProcessId;
+    return 1;
+}
+
+HANDLE WINAPI FakeOpenProcess(DWORD access, BOOL inherit, DWORD id) {
+    NoteCall("OpenProcess " + std::to_string(access) + " " + std::to_string(inherit) + " " + std::to_string(id));
+    return world.process;
+}
+
+BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM, LPARAM) {
+    NoteCall(window == OtherWindow && message == WM_CLOSE ? "Post WM_CLOSE" : "Post ?");
+    return TRUE;
+}
+
+BOOL WINAPI FakeIsWindow(HWND) {
+    return world.roundsUntilGone > 0 ? TRUE : FALSE;
+}
+
+void WINAPI FakeSleep(DWORD milliseconds) {
+    NoteCall("Sleep " + std::to_string(milliseconds));
+    --world.roundsUntilGone;
+}
+
+UINT WINAPI FakeRegisterWindowMessageW(LPCWSTR name) {
+    NoteCall(std::wstring(name) == L"TaskbarCreated" ? "RegisterWindowMessage" : "RegisterWindowMessage?");
+    return 0xC123;
+}
+
+ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* windowClass) {
+    NoteCall("RegisterClass");
+    EXPECT_EQ(windowClass->cbSize, sizeof(WNDCLASSEXW));
+    EXPECT_STREQ(windowClass->lpszClassName, L"kestrane.hidden");
+    EXPECT_EQ(windowClass->lpfnWndProc, &kestrane::HiddenWindowProc);
+    EXPECT_EQ(windowClass->style, 0U);
+    EXPECT_EQ(windowClass->hIcon, nullptr);
+    EXPECT_EQ(windowClass->hCursor, nullptr);
+    EXPECT_EQ(windowClass->hbrBackground, nullptr);
+    EXPECT_EQ(windowClass->cbWndExtra, 0);
+    return world.classRegisters ? ATOM{1} : ATOM{0};
+}
+
+HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR, LPCWSTR title, DWORD style, int x, int y, int width, int height,
+                                HWND parent, HMENU menu, HINSTANCE, LPVOID app) {
+    NoteCall("CreateWindow");
+    EXPECT_EQ(exStyle, 128U);
+    EXPECT_STREQ(title, L"kestrane");
+    EXPECT_EQ(style, 0U);
+    EXPECT_EQ(x | y | width | height, 0);
+    EXPECT_EQ(parent, nullptr);
+    EXPECT_EQ(menu, nullptr);
+    EXPECT_EQ(static_cast<kestrane::App*>(app)->taskbarCreatedMessage, 0xC123U);
+    return world.windowIsMade ? OtherWindow : nullptr;
+}
+
+BOOL WINAPI FakeGetMessageW(LPMSG message, HWND window, UINT first, UINT last) {
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(first | last, 0U);
+    const BOOL result = world.messages.empty() ? FALSE : world.messages.front();
+    if (!world.messages.empty()) world.messages.pop_front();
+    NoteCall("GetMessage " + std::to_string(result));
+    message->message = WM_NULL;
+    message->wParam = world.lastWParam;
+    return result;
+}
+
+BOOL WINAPI FakeTranslateMessage(const MSG*) {
+    return FALSE;
+}
+
+LRESULT WINAPI FakeDispatchMessageW(const MSG*) {
+    NoteCall("Dispatch");
+    return 0;
+}
+
+LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD options, REGSAM access,
+                                   LPSECURITY_ATTRIBUTES, PHKEY key, LPDWORD disposition) {
+    EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
+    EXPECT_STREQ(path, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run");
+    EXPECT_EQ(access, 2U);
+    EXPECT_EQ(options, 0U);
+    if (world.machineKeyStatus != ERROR_SUCCESS) return world.machineKeyStatus;
+    return Real<decltype(RegCreateKeyExW)>(L"advapi32", "RegCreateKeyExW")(root, path, 0, nullptr, options, access,
+                                                                           nullptr, key, disposition);
+}
+
+void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
+    std::string narrow;
+    for (; *text != 0; ++text)
+        narrow.push_back(static_cast<char>(*text));
+    NoteCall(narrow);
+}
+
+}  // namespace
+
+extern "C" {
+decltype(&CreateMutexW) __imp_CreateMutexW = &FakeCreateMutexW;
+decltype(&WaitForSingleObject) __imp_WaitForSingleObject = &FakeWaitForSingleObject;
+decltype(&CloseHandle) __imp_CloseHandle = &FakeCloseHandle;
+decltype(&ReleaseMutex) __imp_ReleaseMutex = &FakeReleaseMutex;
+decltype(&FindWindowW) __imp_FindWindowW = &FakeFindWindowW;
+decltype(&GetWindowThreadProcessId) __imp_GetWindowThreadProcessId = &FakeGetWindowThreadProcessId;
+decltype(&OpenProcess) __imp_OpenProcess = &FakeOpenProcess;
+decltype(&PostMessageW) __imp_PostMessageW = &FakePostMessageW;
+decltype(&IsWindow) __imp_IsWindow = &FakeIsWindow;
+decltype(&Sleep) __imp_Sleep = &FakeSleep;
+decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
+decltype(&RegisterClassExW) __imp_RegisterClassExW = &FakeRegisterClassExW;
+decltype(&CreateWindowExW) __imp_CreateWindowExW = &FakeCreateWindowExW;
+decltype(&GetMessageW) __imp_GetMessageW = &FakeGetMessageW;
+decltype(&TranslateMessage) __imp_TranslateMessage = &FakeTranslateMessage;
+decltype(&DispatchMessageW) __imp_DispatchMessageW = &FakeDispatchMessageW;
+decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
+decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
+}
+
+namespace kestrane {
+namespace {
+
+class EntryTest : public testing::Test {
+  protected:
+    EntryTest() {
+        world = World{};
+        Calls().clear();
+    }
+
+    /// Main's calls, without those that only say how the counters were opened.
+    static std::vector<std::string> CallsOfMain() {
+        std::vector<std::string> calls;
+        for (const std::string& call : Calls()) {
+            if (call.rfind("kestrane: ", 0) != 0) calls.push_back(call);
+        }
+        return calls;
+    }
+};
+
+using MainTest = EntryTest;
+using ExitTest = EntryTest;
+
+TEST_F(MainTest, NoMutexMeansNothingIsStarted) {
+    world.mutex = nullptr;
+    EXPECT_EQ(Main(nullptr, L""), 0);
+    EXPECT_THAT(Calls(), ElementsAre("CreateMutex owned"));
+}
+
+TEST_F(MainTest, ASecondInstanceLeavesInSilence) {
+    world.mutexError = ERROR_ALREADY_EXISTS;
+    for (const wchar_t* text : {L"", L"--updated ", L"--UPDATED", L"anything"}) {
+        Calls().clear();
+        EXPECT_EQ(Main(nullptr, text), 0);
+        EXPECT_THAT(Calls(), ElementsAre("CreateMutex owned", "CloseHandle mutex"));
+    }
+}
+
+TEST_F(MainTest, RunsInTheRequiredOrder) {
+    world.messages = {TRUE, TRUE};
+    world.lastWParam = 0;
+    for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), L""}) {
+        Calls().clear();
+        world.messages = {TRUE, TRUE};
+        EXPECT_EQ(Main(nullptr, text), 0);
+        EXPECT_THAT(CallsOfMain(), ElementsAre("CreateMutex owned", "RegisterWindowMessage", "RegisterClass",
+                                               "CreateWindow", "GetMessage 1", "Dispatch", "GetMessage 1", "Dispatch",
+                                               "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
+    }
+}
+
+TEST_F(MainTest, ReturnsTheExitCodeOfTheQuitMessage) {
+    world.lastWParam = 3;
+    EXPECT_EQ(Main(nullptr, L""), 3);
+}
+
+TEST_F(MainTest, AnErrorOfGetMessageEndsTheLoop) {
+    world.messages = {TRUE, -1, TRUE};
+    Main(nullptr, L"");
+    EXPECT_EQ(CountCalls("Dispatch"), 1);
+    EXPECT_EQ(CountCalls("ReleaseMutex"), 1);
+}
+
+TEST_F(MainTest, AfterAnUpdateItWaitsForTheOutgoingInstance) {
+    struct Row {
+        DWORD answer;
+        bool starts;
+    };
+    const Row rows[] = {
+        {WAIT_OBJECT_0, true},
+        {WAIT_ABANDONED, true},  // the outgoing instance crashed
+        {WAIT_TIMEOUT, false},
+        {WAIT_FAILED, false},
+    };
+    for (const Row& row : rows) {
+        Calls().clear();
+        world.mutexError = ERROR_ALREADY_EXISTS;
+        world.waitResult = row.answer;
+        EXPECT_EQ(Main(nullptr, L"--updated"), 0) << row.answer;
+        EXPECT_EQ(CountCalls("Wait mutex 20000"), 1) << row.answer;
+        EXPECT_EQ(CountCalls("CreateWindow"), row.starts ? 1 : 0) << row.answer;
+        EXPECT_EQ(CountCalls("ReleaseMutex"), row.starts ? 1 : 0) << row.answer;
+        EXPECT_EQ(CountCalls("CloseHandle mutex"), 1) << row.answer;
+    }
+}
+
+TEST_F(MainTest, AfterAnUpdateWithoutAnotherInstanceItDoesNotWait) {
+    EXPECT_EQ(Main(nullptr, L"--updated"), 0);
+    EXPECT_EQ(CountCalls("Wait mutex 20000"), 0);
+    EXPECT_EQ(CountCalls("CreateWindow"), 1);
+}
+
+TEST_F(MainTest, ARefusedClassOrWindowGivesOne) {
+    world.classRegisters = false;
+    EXPECT_EQ(Main(nullptr, L""), 1);
+    EXPECT_EQ(CountCalls("CreateWindow"), 0);
+    EXPECT_EQ(CountCalls("ReleaseMutex"), 0);  // left to the end of the process
+
+    world = World{};
+    world.windowIsMade = false;
+    Calls().clear();
+    EXPECT_EQ(Main(nullptr, L""), 1);
+    EXPECT_EQ(CountCalls("GetMessage 0"), 0);
+    EXPECT_EQ(CountCalls("ReleaseMutex"), 0);
+}
+
+TEST_F(MainTest, OneShotCommandsTouchNoMutex) {
+    EXPECT_EQ(Main(nullptr, L"--exit"), 0);
+    EXPECT_THAT(Calls(), ElementsAre("FindWindow"));
+}
+
+TEST_F(MainTest, AnyOtherTextIsNoOneShotCommand) {
+    for (const wchar_t* text : {L"", L" --exit", L"--updated", L"--Exit"})
+        EXPECT_EQ(HandleCommandLine(text), -1);
+    EXPECT_EQ(HandleCommandLine(nullptr), -1);
+    EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(ExitTest, NothingRunning) {
+    EXPECT_EQ(RequestRunningInstanceExit(), 0);
+    EXPECT_THAT(Calls(), ElementsAre("FindWindow"));
+}
+
+TEST_F(ExitTest, WaitsForTheProcess) {
+    world.runningWindow = OtherWindow;
+    EXPECT_EQ(RequestRunningInstanceExit(), 0);
+    EXPECT_THAT(Calls(), ElementsAre("FindWindow", "OpenProcess 1048576 0 4711", "Post WM_CLOSE", "Wait process 5000",
+                                     "CloseHandle process"));
+}
+
+TEST_F(ExitTest, AProcessThatStaysIsAFailureAndIsNotKilled) {
+    world.runningWindow = OtherWindow;
+    for (const DWORD answer : {DWORD{WAIT_TIMEOUT}, WAIT_FAILED}) {
+        world.waitResult = answer;
+        EXPECT_EQ(RequestRunningInstanceExit(), 1);
+    }
+    EXPECT_EQ(CountCalls("CloseHandle process"), 2);
+}
+
+TEST_F(ExitTest, WithoutAProcessHandleItLooksAtTheWindow) {
+    struct Row {
+        DWORD processId;
+        HANDLE process;
+        int roundsUntilGone;
+        int sleeps;
+        int result;
+    };
+    const Row rows[] = {
+        {0, ProcessHandle, 0, 0, 0},                            // no process id: nothing to open
+        {0, ProcessHandle, 3, 3, 0}, {4711, nullptr, 7, 7, 0},  // OpenProcess refuses
+        {4711, nullptr, 50, 50, 0},  {4711, nullptr, 51, 50, 1},
+    };
+    for (const Row& row : rows) {
+        Calls().clear();
+        world.runningWindow = OtherWindow;
+        world.runningProcessId = row.processId;
+        world.process = row.process;
+        world.roundsUntilGone = row.roundsUntilGone;
+        EXPECT_EQ(RequestRunningInstanceExit(), row.result) << row.roundsUntilGone;
+        EXPECT_EQ(CountCalls("Sleep 100"), row.sleeps) << row.roundsUntilGone;
+        EXPECT_EQ(CountCalls("Post WM_CLOSE"), 1);
+    }
+}
+
+std::wstring MachineRunValue() {
+    wchar_t text[512] = {};
+    DWORD size = sizeof text;
+    RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"kestrane", RRF_RT_REG_SZ,
+                 nullptr, text, &size);
+    return text;
+}
+
+TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    EXPECT_EQ(Main(nullptr, L"--autostart-machine set"), 0);
+    EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(path) + L"\"");
+    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);
+    EXPECT_EQ(MachineRunValue(), L"");
+    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);  // a missing value is as good as a removed one
+    EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
+    world.machineKeyStatus = ERROR_ACCESS_DENIED;
+    for (const wchar_t* text : {L"--autostart-machine set", L"--autostart-machine clear"}) {
+        Calls().clear();
+        EXPECT_EQ(Main(nullptr, text), 1);
+        EXPECT_THAT(Calls(),
+                    ElementsAre("kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n"));
+    }
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -1,0 +1,25 @@
+#pragma once
+// What a test's fake imports were asked for, in order, as short texts that read well when a comparison fails.
+#include <string>
+#include <vector>
+
+namespace kestrane::test {
+
+inline std::vector<std::string>& Calls() {
+    static std::vector<std::string> calls;
+    return calls;
+}
+
+inline void NoteCall(std::string call) {
+    Calls().push_back(std::move(call));
+}
+
+/// How often exactly this call was noted.
+inline int CountCalls(const std::string& call) {
+    int count = 0;
+    for (const std::string& noted : Calls())
+        count += noted == call ? 1 : 0;
+    return count;
+}
+
+}  // namespace kestrane::test

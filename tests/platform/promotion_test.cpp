@@ -1,0 +1,311 @@
+// The promotion on a real registry: the shell's key is built anew for each case and removed afterwards. Only what a
+// real registry cannot be made to do, refusing one subkey or one write, is refused here.
+#include <windows.h>
+
+#include "tray/promotion_win32.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cwctype>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/handles_win32.h"
+#include "support/recorded_log.h"
+
+namespace kestrane {
+namespace {
+
+using testing::ElementsAre;
+
+/// What the registry shall refuse, and what was asked of it.
+struct Refusals {
+    std::wstring subkey;         // cannot be opened
+    bool writes = false;         // RegSetValueExW fails
+    bool promotedReads = false;  // asking for IsPromoted fails, but not for want of the value
+    bool pathReads = false;      // reading ExecutablePath fails once its size is known
+};
+Refusals refusals;
+std::vector<REGSAM> subkeyAccess;
+int openKeys = 0;
+
+template <typename Function>
+Function Real(const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), name)));
+}
+
+LSTATUS WINAPI FakeRegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
+    if (!refusals.subkey.empty() && refusals.subkey == name) return ERROR_ACCESS_DENIED;
+    if (parent != HKEY_CURRENT_USER) subkeyAccess.push_back(access);
+    static const auto real = Real<decltype(&RegOpenKeyExW)>("RegOpenKeyExW");
+    const LSTATUS result = real(parent, name, options, access, key);
+    if (result == ERROR_SUCCESS) ++openKeys;
+    return result;
+}
+
+LSTATUS WINAPI FakeRegCloseKey(HKEY key) {
+    --openKeys;
+    static const auto real = Real<decltype(&RegCloseKey)>("RegCloseKey");
+    return real(key);
+}
+
+LSTATUS WINAPI FakeRegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
+    if (refusals.promotedReads && std::wstring(name) == L"IsPromoted") return ERROR_ACCESS_DENIED;
+    if (refusals.pathReads && data != nullptr) return ERROR_MORE_DATA;
+    static const auto real = Real<decltype(&RegQueryValueExW)>("RegQueryValueExW");
+    return real(key, name, reserved, type, data, size);
+}
+
+LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
+    if (refusals.writes) return ERROR_ACCESS_DENIED;
+    static const auto real = Real<decltype(&RegSetValueExW)>("RegSetValueExW");
+    return real(key, name, reserved, type, data, size);
+}
+
+}  // namespace
+}  // namespace kestrane
+
+extern "C" {
+decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &kestrane::FakeRegOpenKeyExW;
+decltype(&RegCloseKey) __imp_RegCloseKey = &kestrane::FakeRegCloseKey;
+decltype(&RegQueryValueExW) __imp_RegQueryValueExW = &kestrane::FakeRegQueryValueExW;
+decltype(&RegSetValueExW) __imp_RegSetValueExW = &kestrane::FakeRegSetValueExW;
+}
+
+namespace kestrane {
+namespace {
+
+constexpr wchar_t EntriesKey[] = L"Control Panel\\NotifyIconSettings";
+const std::wstring MissingKey = L"kestrane: sin clave NotifyIconSettings; no se promocionan los iconos\n";
+
+std::wstring Report(const wchar_t* count) {
+    return std::wstring(L"kestrane: iconos promocionados a la barra: ") + count + L"\n";
+}
+
+std::wstring OwnPath() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
+}
+
+std::wstring InCase(std::wstring text, std::wint_t (*change)(std::wint_t)) {
+    std::transform(text.begin(), text.end(), text.begin(), [change](wchar_t character) {
+        return static_cast<wchar_t>(change(static_cast<std::wint_t>(character)));
+    });
+    return text;
+}
+
+std::wstring EntryKey(const std::wstring& name) {
+    return std::wstring(EntriesKey) + L"\\" + name;
+}
+
+/// Writes a value into an entry, making the entry if need be. `data` is taken byte for byte.
+void SetEntryValue(const std::wstring& entry, const wchar_t* value, DWORD type, const void* data, std::size_t size) {
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, EntryKey(entry).c_str(), value, type, data, static_cast<DWORD>(size)),
+              ERROR_SUCCESS);
+}
+
+void SetPath(const std::wstring& entry, const std::wstring& path, DWORD type = REG_SZ) {
+    SetEntryValue(entry, L"ExecutablePath", type, path.c_str(), (path.size() + 1) * sizeof(wchar_t));
+}
+
+void SetPromoted(const std::wstring& entry, DWORD promoted) {
+    SetEntryValue(entry, L"IsPromoted", REG_DWORD, &promoted, sizeof promoted);
+}
+
+/// The number in IsPromoted, or nothing if there is no such value.
+std::optional<DWORD> Promoted(const std::wstring& entry) {
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    const LSTATUS result = RegGetValueW(HKEY_CURRENT_USER, EntryKey(entry).c_str(), L"IsPromoted", RRF_RT_REG_DWORD,
+                                        nullptr, &value, &size);
+    return result == ERROR_SUCCESS ? std::optional(value) : std::nullopt;
+}
+
+void MakeEntriesKey() {
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, EntriesKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+    ++openKeys;
+    RegCloseKey(key);
+}
+
+class PromotionTest : public testing::Test {
+  protected:
+    PromotionTest() { Reset(); }
+    ~PromotionTest() override {
+        EXPECT_EQ(openKeys, 0) << "every key is closed";
+        Reset();
+    }
+    static void Reset() {
+        refusals = {};
+        subkeyAccess.clear();
+        openKeys = 0;
+        debugLines.clear();
+        RegDeleteTreeW(HKEY_CURRENT_USER, EntriesKey);
+    }
+};
+
+TEST_F(PromotionTest, WithoutTheKeyNothingHappensButALine) {
+    PromoteIcons();
+    EXPECT_THAT(debugLines, ElementsAre(MissingKey));
+    HKEY key = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, EntriesKey, 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(PromotionTest, WithoutEntriesTheCountIsZero) {
+    MakeEntriesKey();
+    PromoteIcons();
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, OwnEntriesWithoutADecisionArePromoted) {
+    SetPath(L"1", OwnPath());
+    SetPath(L"2", OwnPath());
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), 1U);
+    EXPECT_EQ(Promoted(L"2"), 1U);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"2")));
+    EXPECT_THAT(subkeyAccess, ElementsAre(0x2001BU, 0x2001BU));
+}
+
+TEST_F(PromotionTest, ASecondRunFindsNothingToDo) {
+    SetPath(L"1", OwnPath());
+    PromoteIcons();
+    debugLines.clear();
+    PromoteIcons();
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, OtherProgramsAreLeftAlone) {
+    SetPath(L"1", L"C:\\Windows\\explorer.exe");
+    SetPath(L"2", OwnPath() + L"x");
+    SetPath(L"3", OwnPath().substr(1));
+    SetPath(L"4", L"");
+    SetEntryValue(L"5", L"Other", REG_SZ, L"x", 4);  // no path at all
+    PromoteIcons();
+    for (const wchar_t* entry : {L"1", L"2", L"3", L"4", L"5"})
+        EXPECT_EQ(Promoted(entry), std::nullopt) << entry;
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, ADecisionIsLeftAloneEitherWay) {
+    SetPath(L"1", OwnPath());
+    SetPromoted(L"1", 0);
+    SetPath(L"2", OwnPath());
+    SetPromoted(L"2", 1);
+    SetPath(L"3", OwnPath());
+    SetPromoted(L"3", 7);
+    SetPath(L"4", OwnPath());
+    SetEntryValue(L"4", L"IsPromoted", REG_SZ, L"no", 6);  // of whatever type
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), 0U);
+    EXPECT_EQ(Promoted(L"2"), 1U);
+    EXPECT_EQ(Promoted(L"3"), 7U);
+    EXPECT_EQ(Promoted(L"4"), std::nullopt) << "it is still no number";
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, TheCaseOfLettersDoesNotMatter) {
+    SetPath(L"1", InCase(OwnPath(), std::towupper));
+    SetPath(L"2", InCase(OwnPath(), std::towlower));
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), 1U);
+    EXPECT_EQ(Promoted(L"2"), 1U);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"2")));
+}
+
+TEST_F(PromotionTest, APathCountsByItsTypeAndItsText) {
+    const std::wstring own = OwnPath();
+    const std::size_t bytes = own.size() * sizeof(wchar_t);
+    const std::wstring list = own + L'\0' + L"more";
+    struct Row {
+        const char* why;
+        DWORD type;
+        std::wstring characters;
+        std::size_t size;
+        bool promoted;
+    };
+    const std::vector<Row> rows = {
+        {"with an end mark", REG_SZ, own, bytes + 2, true},
+        {"without an end mark", REG_SZ, own, bytes, true},
+        {"expandable", REG_EXPAND_SZ, own, bytes + 2, true},
+        {"text after the end mark", REG_SZ, list, list.size() * 2, true},
+        {"half an end mark", REG_SZ, own, bytes + 1, true},
+        {"without the zero byte of its last letter", REG_SZ, own, bytes - 1, true},
+        {"another character short", REG_SZ, own, bytes - 2, false},
+        {"several texts", REG_MULTI_SZ, own, bytes + 2, false},
+        {"bytes", REG_BINARY, own, bytes + 2, false},
+        {"no type", REG_NONE, own, bytes + 2, false},
+        {"empty", REG_SZ, own, 0, false},
+        {"one byte", REG_SZ, own, 1, false},
+        {"one character", REG_SZ, own, 2, false},
+        {"variables are not expanded", REG_EXPAND_SZ, L"%SystemRoot%", 26, false},
+    };
+    for (const Row& row : rows) {
+        Reset();
+        SetEntryValue(L"1", L"ExecutablePath", row.type, row.characters.c_str(), row.size);
+        PromoteIcons();
+        EXPECT_EQ(Promoted(L"1").has_value(), row.promoted) << row.why;
+        EXPECT_THAT(debugLines, ElementsAre(Report(row.promoted ? L"1" : L"0"))) << row.why;
+    }
+}
+
+TEST_F(PromotionTest, AnUnreadableEntryIsSkippedWithoutAWord) {
+    SetPath(L"1", OwnPath());
+    SetPath(L"2", OwnPath());
+    SetPath(L"3", OwnPath());
+    refusals.subkey = L"2";
+    PromoteIcons();
+    refusals = {};
+    EXPECT_EQ(Promoted(L"1"), 1U);
+    EXPECT_EQ(Promoted(L"2"), std::nullopt);
+    EXPECT_EQ(Promoted(L"3"), 1U);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"2")));
+}
+
+TEST_F(PromotionTest, ARefusedWriteDoesNotCount) {
+    SetPath(L"1", OwnPath());
+    refusals.writes = true;
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), std::nullopt);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, WhatCannotBeReadIsNotUndecided) {
+    SetPath(L"1", OwnPath());
+    refusals.promotedReads = true;
+    PromoteIcons();
+    refusals = {};
+    EXPECT_EQ(Promoted(L"1"), std::nullopt);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, APathThatChangesUnderTheReadingIsNoPath) {
+    SetPath(L"1", OwnPath());
+    refusals.pathReads = true;
+    PromoteIcons();
+    refusals = {};
+    EXPECT_EQ(Promoted(L"1"), std::nullopt);
+}
+
+TEST_F(PromotionTest, ManyEntriesAndTheLongestName) {
+    for (int i = 0; i < 300; ++i) {
+        SetPath(std::to_wstring(1000 + i), i % 3 == 0 ? OwnPath() : L"C:\\" + std::wstring(2000, L'x'));
+    }
+    const std::wstring longest(255, L'n');
+    SetPath(longest, OwnPath());
+    PromoteIcons();
+    EXPECT_EQ(Promoted(longest), 1U);
+    EXPECT_EQ(Promoted(L"1000"), 1U);
+    EXPECT_EQ(Promoted(L"1001"), std::nullopt);
+    EXPECT_EQ(Promoted(L"1297"), 1U);
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"101")));
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -1,5 +1,6 @@
 #include "settings/color.h"
 
+#include <cmath>
 #include <cstdlib>
 
 namespace kestrane {
@@ -19,7 +20,7 @@ std::int32_t Channel(ColorValue color, unsigned shift) {
 ColorValue BlendChannel(ColorValue from, ColorValue to, double t, unsigned shift) {
     const std::int32_t start = Channel(from, shift);
     const std::int32_t distance = Channel(to, shift) - start;
-    return static_cast<ColorValue>(distance * t + start + 0.5) << shift;
+    return static_cast<ColorValue>(std::trunc(distance * t + start + 0.5)) << shift;
 }
 
 // Written so that "not a number" falls into the first answer.

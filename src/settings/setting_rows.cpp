@@ -41,8 +41,8 @@ constexpr auto NetworkTab = Join(One(Show(MetricKind::Network)), One(InterfacesR
 
 ColorRange TabColors(SettingsTab tab) {
     const SettingsTab owner = std::min(tab, SettingsTab::Network);
-    const auto first = std::ranges::lower_bound(IconColors, owner, {}, &IconColor::tab);
-    const auto end = std::ranges::upper_bound(IconColors, owner, {}, &IconColor::tab);
+    const auto* const first = std::ranges::lower_bound(IconColors, owner, {}, &IconColor::tab);
+    const auto* const end = std::ranges::upper_bound(IconColors, owner, {}, &IconColor::tab);
     return {static_cast<std::size_t>(first - IconColors.begin()), static_cast<std::size_t>(end - IconColors.begin())};
 }
 

@@ -57,7 +57,7 @@ struct LoadCase {
     std::function<void(AppSettings&)> change;
 };
 
-void Nothing(AppSettings&) {}
+void Nothing(AppSettings& /*settings*/) {}
 
 void ExpectLoads(const std::vector<LoadCase>& cases) {
     for (const LoadCase& row : cases) {

@@ -4,6 +4,7 @@
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
 #include "metrics/cpu_sampler_win32.h"
+#include "metrics/disk_sampler_win32.h"
 #include "metrics/memory_sampler_win32.h"
 
 namespace kestrane {
@@ -23,6 +24,7 @@ void App::OnCreate(HWND created) {
     ApplyIconVisibility();
     trayIcons->AddAll();
     TakeFirstReadings();
+    OnNetworkTick(*this);
     RefreshAllIcons();
     ApplyTimers();
     RegisterGraphHotkey();
@@ -62,6 +64,7 @@ void App::ApplyIconVisibility() {
 void App::TakeFirstReadings() {
     SampleMemory(sample);
     SampleCpu(pdhCounters, sample);
+    SampleDisks(pdhCounters, sample);
 }
 
 void App::RegisterGraphHotkey() {

@@ -11,6 +11,7 @@
 #include "graph/graph_series.h"
 #include "graph/metric_ring.h"
 #include "metrics/metric_sample.h"
+#include "metrics/net_rules.h"
 #include "metrics/net_sample.h"
 #include "metrics/pdh_counters_win32.h"
 #include "settings/app_settings.h"
@@ -56,6 +57,7 @@ struct App {
     AppSettings settings;
     std::unique_ptr<TrayIconSet> trayIcons;
     PdhCounters pdhCounters;
+    NetSampler netSampler;
     MetricSample sample;
     NetSample netSample;
     DiskTotals diskTotals;
@@ -67,6 +69,13 @@ struct App {
     MetricRing<double> cpuRing{SeriesCapacity};
     /// One ring per element of `sample.corePercent`.
     std::vector<MetricRing<double>> coreRings;
+    MetricRing<double> diskReadBytesRing{SeriesCapacity};
+    MetricRing<double> diskWriteBytesRing{SeriesCapacity};
+    MetricRing<double> diskReadPercentRing{SeriesCapacity};
+    MetricRing<double> diskWritePercentRing{SeriesCapacity};
+    std::vector<DiskHistory> diskHistories;
+    /// Numbers of the machine's fixed disks, as they were at the start.
+    std::vector<std::uint32_t> fixedDiskNumbers;
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
     MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
     bool shuttingDown = false;

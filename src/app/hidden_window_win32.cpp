@@ -31,6 +31,12 @@ void OnTimer(App& app, WPARAM id) {
         case MemoryTimer:
             app.OnMemoryTick();
             break;
+        case NetworkTimer:
+            OnNetworkTick(app);
+            break;
+        case DiskTimer:
+            OnDiskTick(app);
+            break;
         default:
             break;
     }

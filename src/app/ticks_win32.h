@@ -10,5 +10,8 @@ struct App;
 void EnsureIconRingSize(App& app);
 
 void OnCpuTick(App& app);
+void OnDiskTick(App& app);
+/// A network reading is never refused; without rates it gives no point.
+void OnNetworkTick(App& app);
 
 }  // namespace kestrane

@@ -1,7 +1,11 @@
 // `App` behind its real hidden window, with shell, timers, shortcut and counters replaced: the order of start and end,
 // the message table, which timers are set anew, and what a tick changes.
 #include <windows.h>
+#include <winsock2.h>
+#include <ws2ipdef.h>
+#include <windows.h>
 
+#include <iphlpapi.h>
 #include <pdh.h>
 #include <pdhmsg.h>
 
@@ -38,6 +42,10 @@ struct World {
     std::wstring lastTip[5];
     int lastImageWidth[5] = {};
     bool memoryWorks = true;
+    std::uint64_t clockMs = 1000000;
+    std::uint64_t inOctets = 0;
+    std::uint64_t outOctets = 0;
+    bool tableWorks = true;
 };
 World world;
 
@@ -113,6 +121,10 @@ int WINAPI FakeGetSystemMetricsForDpi(int index, UINT) {
     return world.iconSize;
 }
 
+ULONGLONG WINAPI FakeGetTickCount64() {
+    return world.clockMs;
+}
+
 UINT WINAPI FakeRegisterWindowMessageW(LPCWSTR) {
     return FakeTaskbarCreated;
 }
@@ -129,6 +141,7 @@ decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemoryStatusEx;
 decltype(&GetSystemMetricsForDpi) __imp_GetSystemMetricsForDpi = &FakeGetSystemMetricsForDpi;
+decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
 decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
 
 // Declared without dllimport, so it is the function itself that stands in.
@@ -139,6 +152,22 @@ BOOL WINAPI GetSystemTimes(PFILETIME idle, PFILETIME kernel, PFILETIME user) {
     *user = FileTimeOf(0);
     return TRUE;
 }
+
+// One Ethernet adapter.
+NETIO_STATUS WINAPI GetIfTable2(PMIB_IF_TABLE2* table) {
+    static MIB_IF_TABLE2 one{};
+    one = {};
+    one.NumEntries = 1;
+    MIB_IF_ROW2& row = one.Table[0];
+    row.InterfaceLuid.Value = 0x6000000000000;
+    row.OperStatus = IfOperStatusUp;
+    row.InterfaceAndOperStatusFlags.HardwareInterface = 1;
+    row.InOctets = world.inOctets;
+    row.OutOctets = world.outOctets;
+    *table = world.tableWorks ? &one : nullptr;
+    return world.tableWorks ? NO_ERROR : ERROR_NOT_ENOUGH_MEMORY;
+}
+VOID WINAPI FreeMibTable(PVOID) {}
 
 // A machine without performance counters.
 PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR, DWORD_PTR, PDH_HQUERY*) {
@@ -211,11 +240,11 @@ TEST_F(AppTest, ConstructionOpensTheCountersAndTouchesNothingElse) {
 
 TEST_F(AppTest, StartsInTheRequiredOrder) {
     Start();
-    EXPECT_THAT(started,
-                ElementsAre("icon add 1", "icon setversion 1", "icon add 2", "icon setversion 2", "icon add 3",
-                            "icon setversion 3", "icon add 4", "icon setversion 4", "memory", "icon modify 1",
-                            "icon modify 2", "icon modify 3", "icon modify 4", "SetTimer 1 1500", "SetTimer 5 1500",
-                            "SetTimer 3 1500", "SetTimer 4 1500", "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
+    EXPECT_THAT(started, ElementsAre("icon add 1", "icon setversion 1", "icon add 2", "icon setversion 2", "icon add 3",
+                                     "icon setversion 3", "icon add 4", "icon setversion 4", "memory", "icon modify 4",
+                                     "icon modify 1", "icon modify 2", "icon modify 3", "icon modify 4",
+                                     "SetTimer 1 1500", "SetTimer 5 1500", "SetTimer 3 1500", "SetTimer 4 1500",
+                                     "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
     EXPECT_TRUE(app->hotkeyRegistered);
     EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings give no points
 }
@@ -408,6 +437,48 @@ TEST_F(AppTest, AHiddenIconTakesOnNewTextAndShowsItWhenItComesBack) {
     app->OnSettingsChanged();
     EXPECT_EQ(Calls().front(), "icon add 1");
     EXPECT_EQ(world.lastTip[1], L"CPU: 33 %");
+}
+
+TEST_F(AppTest, NetworkTicksGiveRatesFromTheThirdReadingOn) {
+    Start();
+    EXPECT_EQ(world.lastTip[4], L"All connections");
+    for (int tick = 0; tick < 3; ++tick) {
+        world.clockMs += 1000;
+        world.inOctets += 125000;
+        world.outOctets += 1000;
+        Send(WM_TIMER, NetworkTimer);
+    }
+    EXPECT_THAT(Calls(), Contains("icon modify 4"));
+    EXPECT_EQ(world.lastTip[4], L"All connections\nDown: 1.0 Mbps  Up: 8.0 kbps");
+    // The reading at the start and the first tick settle; only the two after them gave points.
+    EXPECT_EQ(app->netDownRing.count, 2U);
+    EXPECT_EQ(SampleAtAge(app->netDownRing, 0), 1000000U);
+    EXPECT_EQ(SampleAtAge(app->netUpRing, 0), 8000U);
+}
+
+TEST_F(AppTest, ANetworkTickWithTheConnectionDownStillShows) {
+    app->settings.interfaces = {42};
+    app->settings.interface_aliases = {L"Ethernet 3"};
+    Start();
+    Calls().clear();
+    Send(WM_TIMER, NetworkTimer);
+    EXPECT_THAT(Calls(), ElementsAre("icon modify 4"));
+    EXPECT_EQ(world.lastTip[4], L"Ethernet 3: disconnected");
+}
+
+TEST_F(AppTest, AnInterfaceWithoutANameIsTheNetwork) {
+    app->settings.interfaces = {42};
+    Start();
+    EXPECT_EQ(world.lastTip[4], L"Network: disconnected");
+}
+
+TEST_F(AppTest, ADiskTickWithoutCountersChangesNothing) {
+    Start();
+    Send(WM_TIMER, DiskTimer);
+    EXPECT_TRUE(Calls().empty());
+    EXPECT_TRUE(app->diskHistories.empty());
+    EXPECT_EQ(app->diskReadIconRing.count, 0U);
+    EXPECT_EQ(world.lastTip[2], L"Disk: no data (PDH)");
 }
 
 }  // namespace

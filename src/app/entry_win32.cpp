@@ -7,6 +7,7 @@
 #include "app/hidden_window_win32.h"
 #include "base/handles_win32.h"
 #include "settings/autostart_win32.h"
+#include "settings/ini_file_win32.h"
 #include "text/language_win32.h"
 #include "text/translation.h"
 
@@ -66,7 +67,7 @@ int Main(HINSTANCE instance, const wchar_t* commandLine) {
 
     App app;
     app.instance = instance;
-    app.settings = MakeDefaultSettings();
+    app.settings = LoadSettings();
     SetLanguage(ResolveLanguage(app.settings.language));
     app.taskbarCreatedMessage = RegisterWindowMessageW(TaskbarCreatedName);
     if (!CreateHiddenWindow(app)) return 1;

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Builds and runs every test on a fresh machine: the logic on this machine under the sanitizers and again as a Windows
+# program, the platform tests under Wine, the real program on a screen, and the checks. Arguments go on to ctest, e.g.
+# scripts/test.sh -R desktop. The exit code is ctest's.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh
+for preset in native windows; do
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset"
+done
+# One run over both trees, with one summary at its end.
+printf 'subdirs("native" "windows")\n' >build/CTestTestfile.cmake
+
+# The Windows programs of the first two rings share a screen and a prefix; nothing of the caller's desktop is touched.
+unset DISPLAY WINEPREFIX
+export LC_ALL=C.UTF-8
+source scripts/wine-env.sh
+begin_session
+ctest --test-dir build -j2 --output-on-failure "$@"

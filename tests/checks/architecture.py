@@ -1,0 +1,127 @@
+#!/usr/bin/env python3
+"""Keeps the house in order: who may include whom, what the program may use, and nothing left lying about.
+
+Prints each breach as FILE:LINE: MESSAGE and exits with 1 if there is any. An argument names another tree to check.
+"""
+
+import pathlib
+import re
+import sys
+
+# From the ground up: a room includes from itself and from those before it.
+ROOMS = ["base", "text", "settings", "metrics", "graph", "tray", "hardware", "update", "dialog", "app"]
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+
+# Streams and regular expressions drag in the locale machinery, which makes the program several times as large.
+HEAVY_HEADERS = {"iostream", "istream", "ostream", "sstream", "fstream", "iomanip", "locale", "regex", "format"}
+
+# A call of the narrow half of a Win32 pair.
+NARROW_CALL = re.compile(r"\b(?!LANG)[A-Z][A-Za-z]*[a-z]A\(")
+
+MARKERS = re.compile(
+    r"\b(TODO|FIXME|XXX|HACK|WIP|TBD)\b|\bGTEST_SKIP\b|\bDISABLED_\w|\bunittest\.(skip|expectedFailure)|<<<<<<<|>>>>>>>"
+)
+MARKED_FOLDERS = ["src", "tests", "scripts", "res", "cmake", ".ci", "docs"]
+TEXT_SUFFIXES = {"", ".h", ".cpp", ".c", ".py", ".sh", ".txt", ".cmake", ".rc", ".md", ".svg", ".manifest", ".def", ".yml"}
+
+
+def lines_of(path):
+    return enumerate(path.read_text(encoding="utf-8").splitlines(), start=1)
+
+
+def is_platform(path):
+    return path.stem.endswith("_win32")
+
+
+def check_includes(src, path):
+    """The include rules of one file, and the files of the house that it includes."""
+    breaches, targets = [], []
+    room = path.relative_to(src).parts[0]
+    for number, line in lines_of(path):
+        match = INCLUDE.match(line)
+        if match is None:
+            continue
+        quote, name = match.groups()
+        where = f"{path}:{number}: "
+        if quote == "<":
+            # The standard library's own headers, and only they, have no suffix.
+            if "." in name and not is_platform(path):
+                breaches.append(where + f"a pure file includes the platform header <{name}>")
+            if name in HEAVY_HEADERS:
+                breaches.append(where + f"<{name}> makes the program several times as large")
+            continue
+        target = src / name
+        if not target.is_file():
+            breaches.append(where + f'"{name}" is no file below src')
+            continue
+        targets.append(target)
+        if is_platform(target) and not is_platform(path):
+            breaches.append(where + f'a pure file includes the platform header "{name}"')
+        other = target.relative_to(src).parts[0]
+        if ROOMS.index(other) > ROOMS.index(room):
+            breaches.append(where + f'room "{room}" includes from room "{other}", which stands above it')
+    return breaches, targets
+
+
+def find_circle(graph):
+    """A circle of files that include each other, as a list whose ends are the same; empty when there is none."""
+    finished = set()
+
+    def visit(path, road):
+        if path in road:
+            return road[road.index(path) :] + [path]
+        if path in finished:
+            return []
+        for target in graph[path]:
+            if circle := visit(target, road + [path]):
+                return circle
+        finished.add(path)
+        return []
+
+    for path in graph:
+        if circle := visit(path, []):
+            return circle
+    return []
+
+
+def check_sources(root):
+    src = root / "src"
+    breaches, graph = [], {}
+    for path in sorted(src.rglob("*")):
+        if path.suffix not in {".h", ".cpp"}:
+            continue
+        if path.relative_to(src).parts[0] not in ROOMS:
+            breaches.append(f"{path}:1: this file stands in none of the rooms")
+            continue
+        found, graph[path] = check_includes(src, path)
+        breaches += found
+        for number, line in lines_of(path):
+            if NARROW_CALL.search(line):
+                breaches.append(f"{path}:{number}: only the W functions are called")
+    if circle := find_circle(graph):
+        names = " -> ".join(str(path.relative_to(src)) for path in circle)
+        breaches.append(f"{circle[0]}:1: a circle of includes: {names}")
+    return breaches
+
+
+def check_markers(root):
+    breaches = []
+    for folder in MARKED_FOLDERS:
+        for path in sorted((root / folder).rglob("*")):
+            if not path.is_file() or path.suffix not in TEXT_SUFFIXES or path.resolve() == pathlib.Path(__file__).resolve():
+                continue
+            breaches += [f"{path}:{n}: left over: {line.strip()}" for n, line in lines_of(path) if MARKERS.search(line)]
+    return breaches
+
+
+def main():
+    default = pathlib.Path(__file__).resolve().parents[2]
+    root = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else default
+    breaches = check_sources(root) + check_markers(root)
+    print("\n".join(breaches) or "the house is in order")
+    return 1 if breaches else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# All C++ files have the form that .clang-format describes. Prints the command that mends those which have not.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+mapfile -t files < <(find src tests -name '*.h' -o -name '*.cpp')
+unformed=()
+for file in "${files[@]}"; do
+    cmp -s "$file" <(clang-format "$file") || unformed+=("$file")
+done
+[ ${#unformed[@]} -gt 0 ] || exit 0
+printf '%s\n' "${unformed[@]}"
+echo "mend with: clang-format -i ${unformed[*]}"
+exit 1

@@ -3,6 +3,8 @@
 #include "app/ticks_win32.h"
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
+#include "hardware/cpu_facts_win32.h"
+#include "hardware/disk_facts_win32.h"
 #include "metrics/cpu_sampler_win32.h"
 #include "metrics/disk_sampler_win32.h"
 #include "metrics/memory_sampler_win32.h"
@@ -20,6 +22,7 @@ App::~App() {
 void App::OnCreate(HWND created) {
     window = created;
     trayIcons = std::make_unique<TrayIconSet>(window);
+    DetectHardware();
     EnsureIconRingSize(*this);
     ApplyIconVisibility();
     trayIcons->AddAll();
@@ -65,6 +68,14 @@ void App::TakeFirstReadings() {
     SampleMemory(sample);
     SampleCpu(pdhCounters, sample);
     SampleDisks(pdhCounters, sample);
+}
+
+/// What the samplers and the graphs need to know of the machine; all other facts are read when somebody asks.
+void App::DetectHardware() {
+    coreClasses = ReadCpuFacts().isPerformanceThread;
+    fixedDisks = ReadDiskFacts();
+    for (const DiskFacts& disk : fixedDisks)
+        fixedDiskNumbers.push_back(disk.number);
 }
 
 void App::RegisterGraphHotkey() {

@@ -10,6 +10,7 @@
 
 #include "graph/graph_series.h"
 #include "graph/metric_ring.h"
+#include "hardware/disk_facts.h"
 #include "metrics/metric_sample.h"
 #include "metrics/net_rules.h"
 #include "metrics/net_sample.h"
@@ -69,12 +70,15 @@ struct App {
     MetricRing<double> cpuRing{SeriesCapacity};
     /// One ring per element of `sample.corePercent`.
     std::vector<MetricRing<double>> coreRings;
+    /// By logical number: 1 when that processor is of the performance class.
+    std::vector<std::uint8_t> coreClasses;
     MetricRing<double> diskReadBytesRing{SeriesCapacity};
     MetricRing<double> diskWriteBytesRing{SeriesCapacity};
     MetricRing<double> diskReadPercentRing{SeriesCapacity};
     MetricRing<double> diskWritePercentRing{SeriesCapacity};
     std::vector<DiskHistory> diskHistories;
-    /// Numbers of the machine's fixed disks, as they were at the start.
+    /// The machine's fixed disks as they were at the start, and their numbers in the same order.
+    std::vector<DiskFacts> fixedDisks;
     std::vector<std::uint32_t> fixedDiskNumbers;
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
     MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
@@ -85,6 +89,7 @@ struct App {
 
   private:
     void ApplyIconVisibility();
+    void DetectHardware();
     void TakeFirstReadings();
     void RegisterGraphHotkey();
 };

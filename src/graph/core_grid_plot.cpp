@@ -78,8 +78,8 @@ void DrawCoreBars(const PixelBuffer& buffer, const CorePlot& plot) {
     }
 }
 
-Polyline DrawCoreLine(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
-    Polyline line = {{}, plot.color};
+PlotLine DrawCoreLine(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
+    PlotLine line = {{}, plot.color};
     for (std::size_t i = FirstVisible(plot); i < plot.shown.size(); ++i) {
         const std::int32_t x = ColumnOf(plot, i);
         const std::int32_t height = HeightAt(plot, i);

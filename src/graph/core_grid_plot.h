@@ -13,7 +13,7 @@
 namespace kestrane {
 
 struct CoreGridDrawing {
-    std::vector<Polyline> polylines;  // one a cell in the line style
+    std::vector<PlotLine> polylines;  // one a cell in the line style
     double coreMax = 0;               // the greatest raw percentage that is shown, of all processors
     std::optional<HoverReadout> readout;
 };

@@ -77,8 +77,8 @@ void DrawFills(const PixelBuffer& buffer, const GraphView& view, const PlotScale
     }
 }
 
-Polyline CurveLine(const Curve& curve, const PlotScale& scale, const PlotWindow& window) {
-    Polyline line = {{}, curve.color};
+PlotLine CurveLine(const Curve& curve, const PlotScale& scale, const PlotWindow& window) {
+    PlotLine line = {{}, curve.color};
     line.points.reserve(curve.values.size());
     for (std::size_t i = 0; i < curve.values.size(); ++i) {
         line.points.push_back({ColumnOf(window, i), CurveRow(scale.layout.plotBottom, HeightAt(curve, i, scale))});
@@ -86,8 +86,8 @@ Polyline CurveLine(const Curve& curve, const PlotScale& scale, const PlotWindow&
     return line;
 }
 
-std::vector<Polyline> CurveLines(const GraphView& view, const PlotScale& scale, const PlotWindow& window) {
-    std::vector<Polyline> lines;
+std::vector<PlotLine> CurveLines(const GraphView& view, const PlotScale& scale, const PlotWindow& window) {
+    std::vector<PlotLine> lines;
     if (view.twoSeries) lines.push_back(CurveLine({window.second, view.secondColor}, scale, window));
     lines.push_back(CurveLine({window.first, view.firstColor}, scale, window));
     return lines;
@@ -112,9 +112,9 @@ PlotWindow MakePlotWindow(const GraphView& view, const PlotScale& scale) {
     return window;
 }
 
-std::vector<Polyline> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
+std::vector<PlotLine> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
                                const PlotWindow& window, std::int32_t margin) {
-    std::vector<Polyline> polylines;
+    std::vector<PlotLine> polylines;
     DrawGridLines(buffer, view, scale);
     if (view.lines) {
         if (view.alpha > 0) DrawFills(buffer, view, scale, window);

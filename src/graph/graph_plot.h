@@ -14,7 +14,7 @@
 namespace kestrane {
 
 /// A curve to be drawn one line width thick. Of fewer than 2 points nothing shows.
-struct Polyline {
+struct PlotLine {
     std::vector<Point> points;
     ColorValue color = 0;
 };
@@ -31,7 +31,7 @@ PlotWindow MakePlotWindow(const GraphView& view, const PlotScale& scale);
 
 /// Grid, data, axes and frame over a buffer that holds the background. Gives back the curves in the order in which they
 /// are to be drawn, the first series last and so on top; none for bars.
-std::vector<Polyline> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
+std::vector<PlotLine> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
                                const PlotWindow& window, std::int32_t margin);
 
 /// The readout of the point under the mouse, if the mouse is over one.

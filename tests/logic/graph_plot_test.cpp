@@ -52,7 +52,7 @@ class PlotPicture : public testing::Test {
         view_.second = RefTo(second_);
     }
 
-    std::vector<Polyline> Draw() {
+    std::vector<PlotLine> Draw() {
         return DrawPlot(picture_.Buffer(), view_, scale_, MakePlotWindow(view_, scale_), 0);
     }
 
@@ -266,7 +266,7 @@ TEST_F(PlotPicture, HoldsWithoutAPlot) {
                 view_.alpha = 0.5;
                 const PlotWindow window = MakePlotWindow(view_, scale_);
                 EXPECT_EQ(window.n, 0);
-                for (const Polyline& line : DrawPlot(small.Buffer(), view_, scale_, window, margin)) {
+                for (const PlotLine& line : DrawPlot(small.Buffer(), view_, scale_, window, margin)) {
                     EXPECT_TRUE(line.points.empty());
                 }
                 EXPECT_EQ(small.At(0, 0), FrameColor);

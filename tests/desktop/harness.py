@@ -12,6 +12,7 @@ comes true fails the test with what was seen instead.
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -86,6 +87,11 @@ class Recorder:
         self._process.stdin.write(text + "\n")
         self._process.stdin.flush()
         self._wait(lambda: self._confirmed >= wanted, f"confirmation of {text!r}")
+
+    def reset(self):
+        """Back to a shell that refuses nothing and has no icons."""
+        for command in ("refuse guid off", "refuse all off", "refuse add 0", "refuse modify 0", "forward off", "forget"):
+            self.command(command)
 
     def mark(self):
         """The number of calls so far, as a starting point for the next wait."""
@@ -243,13 +249,44 @@ class Desktop:
     def start_kestrane(self, *arguments, **options):
         return self.start("kestrane.exe", *arguments, **options)
 
+    def start_kestrane_logged(self, *arguments):
+        """Also keeps what the program says to a debugger: see debug_lines."""
+        self._log = self.folder / "debug.log"
+        with open(self._log, "wb") as log:
+            return self.start_kestrane(*arguments, stderr=log, environment={"WINEDEBUG": "-all,warn+seh"})
+
+    def debug_lines(self):
+        """The lines of OutputDebugStringW so far, without their line feeds."""
+        text = self._log.read_text(encoding="utf-8", errors="replace")
+        return re.findall(r'OutputDebugStringA "(.*?)\\n"', text)
+
+    def end_kestrane(self):
+        """Ends every instance, the hard way if it will not go."""
+        self.run("kestrane.exe", "--exit")
+        for process in self._processes:
+            if pathlib.Path(process.args[1]).name == "kestrane.exe" and process.poll() is None:
+                process.kill()
+                process.wait()
+
     def run_kestrane(self, *arguments, **options):
         return self.run("kestrane.exe", *arguments, **options)
 
-    def launch_kestrane(self, command_line, **options):
-        """Runs it with a command line that is nothing but this text, blanks and all."""
-        texts = {"LAUNCH_PROGRAM": windows_path(BUILD / "kestrane.exe"), "LAUNCH_ARGUMENTS": command_line}
-        return self.run("launch.exe", environment=texts, **options)
+    @staticmethod
+    def _launched(command_line):
+        return {"LAUNCH_PROGRAM": windows_path(BUILD / "kestrane.exe"), "LAUNCH_ARGUMENTS": command_line}
+
+    def start_launched(self, command_line):
+        """Starts it with a command line that is nothing but this text, quotes and blanks and all."""
+        return self.start("launch.exe", environment=self._launched(command_line))
+
+    def launch_kestrane(self, command_line):
+        """The same, to its end."""
+        return self.run("launch.exe", environment=self._launched(command_line))
+
+    @staticmethod
+    def has_mapped(process, file_name):
+        """Whether a program has come so far that it has this file in its memory."""
+        return file_name in pathlib.Path(f"/proc/{process.pid}/maps").read_text(encoding="utf-8", errors="replace")
 
     def count_windows(self, class_name=HIDDEN_WINDOW):
         return int(self.run("poster.exe", class_name).output)
@@ -277,6 +314,35 @@ class Desktop:
     def use_mouse(self, *arguments):
         """Passes arguments on to xdotool: "mousemove", 10, 20, "click", 1."""
         subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=True)
+
+
+class DesktopTest(unittest.TestCase):
+    """Tests that share one screen, one prefix and one recorder; kestrane.exe is started anew by each."""
+
+    options = {}
+    """How the Desktop is made."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop = Desktop(**cls.options)
+        cls.addClassCleanup(cls.desktop.close)
+        cls.shell = cls.desktop.start_recorder()
+        cls.desktop.write_ini("")
+
+    def setUp(self):
+        self.shell.reset()
+        self.desktop.write_ini(self.settings)
+        self.addCleanup(self.desktop.end_kestrane)
+
+    settings = ""
+    """The INI file that each test starts with."""
+
+    def start(self, *arguments, **options):
+        """Starts the program and waits until its fourth icon has got its image."""
+        start = self.shell.mark()
+        process = self.desktop.start_kestrane(*arguments, **options)
+        self.shell.wait_for(lambda call: call.message == NIM_MODIFY and call.id == 4, start, "the first four icons")
+        return process
 
 
 def private_kilobytes(process):

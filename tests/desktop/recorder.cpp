@@ -11,7 +11,8 @@
 //     refuse all on|off      every call fails
 //     refuse add N           the next N adds fail, `refuse modify N` the next N changes
 //     forget                 all icons are forgotten, as if the user's shell had died
-//     restart                forget, then broadcast "TaskbarCreated"
+//     broadcast              every window is told "TaskbarCreated", as after a change of the screen
+//     restart                forget and broadcast: a new shell that has never seen an icon
 //     forward on|off         calls go on to the next taskbar window, whose answer is the result
 //     callback ID EVENT X Y  the icon's window gets its callback message, in the layout of version 4
 //     quit
@@ -233,8 +234,7 @@ void SetRule(const std::string& rule, const std::string& value) {
     if (rule == "modify") rules.refuseChanges = std::stoi(value);
 }
 
-void Restart() {
-    icons.clear();
+void BroadcastTaskbarCreated() {
     PostMessageW(HWND_BROADCAST, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
 }
 
@@ -246,8 +246,8 @@ void Obey(const std::string& command) {
     words >> verb >> first >> second;
     if (verb == "refuse") SetRule(first, second);
     if (verb == "forward") rules.forward = first == "on";
-    if (verb == "forget") icons.clear();
-    if (verb == "restart") Restart();
+    if (verb == "forget" || verb == "restart") icons.clear();
+    if (verb == "broadcast" || verb == "restart") BroadcastTaskbarCreated();
     if (verb == "quit") PostQuitMessage(0);
     if (verb == "callback") {
         int x = 0;
@@ -303,6 +303,8 @@ void ReadCommands(HWND window) {
 }  // namespace
 
 int main() {
+    // As the real taskbar's, this window has the DPI of the screen, by which programs choose the size of their icons.
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     const HWND window = CreateRecorderWindow();
     if (window == nullptr) return 1;
     std::thread(ReadCommands, window).detach();

@@ -259,7 +259,7 @@ TEST(ProcessorRecords, RandomBytesAreReadWithinTheirBounds) {
             Bytes record = random() % 2 == 0 ? Core(static_cast<std::uint8_t>(random() % 3), {{0, random()}, {1, 1}})
                                              : Cache(3, static_cast<std::uint32_t>(random()));
             // A few bytes are wrong, mostly in the sizes and counts.
-            for (std::uint32_t wrong = random() % 4; wrong > 0; --wrong) {
+            for (auto wrong = random() % 4; wrong > 0; --wrong) {
                 record[random() % (random() % 2 == 0 ? 8 : record.size())] = static_cast<std::uint8_t>(random());
             }
             record.resize(random() % 8 == 0 ? random() % (record.size() + 1) : record.size());

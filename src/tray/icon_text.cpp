@@ -12,14 +12,19 @@ std::uint32_t ByteAt(std::uint32_t pixel, std::uint32_t shift) {
     return pixel >> shift & 0xFFU;
 }
 
+std::uint32_t RoundHalfUp(double value) {
+    const double shifted = value + 0.5;
+    return static_cast<std::uint32_t>(shifted);
+}
+
 /// Source-over of the opaque `color` at coverage `a`, above 0, on one pixel.
 std::uint32_t Cover(std::uint32_t pixel, ColorValue color, double a) {
     const double below = ByteAt(pixel, AlphaShift) / 255.0;
     const double alpha = (1 - a) * below + a;
-    std::uint32_t result = static_cast<std::uint32_t>(alpha * 255 + 0.5) << AlphaShift;
+    std::uint32_t result = RoundHalfUp(alpha * 255) << AlphaShift;
     for (const std::uint32_t shift : {16U, 8U, 0U}) {
         const double mixed = below * ByteAt(pixel, shift) * (1 - a) + a * ByteAt(color, shift);
-        result |= static_cast<std::uint32_t>(mixed / alpha + 0.5) << shift;
+        result |= RoundHalfUp(mixed / alpha) << shift;
     }
     return result;
 }

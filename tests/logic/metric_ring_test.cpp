@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <vector>
 
 namespace kestrane {
 namespace {
@@ -78,7 +79,7 @@ TEST(ResizeKeepNewest, KeepsTheNewestThatFit) {
         std::uint64_t resized;
         Values kept;
     };
-    const Row rows[] = {
+    const std::vector<Row> rows = {
         {16, 10, 4, {7, 8, 9, 10}}, {16, 10, 0, {10}},  // a capacity of 0 is taken as 1
         {16, 10, 1, {10}},          {16, 10, 9, Span(2, 10)},  {16, 10, 10, Span(1, 10)},
         {16, 10, 11, Span(1, 10)},  {16, 10, 16, Span(1, 10)}, {16, 0, 4, {}},

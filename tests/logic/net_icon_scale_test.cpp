@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <vector>
 
 namespace kestrane {
 namespace {
@@ -27,7 +28,7 @@ TEST(NetIconScale, IgnoresTheHighestOfMoreThanTwo) {
         std::uint64_t n;
         std::uint64_t scale;
     };
-    const Row rows[] = {
+    const std::vector<Row> rows = {
         {{}, {}, 16, 10000},
         {{5000, 900000}, {20000}, 16, 20000},
         {{900000}, {}, 16, 900000},

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace kestrane {
 namespace {
@@ -46,14 +47,14 @@ TEST(SmoothingWidth, EachLevelAndTheLevelsBeyond) {
         std::int32_t level;
         std::int32_t width;
     };
-    const Row rows[] = {{0, 1},
-                        {1, 3},
-                        {2, 7},
-                        {3, 15},
-                        {-1, 1},
-                        {4, 15},
-                        {std::numeric_limits<std::int32_t>::min(), 1},
-                        {std::numeric_limits<std::int32_t>::max(), 15}};
+    const std::vector<Row> rows = {{0, 1},
+                                   {1, 3},
+                                   {2, 7},
+                                   {3, 15},
+                                   {-1, 1},
+                                   {4, 15},
+                                   {std::numeric_limits<std::int32_t>::min(), 1},
+                                   {std::numeric_limits<std::int32_t>::max(), 15}};
     for (const Row& row : rows)
         EXPECT_EQ(SmoothingWidth(row.level), row.width) << row.level;
 }

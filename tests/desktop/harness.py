@@ -71,6 +71,7 @@ class Recorder:
                     self._ready = True
                 elif "done" in record:
                     self._confirmed += 1
+                    self._calls_at_confirmation = len(self.calls)
                 else:
                     self.calls.append(types.SimpleNamespace(**record))
                 self._arrived.notify_all()
@@ -82,11 +83,12 @@ class Recorder:
                 raise AssertionError(f"waited {timeout} s in vain: {what}; the last calls were {last}")
 
     def command(self, text):
-        """Gives a command; returns when the recorder has obeyed it."""
+        """Gives a command and waits until the recorder has obeyed it; the number of calls before that moment."""
         wanted = self._confirmed + 1
         self._process.stdin.write(text + "\n")
         self._process.stdin.flush()
         self._wait(lambda: self._confirmed >= wanted, f"confirmation of {text!r}")
+        return self._calls_at_confirmation
 
     def reset(self):
         """Back to a shell that refuses nothing and has no icons."""
@@ -331,6 +333,7 @@ class DesktopTest(unittest.TestCase):
 
     def setUp(self):
         self.shell.reset()
+        self.first = self.shell.mark()
         self.desktop.write_ini(self.settings)
         self.addCleanup(self.desktop.end_kestrane)
 
@@ -338,10 +341,13 @@ class DesktopTest(unittest.TestCase):
     """The INI file that each test starts with."""
 
     def start(self, *arguments, **options):
-        """Starts the program and waits until its fourth icon has got its image."""
+        """Starts the program and waits until all four icons have got their images.
+
+        The network's comes twice: with its first reading, and then in its turn with the others.
+        """
         start = self.shell.mark()
         process = self.desktop.start_kestrane(*arguments, **options)
-        self.shell.wait_for(lambda call: call.message == NIM_MODIFY and call.id == 4, start, "the first four icons")
+        self.shell.wait_for_ticks(2, icon=4, start=start)
         return process
 
 

@@ -101,6 +101,8 @@ class Recorder:
             return len(self.calls)
 
     def since(self, start):
+        """All calls from number `start` to this moment."""
+        self.command("report")
         with self._arrived:
             return self.calls[start:]
 

@@ -15,6 +15,7 @@
 //     restart                forget and broadcast: a new shell that has never seen an icon
 //     forward on|off         calls go on to the next taskbar window, whose answer is the result
 //     callback ID EVENT X Y  the icon's window gets its callback message, in the layout of version 4
+//     report                 nothing; but its confirmation comes behind the lines of all calls so far
 //     quit
 #include <windows.h>
 

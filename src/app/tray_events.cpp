@@ -1,0 +1,52 @@
+#include "app/tray_events.h"
+
+namespace kestrane {
+namespace {
+
+constexpr std::uint32_t CpuIcon = 1;
+constexpr std::uint32_t DiskIcon = 2;
+constexpr std::uint32_t NetworkIcon = 4;
+
+std::int32_t SignedWord(std::uint64_t bits) {
+    return static_cast<std::int16_t>(bits & 0xFFFF);
+}
+
+bool HasGraph(std::uint32_t iconId) {
+    return iconId == CpuIcon || iconId == DiskIcon || iconId == NetworkIcon;
+}
+
+}  // namespace
+
+TrayNotification DecodeTrayNotification(std::uint64_t wParam, std::int64_t lParam) {
+    const auto packed = static_cast<std::uint64_t>(lParam);
+    return {static_cast<std::uint32_t>(packed & 0xFFFF), static_cast<std::uint32_t>(packed >> 16 & 0xFFFF),
+            SignedWord(wParam), SignedWord(wParam >> 16)};
+}
+
+TrayAction RouteTrayNotification(const TrayNotification& notification) {
+    if (notification.event == EventBalloonClick) return TrayAction::OpenUpdate;
+    if (notification.event == EventContextMenu) return TrayAction::ShowMenu;
+    if (HasGraph(notification.iconId)) return TrayAction::ClickGraphIcon;
+    return notification.event == EventDoubleClick ? TrayAction::OpenTaskManager : TrayAction::None;
+}
+
+GraphKind GraphOfIcon(std::uint32_t iconId) {
+    if (iconId == CpuIcon) return GraphKind::Cpu;
+    return iconId == DiskIcon ? GraphKind::Disk : GraphKind::Network;
+}
+
+bool PassesClickFilter(std::uint32_t event, std::uint64_t now, std::uint32_t doubleClickMs,
+                       std::uint64_t& nextClickTick) {
+    if (event != EventSelect && event != EventKeySelect && event != EventDoubleClick) return false;
+    if (now < nextClickTick) return false;
+    nextClickTick = now + doubleClickMs;
+    return true;
+}
+
+GraphToggle DecideToggle(const GraphSettings& settings, bool shown, bool covered) {
+    if (!shown) return GraphToggle::Open;
+    if (settings.pinned) return GraphToggle::Stay;
+    return covered && !settings.topmost ? GraphToggle::Raise : GraphToggle::Hide;
+}
+
+}  // namespace kestrane

@@ -1,0 +1,43 @@
+#pragma once
+// The tray menu as data: which entries it has at this moment, in their order.
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "settings/app_settings.h"
+
+namespace kestrane {
+
+inline constexpr std::uint32_t CommandSettings = 100;
+inline constexpr std::uint32_t CommandAbout = 101;
+inline constexpr std::uint32_t CommandExit = 102;
+inline constexpr std::uint32_t CommandPerformance = 103;
+/// A pin entry's id is this plus its GraphKind: 104 network, 105 CPU, 106 disk.
+inline constexpr std::uint32_t CommandPinFirst = 104;
+inline constexpr std::uint32_t CommandPinLast = CommandPinFirst + GraphCount - 1;
+
+/// Icon resources of the program that the menu shows.
+inline constexpr std::uint32_t ResourcePerformance = 201;
+inline constexpr std::uint32_t ResourceSettings = 202;
+inline constexpr std::uint32_t ResourceAbout = 203;
+inline constexpr std::uint32_t ResourceExit = 204;
+
+/// An entry; a separator has the id 0 and no text.
+struct TrayMenuEntry {
+    std::uint32_t id = 0;
+    std::wstring text;           // translated
+    std::uint32_t resource = 0;  // icon resource, 0 for none
+    bool checked = false;
+
+    bool operator==(const TrayMenuEntry&) const = default;
+};
+
+/// The entry that a double click on the menu would run, shown in bold.
+inline constexpr std::uint32_t DefaultCommand = CommandPerformance;
+
+/// `shown` says by GraphKind which graphs are open: only those can be pinned. The pin entries stand in the order CPU,
+/// disk, network.
+std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown);
+
+}  // namespace kestrane

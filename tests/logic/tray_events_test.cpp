@@ -1,0 +1,98 @@
+#include "app/tray_events.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrane {
+namespace {
+
+TEST(DecodeTrayNotification, TakesBothParametersApart) {
+    const TrayNotification click = DecodeTrayNotification(0x0320'0500, 0x0004'0400);
+    EXPECT_EQ(click.event, EventSelect);
+    EXPECT_EQ(click.iconId, 4U);
+    EXPECT_EQ(click.x, 0x500);
+    EXPECT_EQ(click.y, 0x320);
+    // A taskbar on a monitor left of and above the first: both halves are signed.
+    const TrayNotification left = DecodeTrayNotification(0xFFF6'FF38, 0x0001'007B);
+    EXPECT_EQ(left.x, -200);
+    EXPECT_EQ(left.y, -10);
+    EXPECT_EQ(left.event, EventContextMenu);
+}
+
+TEST(RouteTrayNotification, GoesByEventThenByIcon) {
+    struct Row {
+        std::uint32_t event;
+        std::uint32_t iconId;
+        TrayAction action;
+    };
+    const Row rows[] = {
+        {EventBalloonClick, 1, TrayAction::OpenUpdate},  // whatever the icon
+        {EventBalloonClick, 3, TrayAction::OpenUpdate},
+        {EventContextMenu, 2, TrayAction::ShowMenu},
+        {EventContextMenu, 3, TrayAction::ShowMenu},
+        {EventSelect, 1, TrayAction::ClickGraphIcon},
+        {EventDoubleClick, 2, TrayAction::ClickGraphIcon},
+        {EventKeySelect, 4, TrayAction::ClickGraphIcon},
+        {EventSelect, 3, TrayAction::None},  // memory has no graph
+        {EventKeySelect, 3, TrayAction::None},
+        {EventDoubleClick, 3, TrayAction::OpenTaskManager},
+        {EventSelect, 0, TrayAction::None},  // no icon of ours
+        {0x200, 3, TrayAction::None},        // a mouse move
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(RouteTrayNotification({row.event, row.iconId, 0, 0}), row.action)
+            << std::hex << row.event << " on icon " << row.iconId;
+    }
+}
+
+TEST(GraphOfIcon, FollowsTheIds) {
+    EXPECT_EQ(GraphOfIcon(1), GraphKind::Cpu);
+    EXPECT_EQ(GraphOfIcon(2), GraphKind::Disk);
+    EXPECT_EQ(GraphOfIcon(4), GraphKind::Network);
+}
+
+TEST(PassesClickFilter, LetsTheFirstOfADoubleClickThrough) {
+    std::uint64_t next = 0;
+    EXPECT_TRUE(PassesClickFilter(EventSelect, 1000, 500, next));
+    EXPECT_EQ(next, 1500U);
+    EXPECT_FALSE(PassesClickFilter(EventDoubleClick, 1200, 500, next));
+    EXPECT_FALSE(PassesClickFilter(EventSelect, 1499, 500, next));
+    EXPECT_EQ(next, 1500U);  // a swallowed click does not prolong the wait
+    EXPECT_TRUE(PassesClickFilter(EventSelect, 1500, 500, next));
+    EXPECT_EQ(next, 2000U);
+}
+
+TEST(PassesClickFilter, IgnoresAllOtherEvents) {
+    std::uint64_t next = 0;
+    for (const std::uint32_t event : {0U, 0x200U, 0x201U, 0x202U, 0x402U, EventContextMenu, EventBalloonClick}) {
+        EXPECT_FALSE(PassesClickFilter(event, 1000, 500, next)) << std::hex << event;
+    }
+    EXPECT_EQ(next, 0U);
+}
+
+TEST(DecideToggle, OpensHidesRaisesOrStays) {
+    struct Row {
+        bool shown;
+        bool covered;
+        bool pinned;
+        bool topmost;
+        GraphToggle toggle;
+    };
+    const Row rows[] = {
+        {false, false, false, false, GraphToggle::Open},
+        {false, true, true, true, GraphToggle::Open},  // what is hidden opens, pinned or not
+        {true, false, false, false, GraphToggle::Hide},
+        {true, true, false, false, GraphToggle::Raise},
+        {true, true, false, true, GraphToggle::Hide},  // on top anyway: it cannot really be covered
+        {true, true, true, false, GraphToggle::Stay},
+        {true, false, true, true, GraphToggle::Stay},
+    };
+    for (const Row& row : rows) {
+        GraphSettings settings;
+        settings.pinned = row.pinned;
+        settings.topmost = row.topmost;
+        EXPECT_EQ(DecideToggle(settings, row.shown, row.covered), row.toggle) << "row " << &row - rows;
+    }
+}
+
+}  // namespace
+}  // namespace kestrane

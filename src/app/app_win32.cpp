@@ -22,7 +22,11 @@ App::~App() {
 void App::OnCreate(HWND created) {
     window = created;
     trayIcons = std::make_unique<TrayIconSet>(window);
+    for (const GraphKind kind : GraphKinds) {
+        graphs[IndexOf(kind)] = std::make_unique<GraphWindow>(instance, &settings, this, kind);
+    }
     DetectHardware();
+    BindGraphSources();
     EnsureIconRingSize(*this);
     ApplyIconVisibility();
     trayIcons->AddAll();
@@ -30,6 +34,7 @@ void App::OnCreate(HWND created) {
     OnNetworkTick(*this);
     RefreshAllIcons();
     ApplyTimers();
+    ApplyGraphSettings();
     RegisterGraphHotkey();
     SetTimer(window, PromotionTimer, PromotionDelayMs, nullptr);
 }
@@ -40,6 +45,8 @@ void OnDestroy(HWND window, App* app) {
     if (app != nullptr) {
         app->shuttingDown = true;
         if (app->hotkeyRegistered) UnregisterHotKey(window, GraphHotkeyId);
+        for (auto& graph : app->graphs)
+            graph.reset();
         app->trayIcons.reset();
     }
     PostQuitMessage(0);
@@ -48,12 +55,20 @@ void OnDestroy(HWND window, App* app) {
 void App::OnTaskbarCreated() {
     trayIcons->ReAddAll();
     RefreshAllIcons();
+    RecoverGraphs();
+}
+
+void App::RecoverGraphs() {
+    for (const auto& graph : graphs) {
+        if (graph) graph->RecoverIfOffScreen();
+    }
 }
 
 void App::OnSettingsChanged() {
     if (shuttingDown) return;
     ApplyIconVisibility();
     ApplyTimers();
+    ApplyGraphSettings();
     RefreshAllIcons();
 }
 

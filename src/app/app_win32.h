@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "graph/graph_series.h"
+#include "graph/graph_window_host.h"
+#include "graph/graph_window_win32.h"
 #include "graph/metric_ring.h"
 #include "hardware/disk_facts.h"
 #include "metrics/metric_sample.h"
@@ -27,9 +29,9 @@ inline constexpr UINT GraphHotkeyKey = 'B';
 
 inline constexpr std::uint32_t DefaultIconSize = 16;
 
-struct App {
+struct App final : GraphWindowHost {
     App();
-    ~App();
+    ~App() override;
     App(const App&) = delete;
     App& operator=(const App&) = delete;
 
@@ -37,6 +39,8 @@ struct App {
     void OnCreate(HWND created);
     /// The shell has restarted: all icons are gone and come back with fresh images.
     void OnTaskbarCreated();
+    /// The screen has changed: graphs that no monitor shows any more come back to the taskbar.
+    void RecoverGraphs();
     /// Shows changed settings everywhere. Nothing once the end has begun.
     void OnSettingsChanged();
 
@@ -44,6 +48,18 @@ struct App {
     void ApplyTimers();
     /// Memory has no history: read it and show it.
     void OnMemoryTick();
+
+    /// An event of one of the icons, as the shell sends it.
+    void OnTrayNotify(WPARAM wParam, LPARAM lParam);
+    /// Opens, hides or raises a graph.
+    void ToggleGraph(GraphKind kind);
+    /// Builds the menu of an icon, tracks it at a point of the screen and runs what is chosen. One at a time.
+    void ShowTrayMenu(std::uint32_t iconId, int x, int y);
+
+    void ShowGraphMenu(GraphKind kind, Point screenPoint) override;
+    /// A click on the disk graph switches between speed and activity; the other two have no second view.
+    void GraphClicked(GraphKind kind) override;
+    void GraphStateChanged(GraphKind kind) override;
 
     /// Each rebuilds one icon and its text from what is stored, without sampling.
     void RefreshCpuIcon();
@@ -57,6 +73,9 @@ struct App {
     UINT taskbarCreatedMessage = 0;
     AppSettings settings;
     std::unique_ptr<TrayIconSet> trayIcons;
+    std::array<std::unique_ptr<GraphWindow>, GraphCount> graphs;
+    /// What the graphs read, by GraphKind; only `periodMs` changes after the start.
+    std::array<GraphSeries, GraphCount> graphSources;
     PdhCounters pdhCounters;
     NetSampler netSampler;
     MetricSample sample;
@@ -82,13 +101,26 @@ struct App {
     std::vector<std::uint32_t> fixedDiskNumbers;
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
     MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
+    bool menuOpen = false;
     bool shuttingDown = false;
     bool hotkeyRegistered = false;
     /// Running periods by metric; 0 means not started.
-    std::array<std::uint32_t, 4> timerPeriods{};
+    std::array<std::uint32_t, MetricCount> timerPeriods{};
+    /// By icon position: the tick count before which a further click is ignored.
+    std::array<std::uint64_t, MetricCount> nextClickTick{};
 
   private:
     void ApplyIconVisibility();
+    void ApplyGraphSettings();
+    void ApplyGraph(GraphKind kind);
+    void InvalidateGraph(GraphKind kind);
+    void BindGraphSources();
+    std::array<bool, GraphCount> ShownGraphs() const;
+    void OnIconClick(GraphKind kind, std::uint32_t event);
+    std::uint32_t ChooseFromTrayMenu(int x, int y);
+    void RunCommand(std::uint32_t command);
+    void TogglePin(GraphKind kind);
+    void ShowAbout();
     void DetectHardware();
     void TakeFirstReadings();
     void RegisterGraphHotkey();

@@ -43,10 +43,22 @@ void OnTimer(App& app, WPARAM id) {
 }
 
 /// What needs `App`; false for messages that are left to DefWindowProcW, alone or afterwards.
-bool HandleForApp(App& app, UINT message, WPARAM wParam) {
+bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_TIMER:
             OnTimer(app, wParam);
+            return true;
+        case WM_SETTINGCHANGE:
+        case WM_DISPLAYCHANGE:
+            app.RecoverGraphs();
+            return false;
+        case WM_HOTKEY:
+            if (wParam == GraphHotkeyId && app.settings.show[IconPosition(GraphKind::Network)]) {
+                app.ToggleGraph(GraphKind::Network);
+            }
+            return true;
+        case WM_TRAY_NOTIFY:
+            app.OnTrayNotify(wParam, lParam);
             return true;
         case WM_DPICHANGED:
             // It is sent, so it can arrive while the icons are being taken away.
@@ -83,7 +95,7 @@ LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
         default:
             break;
     }
-    if (app != nullptr && HandleForApp(*app, message, wParam)) return 0;
+    if (app != nullptr && HandleForApp(*app, message, wParam, lParam)) return 0;
     return DefWindowProcW(window, message, wParam, lParam);
 }
 

@@ -26,12 +26,15 @@ void App::ApplyTimers() {
         timerPeriods[position] = period;
         SetTimer(window, id, period, nullptr);
     }
+    for (const GraphKind kind : GraphKinds)
+        graphSources[IndexOf(kind)].periodMs = settings.refresh_ms[IconPosition(kind)];
 }
 
 void App::RefreshCpuIcon() {
     EnsureIconRingSize(*this);
     const std::wstring text = CpuTooltipText(sample);
     trayIcons->Update(IconId(MetricKind::Cpu), RenderCpuIcon(settings, cpuIconRing, iconRingSize), text);
+    InvalidateGraph(GraphKind::Cpu);
 }
 
 void App::RefreshDiskIcon() {
@@ -40,6 +43,7 @@ void App::RefreshDiskIcon() {
     trayIcons->Update(IconId(MetricKind::Disk),
                       RenderDiskIcon(settings, diskReadIconRing, diskWriteIconRing, sample.diskValid, iconRingSize),
                       text);
+    InvalidateGraph(GraphKind::Disk);
 }
 
 void App::RefreshMemoryIcon() {
@@ -56,6 +60,7 @@ void App::RefreshNetworkIcon() {
                                              netSample.upBitsPerSec, DecimalSeparatorChar());
     trayIcons->Update(IconId(MetricKind::Network), RenderNetworkIcon(settings, netDownRing, netUpRing, iconRingSize),
                       text);
+    InvalidateGraph(GraphKind::Network);
 }
 
 void App::RefreshAllIcons() {

@@ -1,0 +1,73 @@
+// The three graph windows as `App` runs them: what each reads, when each is open, and what they ask of their host.
+#include <windows.h>
+
+#include "app/app_win32.h"
+#include "settings/ini_file_win32.h"
+
+namespace kestrane {
+namespace {
+
+/// The id of the icon that a graph belongs to, whose menu it shows.
+std::uint32_t IconIdOf(GraphKind kind) {
+    return static_cast<std::uint32_t>(IconPosition(kind)) + 1;
+}
+
+}  // namespace
+
+void App::BindGraphSources() {
+    GraphSeries& network = graphSources[IndexOf(GraphKind::Network)];
+    network.primary.counterRing = &netDownRing;
+    network.secondary.counterRing = &netUpRing;
+    GraphSeries& cpu = graphSources[IndexOf(GraphKind::Cpu)];
+    cpu.primary.valueRing = &cpuRing;
+    cpu.cores = &coreRings;
+    cpu.coreClasses = &coreClasses;
+    GraphSeries& disk = graphSources[IndexOf(GraphKind::Disk)];
+    disk.primary.valueRing = &diskReadBytesRing;
+    disk.secondary.valueRing = &diskWriteBytesRing;
+    disk.activityRead.valueRing = &diskReadPercentRing;
+    disk.activityWrite.valueRing = &diskWritePercentRing;
+    disk.disks = &diskHistories;
+    for (const GraphKind kind : GraphKinds)
+        graphs[IndexOf(kind)]->BindSource(&graphSources[IndexOf(kind)]);
+}
+
+void App::ApplyGraphSettings() {
+    for (const GraphKind kind : GraphKinds)
+        ApplyGraph(kind);
+}
+
+/// Hiding an icon hides its graph too, but the graph's own setting stays, and it comes back with the icon.
+void App::ApplyGraph(GraphKind kind) {
+    GraphWindow& graph = *graphs[IndexOf(kind)];
+    graph.ApplyStyle();
+    graph.SetShown(GraphSettingsOf(settings, kind).graph && settings.show[IconPosition(kind)]);
+}
+
+void App::InvalidateGraph(GraphKind kind) {
+    if (const auto& graph = graphs[IndexOf(kind)]) graph->Invalidate();
+}
+
+std::array<bool, GraphCount> App::ShownGraphs() const {
+    std::array<bool, GraphCount> shown{};
+    for (const GraphKind kind : GraphKinds)
+        shown[IndexOf(kind)] = graphs[IndexOf(kind)]->IsShown();
+    return shown;
+}
+
+void App::ShowGraphMenu(GraphKind kind, Point screenPoint) {
+    ShowTrayMenu(IconIdOf(kind), screenPoint.x, screenPoint.y);
+}
+
+void App::GraphClicked(GraphKind kind) {
+    if (kind != GraphKind::Disk) return;
+    settings.activity = !settings.activity;
+    SaveDiskActivity(settings);
+    InvalidateGraph(kind);
+}
+
+void App::GraphStateChanged(GraphKind /*kind*/) {
+    SaveGraphWindows(settings);
+}
+
+}  // namespace kestrane

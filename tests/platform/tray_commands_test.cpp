@@ -1,0 +1,468 @@
+// What the user does to the icons and the graphs, through the real window procedure: clicks, the menu and its commands,
+// the shortcut. The shell, the clock, the menu's tracking and the settings file are replaced; the graph windows are
+// real.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_win32.h"
+#include "app/hidden_window_win32.h"
+#include "app/tray_events.h"
+#include "app/tray_menu.h"
+#include "support/call_log.h"
+#include "text/translation.h"
+
+namespace {
+
+using kestrane::test::Calls;
+using kestrane::test::CountCalls;
+using kestrane::test::NoteCall;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+struct MenuItem {
+    UINT id;
+    std::wstring text;
+    UINT state;
+    bool hasImage;
+};
+
+struct World {
+    std::uint64_t clockMs = 100000;
+    UINT doubleClickMs = 500;
+    BOOL menuAnswer = 0;
+    int dropAlignment = 0;
+    std::function<void()> whileMenuIsOpen;
+    std::vector<MenuItem> menu;
+    UINT menuDefault = 0;
+    UINT menuFlags = 0;
+    POINT menuPoint{};
+    int imageSize = 0;
+    bool imagesLoad = true;
+    std::wstring boxText;
+    std::wstring boxCaption;
+    UINT boxType = 0;
+};
+World world;
+
+BOOL WINAPI FakeShell_NotifyIconW(DWORD, PNOTIFYICONDATAW) {
+    return TRUE;
+}
+ULONGLONG WINAPI FakeGetTickCount64() {
+    return world.clockMs;
+}
+UINT WINAPI FakeGetDoubleClickTime() {
+    return world.doubleClickMs;
+}
+
+int WINAPI FakeGetSystemMetrics(int index) {
+    if (index == SM_MENUDROPALIGNMENT) return world.dropAlignment;
+    static const auto real = reinterpret_cast<decltype(&GetSystemMetrics)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "GetSystemMetrics")));
+    return real(index);
+}
+
+BOOL WINAPI FakeSetForegroundWindow(HWND) {
+    NoteCall("SetForegroundWindow");
+    return TRUE;
+}
+
+std::vector<MenuItem> ReadMenu(HMENU menu) {
+    std::vector<MenuItem> items;
+    const int count = GetMenuItemCount(menu);
+    for (int i = 0; i < count; ++i) {
+        wchar_t text[128] = {};
+        MENUITEMINFOW info{};
+        info.cbSize = sizeof info;
+        info.fMask = MIIM_ID | MIIM_STATE | MIIM_STRING | MIIM_BITMAP | MIIM_FTYPE;
+        info.dwTypeData = text;
+        info.cch = 128;
+        GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
+        items.push_back(
+            {info.wID, (info.fType & MFT_SEPARATOR) != 0 ? L"-" : text, info.fState, info.hbmpItem != nullptr});
+    }
+    return items;
+}
+
+BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND, LPTPMPARAMS) {
+    NoteCall("TrackPopupMenu");
+    world.menu = ReadMenu(menu);
+    world.menuDefault = GetMenuDefaultItem(menu, FALSE, 0);
+    world.menuFlags = flags;
+    world.menuPoint = {x, y};
+    if (world.whileMenuIsOpen) world.whileMenuIsOpen();
+    return world.menuAnswer;
+}
+
+// A picture of the asked size, since a test program has none of the program's resources.
+HANDLE WINAPI FakeLoadImageW(HINSTANCE, LPCWSTR name, UINT type, int width, int height, UINT) {
+    EXPECT_EQ(type, UINT{IMAGE_ICON});
+    EXPECT_EQ(width, height);
+    NoteCall("image " + std::to_string(reinterpret_cast<std::uintptr_t>(name)));
+    world.imageSize = width;
+    if (!world.imagesLoad) return nullptr;
+    return CopyImage(LoadIconW(nullptr, IDI_APPLICATION), IMAGE_ICON, width, height, 0);
+}
+
+int WINAPI FakeMessageBoxW(HWND, LPCWSTR text, LPCWSTR caption, UINT type) {
+    world.boxText = text;
+    world.boxCaption = caption;
+    world.boxType = type;
+    return IDOK;
+}
+
+BOOL WINAPI FakeWritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR) {
+    std::string call;
+    for (const wchar_t* part : {section, L" ", key, L"=", value}) {
+        for (const wchar_t* character = part; *character != 0; ++character)
+            call.push_back(static_cast<char>(*character));
+    }
+    NoteCall("write " + call);
+    return TRUE;
+}
+
+void WINAPI FakePostQuitMessage(int) {
+    NoteCall("PostQuitMessage");
+}
+
+}  // namespace
+
+extern "C" {
+decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
+decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
+decltype(&GetDoubleClickTime) __imp_GetDoubleClickTime = &FakeGetDoubleClickTime;
+decltype(&GetSystemMetrics) __imp_GetSystemMetrics = &FakeGetSystemMetrics;
+decltype(&SetForegroundWindow) __imp_SetForegroundWindow = &FakeSetForegroundWindow;
+decltype(&TrackPopupMenuEx) __imp_TrackPopupMenuEx = &FakeTrackPopupMenuEx;
+decltype(&LoadImageW) __imp_LoadImageW = &FakeLoadImageW;
+decltype(&MessageBoxW) __imp_MessageBoxW = &FakeMessageBoxW;
+decltype(&WritePrivateProfileStringW) __imp_WritePrivateProfileStringW = &FakeWritePrivateProfileStringW;
+decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
+}
+
+namespace kestrane {
+namespace {
+
+class TrayCommandsTest : public testing::Test {
+  protected:
+    TrayCommandsTest() {
+        world = World{};
+        SetLanguage(1);
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        app->taskbarCreatedMessage = 0xC0DE;
+    }
+    ~TrayCommandsTest() override {
+        if (IsWindow(app->window)) DestroyWindow(app->window);
+        UnregisterClassW(HiddenWindowClass, app->instance);
+        SetLanguage(0);
+    }
+
+    void Start() {
+        ASSERT_TRUE(CreateHiddenWindow(*app));
+        Calls().clear();
+    }
+
+    void Event(std::uint32_t iconId, std::uint32_t event, int x = 0, int y = 0) {
+        const LRESULT result = SendMessageW(app->window, WM_TRAY_NOTIFY, MAKEWPARAM(x, y), MAKELPARAM(event, iconId));
+        EXPECT_EQ(result, 0);
+    }
+
+    /// Opens the menu and chooses the command.
+    void Choose(std::uint32_t command) {
+        world.menuAnswer = static_cast<BOOL>(command);
+        Event(1, EventContextMenu);
+        world.menuAnswer = 0;
+    }
+
+    GraphWindow& Graph(GraphKind kind) { return *app->graphs[IndexOf(kind)]; }
+
+    std::unique_ptr<App> app;
+};
+
+TEST_F(TrayCommandsTest, ADoubleClickOpensTheGraphOnce) {
+    Start();
+    Event(1, EventSelect);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    world.clockMs += 120;
+    Event(1, EventDoubleClick);
+    Event(1, EventSelect);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_TRUE(app->settings.cpu.graph);
+}
+
+TEST_F(TrayCommandsTest, TwoSlowClicksOpenAndHideIt) {
+    Start();
+    Event(2, EventSelect);
+    EXPECT_TRUE(Graph(GraphKind::Disk).IsShown());
+    EXPECT_THAT(Calls(), Contains("write disk graph=1"));
+    Calls().clear();
+    world.clockMs += 500;
+    Event(2, EventKeySelect);
+    EXPECT_FALSE(Graph(GraphKind::Disk).IsShown());
+    EXPECT_THAT(Calls(), Contains("write disk graph=0"));
+}
+
+TEST_F(TrayCommandsTest, TheFilterIsPerIcon) {
+    Start();
+    Event(1, EventSelect);
+    Event(2, EventSelect);
+    Event(4, EventSelect);
+    for (const GraphKind kind : GraphKinds)
+        EXPECT_TRUE(Graph(kind).IsShown()) << IndexOf(kind);
+}
+
+TEST_F(TrayCommandsTest, OtherEventsAndTheMemoryIconDoNothing) {
+    Start();
+    Event(1, WM_MOUSEMOVE);
+    Event(1, EventBalloonClick);
+    Event(3, EventSelect);
+    Event(3, EventKeySelect);
+    Event(0, EventSelect);
+    for (const GraphKind kind : GraphKinds)
+        EXPECT_FALSE(Graph(kind).IsShown());
+    EXPECT_THAT(Calls(), IsEmpty());
+}
+
+TEST_F(TrayCommandsTest, APinnedGraphStays) {
+    app->settings.cpu.graph = true;
+    app->settings.cpu.pinned = true;
+    Start();
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    Event(1, EventSelect);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_TRUE(app->settings.cpu.graph);
+    EXPECT_THAT(Calls(), IsEmpty());
+}
+
+TEST_F(TrayCommandsTest, AGraphThatWasOpenOpensAgainOnlyWithItsIcon) {
+    app->settings.cpu.graph = true;
+    app->settings.disk.graph = true;
+    app->settings.show[1] = false;
+    Start();
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_FALSE(Graph(GraphKind::Disk).IsShown());
+    app->settings.show[1] = true;
+    app->settings.show[0] = false;
+    app->OnSettingsChanged();
+    EXPECT_TRUE(Graph(GraphKind::Disk).IsShown());
+    EXPECT_FALSE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_TRUE(app->settings.cpu.graph);  // it comes back with the icon
+}
+
+TEST_F(TrayCommandsTest, TheShortcutTogglesTheNetworkGraphWithoutTheFilter) {
+    Start();
+    for (const bool shown : {true, false, true}) {
+        EXPECT_EQ(SendMessageW(app->window, WM_HOTKEY, GraphHotkeyId, 0), 0);
+        EXPECT_EQ(Graph(GraphKind::Network).IsShown(), shown);
+    }
+    SendMessageW(app->window, WM_HOTKEY, 2, 0);  // somebody else's id
+    EXPECT_TRUE(Graph(GraphKind::Network).IsShown());
+}
+
+TEST_F(TrayCommandsTest, TheShortcutDoesNothingWithoutTheIconButTheMenuComes) {
+    app->settings.show[3] = false;
+    Start();
+    SendMessageW(app->window, WM_HOTKEY, GraphHotkeyId, 0);
+    EXPECT_FALSE(Graph(GraphKind::Network).IsShown());
+    EXPECT_FALSE(app->settings.network.graph);
+    Event(1, EventContextMenu);
+    EXPECT_EQ(CountCalls("TrackPopupMenu"), 1);
+}
+
+std::vector<std::wstring> TextsOf(const std::vector<MenuItem>& items) {
+    std::vector<std::wstring> texts;
+    for (const MenuItem& item : items)
+        texts.push_back(item.text);
+    return texts;
+}
+
+TEST_F(TrayCommandsTest, TheMenuStandsWhereTheUserIsWithImagesAndADefault) {
+    app->settings.disk.graph = true;
+    app->settings.disk.pinned = true;
+    app->settings.network.graph = true;
+    Start();
+    Event(3, EventContextMenu, -20, 700);
+    EXPECT_THAT(TextsOf(world.menu), ElementsAre(L"Performance", L"-", L"Pin disk graph", L"Pin network graph", L"-",
+                                                 L"Settings...", L"-", L"About kestrane...", L"Exit"));
+    EXPECT_EQ(world.menu[2].id, 106U);
+    EXPECT_NE(world.menu[2].state & MFS_CHECKED, 0U);
+    EXPECT_EQ(world.menu[3].state & MFS_CHECKED, 0U);
+    for (const std::size_t row : {0U, 5U, 7U, 8U})
+        EXPECT_TRUE(world.menu[row].hasImage) << row;
+    for (const std::size_t row : {2U, 3U})
+        EXPECT_FALSE(world.menu[row].hasImage) << row;
+    EXPECT_EQ(world.menuDefault, 103U);
+    EXPECT_EQ(world.menuFlags, 0x182U);
+    EXPECT_EQ(world.menuPoint.x, -20);
+    EXPECT_EQ(world.menuPoint.y, 700);
+    EXPECT_EQ(world.imageSize, static_cast<int>(app->iconRingSize));
+    EXPECT_THAT(Calls(), ElementsAre("image 201", "image 202", "image 203", "image 204", "SetForegroundWindow",
+                                     "TrackPopupMenu"));
+}
+
+TEST_F(TrayCommandsTest, MenusThatDropLeftAreAlignedRight) {
+    world.dropAlignment = 1;
+    Start();
+    Event(1, EventContextMenu);
+    EXPECT_EQ(world.menuFlags, 0x18AU);
+}
+
+TEST_F(TrayCommandsTest, EntriesWithoutAnImageStillWork) {
+    world.imagesLoad = false;
+    Start();
+    Event(1, EventContextMenu);
+    EXPECT_EQ(world.menu.size(), 6U);
+    for (const MenuItem& item : world.menu)
+        EXPECT_FALSE(item.hasImage);
+}
+
+TEST_F(TrayCommandsTest, ASecondMenuDoesNotOpenOverTheFirstButClicksWork) {
+    Start();
+    world.whileMenuIsOpen = [this] {
+        Event(2, EventContextMenu);
+        Event(1, EventSelect);
+    };
+    Event(1, EventContextMenu);
+    EXPECT_EQ(CountCalls("TrackPopupMenu"), 1);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_FALSE(app->menuOpen);
+    world.whileMenuIsOpen = nullptr;
+    Event(2, EventContextMenu);
+    EXPECT_EQ(CountCalls("TrackPopupMenu"), 2);
+}
+
+TEST_F(TrayCommandsTest, PinningKeepsTheGraphOpenAndIsSaved) {
+    app->settings.cpu.graph = true;
+    Start();
+    Choose(CommandPinFirst + IndexOf(GraphKind::Cpu));
+    EXPECT_TRUE(app->settings.cpu.pinned);
+    EXPECT_TRUE(app->settings.cpu.graph);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+    EXPECT_THAT(Calls(), Contains("write cpu pinned=1"));
+    Choose(CommandPinFirst + IndexOf(GraphKind::Cpu));
+    EXPECT_FALSE(app->settings.cpu.pinned);
+    EXPECT_THAT(Calls(), Contains("write cpu pinned=0"));
+}
+
+TEST_F(TrayCommandsTest, NothingChosenDoesNothing) {
+    Start();
+    for (const std::uint32_t command : {0U, 99U, 107U, 1000U})
+        Choose(command);
+    EXPECT_TRUE(IsWindow(app->window));
+    EXPECT_EQ(world.boxText, L"");
+    for (const std::string& call : Calls())
+        EXPECT_THAT(call, Not(HasSubstr("write")));
+}
+
+TEST_F(TrayCommandsTest, ExitDestroysTheWindow) {
+    Start();
+    Choose(CommandExit);
+    EXPECT_FALSE(IsWindow(app->window));
+    EXPECT_TRUE(app->shuttingDown);
+    EXPECT_EQ(CountCalls("PostQuitMessage"), 1);
+}
+
+TEST_F(TrayCommandsTest, AWindowThatGoesAwayUnderTheMenuRunsNoCommand) {
+    for (const std::uint32_t command : {CommandPinFirst, CommandAbout, CommandExit}) {
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        UnregisterClassW(HiddenWindowClass, app->instance);
+        Start();
+        world.whileMenuIsOpen = [this] { SendMessageW(app->window, WM_CLOSE, 0, 0); };
+        Choose(command);
+        EXPECT_FALSE(IsWindow(app->window));
+        EXPECT_EQ(world.boxText, L"");
+        EXPECT_FALSE(app->settings.network.pinned);
+        EXPECT_EQ(CountCalls("PostQuitMessage"), 1);
+    }
+}
+
+TEST_F(TrayCommandsTest, AboutNamesVersionAndSettingsFile) {
+    Start();
+    Choose(CommandAbout);
+    EXPECT_EQ(world.boxCaption, L"About kestrane");
+    EXPECT_EQ(world.boxType, UINT{MB_ICONINFORMATION});
+    EXPECT_EQ(world.boxText.rfind(L"kestrane 0.1.0\n\nCPU, disk, memory and network monitor for the tray.\n", 0), 0U);
+    EXPECT_NE(world.boxText.find(L"\\kestrane\\kestrane.ini\n"), std::wstring::npos);
+    SetLanguage(0);
+    Choose(CommandAbout);
+    EXPECT_EQ(world.boxCaption, L"Acerca de kestrane");
+    EXPECT_NE(world.boxText.find(L"\n\nAjustes: "), std::wstring::npos);
+}
+
+TEST_F(TrayCommandsTest, ClickingTheDiskGraphSwitchesItsViewAndNoOther) {
+    Start();
+    app->GraphClicked(GraphKind::Cpu);
+    app->GraphClicked(GraphKind::Network);
+    EXPECT_FALSE(app->settings.activity);
+    EXPECT_THAT(Calls(), IsEmpty());
+    app->GraphClicked(GraphKind::Disk);
+    EXPECT_TRUE(app->settings.activity);
+    EXPECT_THAT(Calls(), ElementsAre("write disk activity=1"));
+}
+
+TEST_F(TrayCommandsTest, AGraphsMenuIsThatOfItsIcon) {
+    Start();
+    app->ShowGraphMenu(GraphKind::Network, {12, -34});
+    EXPECT_EQ(CountCalls("TrackPopupMenu"), 1);
+    EXPECT_EQ(world.menuPoint.x, 12);
+    EXPECT_EQ(world.menuPoint.y, -34);
+}
+
+TEST_F(TrayCommandsTest, EveryStateOfAGraphIsSavedInTheirOrder) {
+    Start();
+    app->GraphStateChanged(GraphKind::Disk);
+    EXPECT_EQ(Calls().front(), "write network graph=0");
+    EXPECT_EQ(Calls().back(), "write disk height=0");
+    EXPECT_EQ(Calls().size(), 18U);
+}
+
+TEST_F(TrayCommandsTest, GraphsReadTheRingsOfTheirMetricAtItsPeriod) {
+    app->settings.refresh_ms = {500, 1000, 1500, 3000};
+    Start();
+    const GraphSeries& network = app->graphSources[0];
+    EXPECT_EQ(network.primary.counterRing, &app->netDownRing);
+    EXPECT_EQ(network.secondary.counterRing, &app->netUpRing);
+    EXPECT_EQ(network.periodMs, 3000U);
+    const GraphSeries& cpu = app->graphSources[1];
+    EXPECT_EQ(cpu.primary.valueRing, &app->cpuRing);
+    EXPECT_EQ(cpu.secondary.valueRing, nullptr);
+    EXPECT_EQ(cpu.cores, &app->coreRings);
+    EXPECT_EQ(cpu.coreClasses, &app->coreClasses);
+    EXPECT_EQ(cpu.periodMs, 500U);
+    const GraphSeries& disk = app->graphSources[2];
+    EXPECT_EQ(disk.primary.valueRing, &app->diskReadBytesRing);
+    EXPECT_EQ(disk.secondary.valueRing, &app->diskWriteBytesRing);
+    EXPECT_EQ(disk.activityRead.valueRing, &app->diskReadPercentRing);
+    EXPECT_EQ(disk.activityWrite.valueRing, &app->diskWritePercentRing);
+    EXPECT_EQ(disk.disks, &app->diskHistories);
+    EXPECT_EQ(disk.periodMs, 1000U);
+    app->settings.refresh_ms[1] = 5000;
+    app->ApplyTimers();
+    EXPECT_EQ(disk.periodMs, 5000U);
+}
+
+TEST_F(TrayCommandsTest, TheGraphsGoBeforeTheIcons) {
+    app->settings.cpu.graph = true;
+    Start();
+    DestroyWindow(app->window);
+    for (const auto& graph : app->graphs)
+        EXPECT_FALSE(graph);
+    // What a late message might still ask for is harmless.
+    app->RecoverGraphs();
+    SendMessageW(app->window, WM_DISPLAYCHANGE, 0, 0);
+}
+
+}  // namespace
+}  // namespace kestrane

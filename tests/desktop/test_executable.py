@@ -1,0 +1,156 @@
+"""kestrane.exe as a file: what Windows reads of it before it runs."""
+
+import pathlib
+import re
+import subprocess
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+import pefile
+
+from harness import BUILD, main
+
+# Part of every Windows 10. Nothing else may be asked for: the program comes as one file.
+SYSTEM_DLLS = {
+    "advapi32.dll",
+    "bcrypt.dll",
+    "comctl32.dll",
+    "comdlg32.dll",
+    "dwmapi.dll",
+    "gdi32.dll",
+    "iphlpapi.dll",
+    "kernel32.dll",
+    "msvcrt.dll",
+    "ole32.dll",
+    "pdh.dll",
+    "shell32.dll",
+    "user32.dll",
+    "uxtheme.dll",
+    "winhttp.dll",
+}
+
+HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT = 0x20, 0x40, 0x100
+
+STRINGS = {
+    "FileDescription": "kestrane - monitor de CPU, disco, memoria y red en la bandeja",
+    "FileVersion": "0.1.0.0",
+    "InternalName": "kestrane",
+    "OriginalFilename": "kestrane.exe",
+    "ProductName": "kestrane",
+    "ProductVersion": "0.1.0",
+}
+
+ICON_EDGES = [16, 20, 24, 32, 48, 64, 256]
+
+
+class Executable(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.path = BUILD / "kestrane.exe"
+        cls.image = pefile.PE(str(cls.path))
+        cls.addClassCleanup(cls.image.close)
+
+    def resources(self, kind):
+        """Id, language and bytes of all resources of a type."""
+        found = []
+        for entry in self.image.DIRECTORY_ENTRY_RESOURCE.entries:
+            if entry.id != pefile.RESOURCE_TYPE[kind]:
+                continue
+            for item in entry.directory.entries:
+                for version in item.directory.entries:
+                    place = version.data.struct
+                    found.append((item.id, version.id, self.image.get_data(place.OffsetToData, place.Size)))
+        return found
+
+    def test_is_a_64_bit_gui_program(self):
+        self.assertEqual(self.image.FILE_HEADER.Machine, pefile.MACHINE_TYPE["IMAGE_FILE_MACHINE_AMD64"])
+        self.assertEqual(self.image.OPTIONAL_HEADER.Subsystem, pefile.SUBSYSTEM_TYPE["IMAGE_SUBSYSTEM_WINDOWS_GUI"])
+
+    def test_lets_the_system_place_and_protect_it(self):
+        for flag in (HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT):
+            self.assertTrue(self.image.OPTIONAL_HEADER.DllCharacteristics & flag, hex(flag))
+        # Without relocations nothing can be placed anywhere else, whatever the flags say.
+        self.assertGreater(len(self.image.DIRECTORY_ENTRY_BASERELOC), 0)
+
+    def test_needs_nothing_but_the_system(self):
+        imported = {entry.dll.decode().lower() for entry in self.image.DIRECTORY_ENTRY_IMPORT}
+        self.assertEqual(imported - SYSTEM_DLLS, set())
+
+    def test_calls_only_the_wide_half_of_each_pair(self):
+        narrow = set()
+        for entry in self.image.DIRECTORY_ENTRY_IMPORT:
+            if entry.dll.lower() not in (b"kernel32.dll", b"msvcrt.dll"):  # the C++ runtime calls these two as it likes
+                narrow |= {item.name for item in entry.imports if re.search(rb"[a-z]A$", item.name)}
+        self.assertEqual(narrow, set())
+
+    def test_manifest(self):
+        [(number, _, text)] = self.resources("RT_MANIFEST")
+        self.assertEqual(number, 1)
+        root = ElementTree.fromstring(text)
+        v1, v3 = "{urn:schemas-microsoft-com:asm.v1}", "{urn:schemas-microsoft-com:asm.v3}"
+        self.assertEqual(root.tag, v1 + "assembly")
+        self.assertEqual(root.get("manifestVersion"), "1.0")
+
+        identity = root.find(v1 + "assemblyIdentity")
+        self.assertEqual((identity.get("name"), identity.get("version")), ("kestrane", "0.1.0.0"))
+        needed = root.find(f"{v1}dependency/{v1}dependentAssembly/{v1}assemblyIdentity")
+        self.assertEqual(needed.get("name"), "Microsoft.Windows.Common-Controls")
+        self.assertEqual(needed.get("version"), "6.0.0.0")
+        self.assertEqual(needed.get("publicKeyToken"), "6595b64144ccf1df")
+
+        level = root.find(f"{v3}trustInfo/{v3}security/{v3}requestedPrivileges/{v3}requestedExecutionLevel")
+        self.assertEqual((level.get("level"), level.get("uiAccess")), ("asInvoker", "false"))
+
+        settings = root.find(f"{v3}application/{v3}windowsSettings")
+        smi = "{http://schemas.microsoft.com/SMI/%s/WindowsSettings}"
+        self.assertEqual(settings.findtext(smi % 2016 + "dpiAwareness"), "PerMonitorV2")
+        self.assertEqual(settings.findtext(smi % 2019 + "activeCodePage"), "UTF-8")
+
+        compatible = "{urn:schemas-microsoft-com:compatibility.v1}"
+        systems = root.findall(f"{compatible}compatibility/{compatible}application/{compatible}supportedOS")
+        self.assertEqual([system.get("Id") for system in systems], ["{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"])
+
+    def test_version_block(self):
+        [(number, language, _)] = self.resources("RT_VERSION")
+        self.assertEqual((number, language), (1, 0x040A))
+        strings, variables = None, None
+        for block in self.image.FileInfo[0]:
+            if block.Key == b"StringFileInfo":
+                [strings] = block.StringTable
+            else:
+                [variables] = block.Var
+        self.assertEqual(strings.LangID, b"040A04B0")
+        self.assertEqual({key.decode(): value.decode() for key, value in strings.entries.items()}, STRINGS)
+        self.assertEqual(variables.entry, {b"Translation": "0x040a 0x04b0"})
+
+        [fixed] = self.image.VS_FIXEDFILEINFO
+        self.assertEqual((fixed.FileVersionMS, fixed.FileVersionLS), (0x00000001, 0x00000000))
+        self.assertEqual((fixed.ProductVersionMS, fixed.ProductVersionLS), (0x00000001, 0x00000000))
+
+    def test_icon_of_the_program_has_every_size(self):
+        groups = {number: data for number, _, data in self.resources("RT_GROUP_ICON")}
+        self.assertEqual(min(groups), 1)  # the lowest id is the icon of the file
+        count = int.from_bytes(groups[1][4:6], "little")
+        entries = [groups[1][6 + 14 * i : 20 + 14 * i] for i in range(count)]
+        self.assertEqual(sorted(entry[0] or 256 for entry in entries), ICON_EDGES)
+        images = {number: data for number, _, data in self.resources("RT_ICON")}
+        for entry in entries:
+            size, number = int.from_bytes(entry[8:12], "little"), int.from_bytes(entry[12:14], "little")
+            self.assertEqual(len(images[number]), size)
+
+    def test_a_second_link_of_the_same_tree_is_equal_byte_for_byte(self):
+        commands = subprocess.run(
+            ["ninja", "-C", BUILD, "-t", "commands", "kestrane.exe"], check=True, capture_output=True, text=True
+        )
+        link = commands.stdout.splitlines()[-1]
+        with tempfile.TemporaryDirectory() as folder:
+            again = pathlib.Path(folder, "kestrane.exe")
+            link = link.replace("-o kestrane.exe", f"-o {again}")
+            link = re.sub(r"(-Map=|--out-implib,)[^\s,]+", rf"\1{folder}/other", link)
+            subprocess.run(link, shell=True, cwd=BUILD, check=True)
+            self.assertEqual(again.read_bytes(), self.path.read_bytes())
+
+
+if __name__ == "__main__":
+    main()

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "graph/geometry.h"
+#include "text/number_text.h"
 
 namespace kestrane {
 namespace {
@@ -91,7 +92,7 @@ std::vector<std::int32_t> EdgePositions(std::int32_t length, std::int32_t parts,
     const std::int64_t gaps = (std::int64_t{parts} - 1) * gap;
     for (std::int32_t i = 1; i <= parts; ++i) {
         const double size = static_cast<double>(std::max<std::int64_t>(length - gaps, 0)) / parts;
-        edges.push_back(AddSaturated(std::int64_t{i} * gap, std::llround(i * size)));
+        edges.push_back(AddSaturated(std::int64_t{i} * gap, static_cast<std::int64_t>(RoundHalfAway(i * size))));
     }
     return edges;
 }

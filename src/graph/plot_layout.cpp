@@ -1,10 +1,10 @@
 #include "graph/plot_layout.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "metrics/value_text.h"
+#include "text/number_text.h"
 
 namespace kestrane {
 namespace {
@@ -39,7 +39,7 @@ std::int32_t PlotColumns(const PlotLayout& layout) {
 
 std::int32_t ValueToHeight(double value, double maximum, std::int32_t height) {
     if (!(value > 0) || !(maximum > 0) || height < 1) return 0;
-    const double scaled = std::round(height * value / maximum);
+    const double scaled = RoundHalfAway(height * value / maximum);
     return scaled < height ? static_cast<std::int32_t>(scaled) : height;
 }
 

@@ -79,6 +79,7 @@ TEST(EdgePositions, RoundsEachPositionByItself) {
     };
     for (const Row& row : rows)
         EXPECT_EQ(EdgePositions(row.length, row.parts, row.gap), row.edges) << row.reason;
+    EXPECT_EQ(EdgePositions(1, 98, 0).at(49), 0) << "49 / 98 as doubles is just below a half";
 }
 
 TEST(ComputeCoreGrid, LaysCellsRowByRow) {

@@ -59,6 +59,7 @@ TEST(ValueToHeight, RoundsAndStaysWithinTheHeight) {
         {"the maximum itself", 100, 100, 80, 80},
         {"too little for a pixel", 0.6, 100, 80, 0},
         {"just enough for a pixel", 0.625, 100, 80, 1},
+        {"the last number below a half", 0.49999999999999994, 1, 1, 0},
         {"no maximum", 5, 0, 80, 0},
         {"a negative maximum", 5, -100, 80, 0},
         {"no height", 5, 100, 0, 0},

@@ -16,6 +16,9 @@ make_pristine_prefix() {
         rm -rf "$pristine_prefix.new"
         # Nothing that outlives this function may hold the lock.
         WINEPREFIX=$pristine_prefix.new wineboot --init >/dev/null 2>&1 {lock}>&-
+        # No window manager runs on these screens; Wine would wait two seconds for one whenever a window is hidden.
+        WINEPREFIX=$pristine_prefix.new wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f \
+            >/dev/null 2>&1 {lock}>&-
         WINEPREFIX=$pristine_prefix.new wineserver --wait {lock}>&-
         # "Documents" and its like are links into the home folder. What runs here stays here.
         find "$pristine_prefix.new/drive_c/users" -type l -exec rm {} \; -exec mkdir {} \;

@@ -1,0 +1,124 @@
+// How a graph window comes into being, how it looks to the window manager, and where it stands.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <algorithm>
+
+#include "base/debug_log_win32.h"
+#include "graph/geometry_win32.h"
+#include "graph/graph_window_win32.h"
+#include "graph/placement.h"
+#include "text/translation.h"
+
+namespace kestrane {
+namespace {
+
+constexpr wchar_t ClassName[] = L"kestrane.graph";
+
+constexpr UINT MoveOnly = SWP_NOZORDER | SWP_NOACTIVATE;
+
+/// Where the taskbar is: its side of the screen and its middle. Without an answer, at the bottom of the first monitor.
+struct TaskbarPlace {
+    std::uint32_t edge = TaskbarBottom;
+    Point center;
+};
+
+TaskbarPlace ReadTaskbarPlace() {
+    APPBARDATA data = {};
+    data.cbSize = sizeof data;
+    if (SHAppBarMessage(ABM_GETTASKBARPOS, &data) == 0) return {};
+    return {std::min<std::uint32_t>(data.uEdge, TaskbarBottom), RectCenter(FromPlatform(data.rc))};
+}
+
+Rect WorkAreaAt(const Point& point) {
+    MONITORINFO info = {};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(MonitorFromPoint({point.x, point.y}, MONITOR_DEFAULTTOPRIMARY), &info);
+    return FromPlatform(info.rcWork);
+}
+
+}  // namespace
+
+bool GraphWindow::RegisterWindowClass() const {
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    if (GetClassInfoExW(instance_, ClassName, &windowClass)) return true;
+    windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = WindowProc;
+    windowClass.hInstance = instance_;
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = ClassName;
+    return RegisterClassExW(&windowClass) != 0;
+}
+
+const wchar_t* GraphWindow::Title() const {
+    if (kind_ == GraphKind::Cpu) return L"kestrane - CPU";
+    return kind_ == GraphKind::Disk ? Tr(L"kestrane - disco") : Tr(L"kestrane - red");
+}
+
+void GraphWindow::Create() {
+    if (!RegisterWindowClass()) {
+        LogDebug(L"kestrane: no se pudo registrar la clase de la grafica\n");
+        return;
+    }
+    // WM_NCCREATE sets hwnd_, before any other message can arrive.
+    const HWND created = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TOOLWINDOW, ClassName, Title(),
+                                         WS_POPUP | WS_THICKFRAME, 0, 0, GraphDefaultWidth, GraphDefaultHeight, nullptr,
+                                         nullptr, instance_, this);
+    if (created == nullptr) {
+        LogDebug(L"kestrane: no se pudo crear la ventana de la grafica\n");
+        return;
+    }
+    const GraphSettings& stored = Settings();
+    if (stored.width >= 1) {
+        SetWindowPos(hwnd_, nullptr, stored.x, stored.y, stored.width, stored.height, MoveOnly);
+        EnsureOnScreen();
+    } else {
+        PlaceAtTaskbar();
+    }
+    ApplyStyle();
+}
+
+void GraphWindow::ApplyStyle() {
+    if (hwnd_ == nullptr) return;
+    const GraphSettings& settings = Settings();
+    const std::int32_t opacity = std::clamp(settings.opacity, 10, 100);
+    SetLayeredWindowAttributes(hwnd_, 0, static_cast<BYTE>(opacity * 255 / 100), LWA_ALPHA);
+
+    const LONG_PTR style = GetWindowLongPtrW(hwnd_, GWL_EXSTYLE);
+    constexpr LONG_PTR clickThrough = WS_EX_TRANSPARENT;
+    SetWindowLongPtrW(hwnd_, GWL_EXSTYLE, settings.pinned ? style | clickThrough : style & ~clickThrough);
+    SetWindowPos(hwnd_, settings.pinned || settings.topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    if (settings.pinned) hover_.active = false;
+    Invalidate();
+}
+
+void GraphWindow::PlaceAtTaskbar() {
+    const TaskbarPlace taskbar = ReadTaskbarPlace();
+    const Rect place = StackedGraphRect(taskbar.edge, WorkAreaAt(taskbar.center), Scaled(GraphDefaultWidth),
+                                        Scaled(GraphDefaultHeight), kind_);
+    SetWindowPos(hwnd_, nullptr, place.left, place.top, RectWidth(place), RectHeight(place), MoveOnly);
+}
+
+bool GraphWindow::EnsureOnScreen() {
+    const RECT rect = ToPlatform(WindowRect());
+    if (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) != nullptr) return false;
+    PlaceAtTaskbar();
+    StoreRect();
+    return true;
+}
+
+void GraphWindow::StoreRect() {
+    RECT rect = {};
+    if (!GetWindowRect(hwnd_, &rect)) return;
+    GraphSettings& settings = Settings();
+    settings.x = rect.left;
+    settings.y = rect.top;
+    settings.width = RectWidth(FromPlatform(rect));
+    settings.height = RectHeight(FromPlatform(rect));
+}
+
+}  // namespace kestrane

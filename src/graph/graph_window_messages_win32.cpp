@@ -1,0 +1,174 @@
+// The window procedure of a graph: one line a message.
+#include <windows.h>
+
+#include <utility>
+
+#include "graph/geometry_win32.h"
+#include "graph/graph_painter_win32.h"
+#include "graph/graph_window_win32.h"
+#include "graph/placement.h"
+#include "graph/snapping.h"
+
+namespace kestrane {
+namespace {
+
+constexpr std::int32_t BorderWidth = 5;  // at 96 DPI
+constexpr LONG MinPaintSize = 3;
+
+GraphWindow* WindowOf(HWND window) {
+    return reinterpret_cast<GraphWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+}
+
+}  // namespace
+
+LRESULT CALLBACK GraphWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        auto* graph = static_cast<GraphWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(graph));
+        graph->hwnd_ = window;
+    }
+    GraphWindow* graph = WindowOf(window);
+    return graph != nullptr ? graph->OnMessage(message, wParam, lParam)
+                            : DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND window = hwnd_;
+    switch (message) {
+        case WM_SIZE:
+            InvalidateRect(window, nullptr, FALSE);
+            return 0;
+        case WM_PAINT:
+            OnPaint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_MOUSEACTIVATE:
+            return MA_NOACTIVATE;
+        case WM_GETMINMAXINFO:
+            OnGetMinMaxInfo(*reinterpret_cast<MINMAXINFO*>(lParam));
+            return 0;
+        case WM_NCCALCSIZE:
+            // No frame at all: the client area is the whole window.
+            if (wParam != 0) return 0;
+            break;
+        case WM_NCHITTEST:
+            return OnHitTest(PointFromMessage(lParam));
+        case WM_NCMOUSEMOVE:
+            OnMouseMove(wParam, PointFromMessage(lParam));
+            break;
+        case WM_NCMOUSELEAVE:
+            trackingMouse_ = false;
+            SetHover(false);
+            return 0;
+        case WM_NCLBUTTONDOWN:
+            if (wParam != HTCAPTION) break;
+            OnCaptionPress(wParam, lParam);
+            return 0;
+        case WM_NCRBUTTONUP:
+            ShowMenu(PointFromMessage(lParam));
+            return 0;
+        case WM_CONTEXTMENU:
+            OnContextMenu(lParam);
+            return 0;
+        case WM_ENTERSIZEMOVE:
+            OnEnterSizeMove();
+            break;
+        case WM_MOVING:
+            clickPending_ = false;
+            AdjustDragRect(*reinterpret_cast<RECT*>(lParam), 0, true);
+            return 1;
+        case WM_SIZING:
+            AdjustDragRect(*reinterpret_cast<RECT*>(lParam), ResizeEdgesFromSizing(wParam), false);
+            return 1;
+        case WM_EXITSIZEMOVE:
+            OnExitSizeMove();
+            return 0;
+        case WM_DPICHANGED:
+            OnDpiChanged(*reinterpret_cast<const RECT*>(lParam));
+            return 0;
+        case WM_NCDESTROY:
+            SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+            hwnd_ = nullptr;
+            break;
+        default:
+            break;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void GraphWindow::OnPaint() {
+    static const GraphSeries emptySeries;
+    PAINTSTRUCT paint = {};
+    HDC dc = BeginPaint(hwnd_, &paint);
+    RECT client = {};
+    GetClientRect(hwnd_, &client);
+    if (client.right >= MinPaintSize && client.bottom >= MinPaintSize) {
+        PaintGraph(dc, client.right, client.bottom, kind_, *settings_, source_ != nullptr ? *source_ : emptySeries,
+                   GetDpiForWindow(hwnd_), hover_);
+    }
+    EndPaint(hwnd_, &paint);
+}
+
+void GraphWindow::OnGetMinMaxInfo(MINMAXINFO& info) const {
+    info.ptMinTrackSize = {Scaled(GraphMinWidth), Scaled(GraphMinHeight)};
+}
+
+LRESULT GraphWindow::OnHitTest(const Point& screenPoint) const {
+    if (Settings().pinned) return HTCLIENT;
+    return HitTestGraph(WindowRect(), screenPoint, Scaled(BorderWidth));
+}
+
+void GraphWindow::OnMouseMove(WPARAM hitTest, const Point& screenPoint) {
+    if (!trackingMouse_) {
+        TRACKMOUSEEVENT request = {sizeof request, TME_LEAVE | TME_NONCLIENT, hwnd_, 0};
+        trackingMouse_ = TrackMouseEvent(&request) != FALSE;
+    }
+    SetHover(hitTest == HTCAPTION, screenPoint);
+}
+
+void GraphWindow::OnCaptionPress(WPARAM wParam, LPARAM lParam) {
+    const HWND window = hwnd_;
+    clickPending_ = true;
+    // This is the system's move loop: it returns when the button is released, and the program may have ended in it.
+    DefWindowProcW(window, WM_NCLBUTTONDOWN, wParam, lParam);
+    if (WindowOf(window) != this) return;
+    const bool clicked = std::exchange(clickPending_, false);
+    if (clicked && !Settings().pinned) host_->GraphClicked(kind_);
+}
+
+void GraphWindow::OnContextMenu(LPARAM lParam) {
+    Point point = PointFromMessage(lParam);
+    if (LOWORD(lParam) == 0xFFFF && HIWORD(lParam) == 0xFFFF) {  // the menu key
+        POINT cursor = {};
+        GetCursorPos(&cursor);
+        point = FromPlatform(cursor);
+    }
+    ShowMenu(point);
+}
+
+/// The menu can end the program, and this window with it: nothing may follow.
+void GraphWindow::ShowMenu(const Point& screenPoint) {
+    SetHover(false);
+    host_->ShowGraphMenu(kind_, screenPoint);
+}
+
+void GraphWindow::OnDpiChanged(const RECT& suggested) {
+    const Rect rect = FromPlatform(suggested);
+    SetWindowPos(hwnd_, nullptr, rect.left, rect.top, RectWidth(rect), RectHeight(rect), SWP_NOZORDER | SWP_NOACTIVATE);
+    Invalidate();
+}
+
+void GraphWindow::SetHover(bool inside, const Point& screenPoint) {
+    HoverState state;
+    if (inside && !Settings().pinned && !inSizeMove_) {
+        POINT point = {screenPoint.x, screenPoint.y};
+        ScreenToClient(hwnd_, &point);
+        state = {true, point.x, point.y};
+    }
+    if (state == hover_) return;
+    hover_ = state;
+    InvalidateRect(hwnd_, nullptr, FALSE);
+}
+
+}  // namespace kestrane

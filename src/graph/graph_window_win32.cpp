@@ -1,0 +1,90 @@
+// The life of a graph window, and what the program asks of it.
+#include "graph/graph_window_win32.h"
+
+#include <algorithm>
+
+#include "graph/geometry_win32.h"
+#include "graph/placement.h"
+
+namespace kestrane {
+
+GraphWindow::GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowHost* host, GraphKind kind)
+    : instance_(instance), settings_(settings), host_(host), kind_(kind) {
+    allGraphWindows.push_back(this);
+    if (foregroundHook != nullptr) return;
+    // Windows of this process are skipped, so that a dialog or a sister does not count as covering a graph.
+    foregroundHook = SetWinEventHook(EVENT_SYSTEM_FOREGROUND, EVENT_SYSTEM_FOREGROUND, nullptr, OnForegroundEvent, 0, 0,
+                                     WINEVENT_OUTOFCONTEXT | WINEVENT_SKIPOWNPROCESS);
+}
+
+GraphWindow::~GraphWindow() {
+    std::erase(allGraphWindows, this);
+    if (allGraphWindows.empty() && foregroundHook != nullptr) {
+        UnhookWinEvent(foregroundHook);
+        foregroundHook = nullptr;
+    }
+    if (hwnd_ != nullptr) DestroyWindow(hwnd_);
+}
+
+void GraphWindow::BindSource(const GraphSeries* source) {
+    source_ = source;
+    Invalidate();
+}
+
+void GraphWindow::SetShown(bool shown) {
+    if (shown && hwnd_ == nullptr) Create();
+    if (hwnd_ == nullptr) return;
+    if (!shown) {
+        hover_.active = false;
+        ShowWindow(hwnd_, SW_HIDE);
+        return;
+    }
+    if (!IsShown()) {
+        ShowWindow(hwnd_, SW_SHOWNOACTIVATE);
+        Raise();
+    }
+    Invalidate();
+}
+
+bool GraphWindow::IsShown() const {
+    return hwnd_ != nullptr && IsWindowVisible(hwnd_) != FALSE;
+}
+
+void GraphWindow::Invalidate() {
+    if (IsShown()) InvalidateRect(hwnd_, nullptr, FALSE);
+}
+
+void GraphWindow::Raise() {
+    constexpr UINT flags = SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE;
+    SetWindowPos(hwnd_, HWND_TOPMOST, 0, 0, 0, 0, flags);
+    if (!Settings().pinned && !Settings().topmost) SetWindowPos(hwnd_, HWND_NOTOPMOST, 0, 0, 0, 0, flags);
+    covered_ = false;
+}
+
+void GraphWindow::RecoverIfOffScreen() {
+    if (hwnd_ != nullptr && EnsureOnScreen()) host_->GraphStateChanged(kind_);
+}
+
+void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG, DWORD, DWORD) {
+    RECT rect = {};
+    if (object != OBJID_WINDOW || window == nullptr) return;
+    if (!IsWindowVisible(window) || IsIconic(window) || !GetWindowRect(window, &rect)) return;
+    for (GraphWindow* graph : allGraphWindows) {
+        if (!graph->IsShown()) continue;
+        const RECT own = ToPlatform(graph->WindowRect());
+        RECT common = {};
+        if (IntersectRect(&common, &own, &rect)) graph->covered_ = true;
+    }
+}
+
+std::int32_t GraphWindow::Scaled(std::int32_t value) const {
+    return ScaleForDpi(value, hwnd_ != nullptr ? GetDpiForWindow(hwnd_) : GetDpiForSystem());
+}
+
+Rect GraphWindow::WindowRect() const {
+    RECT rect = {};
+    GetWindowRect(hwnd_, &rect);
+    return FromPlatform(rect);
+}
+
+}  // namespace kestrane

@@ -1,0 +1,106 @@
+#pragma once
+// A small borderless window that shows one graph. It never takes the focus, is dragged by any point of its surface,
+// snaps to the work area and to its sisters, and remembers its place in the settings.
+//
+// Unpinned, the mouse reads it, drags it and resizes it. Pinned, it is an overlay on top of everything that the mouse
+// goes through, so it can be neither moved nor read. Nothing hides a graph by itself.
+//
+// To the system the whole surface is non-client area (a caption with sizing borders), which is why its mouse messages
+// are the WM_NC ones, and why the system's own loop moves and sizes it. All of it belongs to the user-interface thread.
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "graph/geometry.h"
+#include "graph/graph_series.h"
+#include "graph/graph_window_host.h"
+#include "graph/hover.h"
+#include "settings/app_settings.h"
+
+namespace kestrane {
+
+/// Sizes of a graph window at 96 DPI: the one it begins with, and the least it can be dragged to.
+inline constexpr std::int32_t GraphDefaultWidth = 490;
+inline constexpr std::int32_t GraphDefaultHeight = 150;
+inline constexpr std::int32_t GraphMinWidth = 200;
+inline constexpr std::int32_t GraphMinHeight = 80;
+
+class GraphWindow {
+  public:
+    /// The system window comes into being when the graph is first shown. `settings` and `host` outlive the object.
+    GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowHost* host, GraphKind kind);
+    GraphWindow(const GraphWindow&) = delete;
+    GraphWindow& operator=(const GraphWindow&) = delete;
+    ~GraphWindow();
+
+    /// What to paint from now on; null paints an empty graph.
+    void BindSource(const GraphSeries* source);
+    /// Takes opacity, pinned and topmost from the settings. Nothing before the system window exists.
+    void ApplyStyle();
+    /// If the system window cannot be made, the graph stays closed and the next call tries again.
+    void SetShown(bool shown);
+    bool IsShown() const;
+    /// Repaints soon, if shown.
+    void Invalidate();
+    /// Above all other windows, without the focus; it stays topmost only if the settings say so.
+    void Raise();
+    /// Another program's window has come to the foreground over this one since it was last raised.
+    bool IsCovered() const { return covered_; }
+    /// Back to the taskbar, and saved, if no monitor shows any part of it.
+    void RecoverIfOffScreen();
+
+  private:
+    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
+                                           DWORD thread, DWORD time);
+
+    // Coming into being, and the place on the screen.
+    bool RegisterWindowClass() const;
+    const wchar_t* Title() const;
+    void Create();
+    void PlaceAtTaskbar();
+    bool EnsureOnScreen();
+    void StoreRect();
+
+    // Messages.
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    void OnPaint();
+    void OnGetMinMaxInfo(MINMAXINFO& info) const;
+    LRESULT OnHitTest(const Point& screenPoint) const;
+    void OnMouseMove(WPARAM hitTest, const Point& screenPoint);
+    void OnCaptionPress(WPARAM wParam, LPARAM lParam);
+    void OnContextMenu(LPARAM lParam);
+    void ShowMenu(const Point& screenPoint);
+    void OnDpiChanged(const RECT& suggested);
+    void SetHover(bool inside, const Point& screenPoint = {});
+
+    // Dragging.
+    void OnEnterSizeMove();
+    void OnExitSizeMove();
+    void AdjustDragRect(RECT& rect, std::uint32_t edges, bool isMove) const;
+    std::vector<Rect> OtherShownRects() const;
+
+    GraphSettings& Settings() const { return GraphSettingsOf(*settings_, kind_); }
+    std::int32_t Scaled(std::int32_t value) const;
+    Rect WindowRect() const;
+
+    HINSTANCE instance_;
+    AppSettings* settings_;
+    GraphWindowHost* host_;
+    GraphKind kind_;
+    HWND hwnd_ = nullptr;
+    const GraphSeries* source_ = nullptr;
+    bool covered_ = false;
+    bool inSizeMove_ = false;  // a move or resize loop of the system is running
+    POINT dragStartCursor_ = {};
+    Rect dragStartRect_;
+    bool clickPending_ = false;  // a press on the surface has not turned into a move
+    HoverState hover_;
+    bool trackingMouse_ = false;  // a leave notification has been requested
+
+    static inline std::vector<GraphWindow*> allGraphWindows;
+    static inline HWINEVENTHOOK foregroundHook = nullptr;
+};
+
+}  // namespace kestrane

@@ -1,0 +1,311 @@
+#pragma once
+// The calls by which a graph window lives: passed on to the system, noted, and answered otherwise where a test asks for
+// it. The painting itself is replaced by a note of what was to be painted. To be included by one file of a program.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "graph/geometry_win32.h"
+#include "graph/graph_painter_win32.h"
+#include "graph/graph_window_win32.h"
+#include "support/geometry_print.h"
+
+namespace kestrane {
+
+struct CreateCall {
+    DWORD exStyle, style;
+    std::wstring className, title;
+    Rect rect;  // as x, y, width, height
+    HWND parent;
+    HMENU menu;
+    HINSTANCE instance;
+};
+
+struct PosCall {
+    HWND window, after;
+    Rect rect;  // as x, y, width, height
+    UINT flags;
+};
+
+struct PaintCall {
+    std::int32_t width, height;
+    GraphKind kind;
+    const AppSettings* settings;
+    std::uint32_t periodMs;  // of the series
+    std::uint32_t dpi;
+    HoverState hover;
+};
+
+/// What the fake calls saw and what they shall do.
+struct World {
+    bool classUnknown = false;  // GetClassInfoExW knows no class
+    bool refuseClass = false;
+    bool refuseWindow = false;
+    UINT dpi = 96;
+    std::optional<APPBARDATA> taskbar;   // none: the shell gives no answer
+    Rect workArea = {0, 0, 1920, 1040};  // of every monitor
+    bool offScreen = false;              // no monitor shows the window
+    std::optional<POINT> cursor;         // none: the machine's
+    bool altDown = false;
+    bool refuseTracking = false;
+    std::function<void()> moveLoop;  // runs while a press on the surface lasts
+    std::vector<std::wstring> debugTexts;
+    std::vector<WNDCLASSEXW> classes;
+    std::vector<CreateCall> creations;
+    std::vector<HWND> windows;
+    std::vector<PosCall> positions;
+    std::vector<int> showCommands;
+    std::vector<BYTE> alphas;
+    std::vector<PaintCall> paints;
+    std::vector<POINT> monitorPoints;  // asked of MonitorFromPoint
+    std::vector<DWORD> trackingFlags;
+    int invalidations = 0;
+    int hooks = 0, unhooks = 0;
+    WINEVENTPROC hookProc = nullptr;
+};
+inline World world;
+
+template <typename Function>
+Function Real(const wchar_t* library, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(library), name)));
+}
+#define REAL(name) Real<decltype(&(name))>(L"user32.dll", #name)
+
+inline void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
+    world.debugTexts.emplace_back(text);
+}
+
+inline BOOL WINAPI FakeGetClassInfoExW(HINSTANCE instance, LPCWSTR name, LPWNDCLASSEXW info) {
+    static const auto real = REAL(GetClassInfoExW);
+    return world.classUnknown ? FALSE : real(instance, name, info);
+}
+
+inline ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* info) {
+    static const auto real = REAL(RegisterClassExW);
+    world.classes.push_back(*info);
+    if (world.refuseClass) return 0;
+    // The class lasts as long as the process; a later test that registers it anew finds it there.
+    const ATOM atom = real(info);
+    return atom != 0 || !world.classUnknown ? atom : ATOM{1};
+}
+
+inline HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR title, DWORD style, int x, int y,
+                                       int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
+                                       LPVOID parameter) {
+    static const auto real = REAL(CreateWindowExW);
+    world.creations.push_back({exStyle, style, className, title, {x, y, width, height}, parent, menu, instance});
+    if (world.refuseWindow) return nullptr;
+    const HWND window = real(exStyle, className, title, style, x, y, width, height, parent, menu, instance, parameter);
+    world.windows.push_back(window);
+    return window;
+}
+
+inline BOOL WINAPI FakeSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+    static const auto real = REAL(SetWindowPos);
+    world.positions.push_back({window, after, {x, y, width, height}, flags});
+    return real(window, after, x, y, width, height, flags);
+}
+
+inline BOOL WINAPI FakeShowWindow(HWND window, int command) {
+    static const auto real = REAL(ShowWindow);
+    world.showCommands.push_back(command);
+    return real(window, command);
+}
+
+inline BOOL WINAPI FakeSetLayeredWindowAttributes(HWND window, COLORREF key, BYTE alpha, DWORD flags) {
+    static const auto real = REAL(SetLayeredWindowAttributes);
+    EXPECT_EQ(key, 0U);
+    EXPECT_EQ(flags, static_cast<DWORD>(LWA_ALPHA));
+    world.alphas.push_back(alpha);
+    return real(window, key, alpha, flags);
+}
+
+inline BOOL WINAPI FakeInvalidateRect(HWND window, const RECT* rect, BOOL erase) {
+    static const auto real = REAL(InvalidateRect);
+    EXPECT_EQ(rect, nullptr);
+    EXPECT_FALSE(erase);
+    ++world.invalidations;
+    return real(window, rect, erase);
+}
+
+inline UINT WINAPI FakeGetDpiForWindow(HWND) {
+    return world.dpi;
+}
+
+inline UINT WINAPI FakeGetDpiForSystem() {
+    return world.dpi;
+}
+
+inline UINT_PTR WINAPI FakeSHAppBarMessage(DWORD message, PAPPBARDATA data) {
+    EXPECT_EQ(message, static_cast<DWORD>(ABM_GETTASKBARPOS));
+    EXPECT_EQ(data->cbSize, sizeof(APPBARDATA));
+    if (!world.taskbar) return 0;
+    data->uEdge = world.taskbar->uEdge;
+    data->rc = world.taskbar->rc;
+    return 1;
+}
+
+inline HMONITOR WINAPI FakeMonitorFromPoint(POINT point, DWORD flags) {
+    static const auto real = REAL(MonitorFromPoint);
+    EXPECT_EQ(flags, static_cast<DWORD>(MONITOR_DEFAULTTOPRIMARY));
+    world.monitorPoints.push_back(point);
+    return real(point, flags);
+}
+
+inline HMONITOR WINAPI FakeMonitorFromRect(const RECT* rect, DWORD flags) {
+    static const auto real = REAL(MonitorFromRect);
+    if (flags == MONITOR_DEFAULTTONULL && world.offScreen) return nullptr;
+    return real(rect, flags);
+}
+
+inline BOOL WINAPI FakeGetMonitorInfoW(HMONITOR, LPMONITORINFO info) {
+    EXPECT_GE(info->cbSize, sizeof(MONITORINFO));
+    info->rcWork = ToPlatform(world.workArea);
+    info->rcMonitor = {-1, -1, -1, -1};
+    return TRUE;
+}
+
+inline BOOL WINAPI FakeGetCursorPos(LPPOINT point) {
+    static const auto real = REAL(GetCursorPos);
+    if (!world.cursor) return real(point);
+    *point = *world.cursor;
+    return TRUE;
+}
+
+inline SHORT WINAPI FakeGetKeyState(int key) {
+    EXPECT_EQ(key, VK_MENU);
+    return world.altDown ? static_cast<SHORT>(-128) : SHORT{1};  // toggled, not down
+}
+
+inline BOOL WINAPI FakeTrackMouseEvent(LPTRACKMOUSEEVENT request) {
+    EXPECT_EQ(request->cbSize, sizeof(TRACKMOUSEEVENT));
+    world.trackingFlags.push_back(request->dwFlags);
+    return !world.refuseTracking;
+}
+
+inline HWINEVENTHOOK WINAPI FakeSetWinEventHook(DWORD first, DWORD last, HMODULE module, WINEVENTPROC proc,
+                                                DWORD process, DWORD thread, DWORD flags) {
+    EXPECT_EQ(first, 3U);
+    EXPECT_EQ(last, 3U);
+    EXPECT_EQ(module, nullptr);
+    EXPECT_EQ(process, 0U);
+    EXPECT_EQ(thread, 0U);
+    EXPECT_EQ(flags, 2U);
+    ++world.hooks;
+    world.hookProc = proc;
+    return reinterpret_cast<HWINEVENTHOOK>(static_cast<std::uintptr_t>(0x5005));
+}
+
+inline BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK hook) {
+    EXPECT_EQ(hook, reinterpret_cast<HWINEVENTHOOK>(static_cast<std::uintptr_t>(0x5005)));
+    ++world.unhooks;
+    return TRUE;
+}
+
+inline LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    static const auto real = REAL(DefWindowProcW);
+    if (message != WM_NCLBUTTONDOWN) return real(window, message, wParam, lParam);
+    if (world.moveLoop) world.moveLoop();
+    return 0;
+}
+
+/// In place of the painter.
+void PaintGraph(HDC hdc, std::int32_t width, std::int32_t height, GraphKind kind, const AppSettings& settings,
+                const GraphSeries& series, std::uint32_t dpi, const HoverState& hover) {
+    EXPECT_NE(hdc, nullptr);
+    world.paints.push_back({width, height, kind, &settings, series.periodMs, dpi, hover});
+}
+
+struct Host : GraphWindowHost {
+    void ShowGraphMenu(GraphKind kind, Point screenPoint) override {
+        menus.emplace_back(kind, screenPoint);
+        if (onMenu) onMenu();
+    }
+    void GraphClicked(GraphKind kind) override { clicks.push_back(kind); }
+    void GraphStateChanged(GraphKind kind) override { changes.push_back(kind); }
+
+    std::vector<std::pair<GraphKind, Point>> menus;
+    std::vector<GraphKind> clicks;
+    std::vector<GraphKind> changes;
+    std::function<void()> onMenu;
+};
+
+/// Graphs over one settings record and one host, made as a test needs them.
+class GraphWindowTest : public testing::Test {
+  protected:
+    GraphWindowTest() { world = World{}; }
+
+    GraphWindow& Graph(GraphKind kind) {
+        auto& graph = graphs_[IndexOf(kind)];
+        if (!graph) graph = std::make_unique<GraphWindow>(GetModuleHandleW(nullptr), &settings_, &host_, kind);
+        return *graph;
+    }
+
+    /// Shows the graph at a place of its own and forgets the calls that this took.
+    HWND Show(GraphKind kind, const Rect& place = {100, 100, 590, 250}) {
+        GraphSettings& stored = GraphSettingsOf(settings_, kind);
+        stored.x = place.left;
+        stored.y = place.top;
+        stored.width = RectWidth(place);
+        stored.height = RectHeight(place);
+        stored.topmost = false;
+        Graph(kind).SetShown(true);
+        const HWND window = world.windows.back();
+        world.positions.clear();
+        world.showCommands.clear();
+        world.alphas.clear();
+        world.paints.clear();
+        world.invalidations = 0;
+        return window;
+    }
+
+    static Rect PlaceOf(HWND window) {
+        RECT rect = {};
+        GetWindowRect(window, &rect);
+        return FromPlatform(rect);
+    }
+
+    /// The hover that a paint at this moment gets to see.
+    static HoverState HoverOf(HWND window) {
+        SendMessageW(window, WM_PAINT, 0, 0);
+        return world.paints.empty() ? HoverState{true, -1, -1} : world.paints.back().hover;
+    }
+
+    AppSettings settings_ = MakeDefaultSettings();
+    Host host_;
+    std::unique_ptr<GraphWindow> graphs_[GraphCount];
+};
+
+}  // namespace kestrane
+
+extern "C" {
+decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &kestrane::FakeOutputDebugStringW;
+decltype(&GetClassInfoExW) __imp_GetClassInfoExW = &kestrane::FakeGetClassInfoExW;
+decltype(&RegisterClassExW) __imp_RegisterClassExW = &kestrane::FakeRegisterClassExW;
+decltype(&CreateWindowExW) __imp_CreateWindowExW = &kestrane::FakeCreateWindowExW;
+decltype(&SetWindowPos) __imp_SetWindowPos = &kestrane::FakeSetWindowPos;
+decltype(&ShowWindow) __imp_ShowWindow = &kestrane::FakeShowWindow;
+decltype(&SetLayeredWindowAttributes) __imp_SetLayeredWindowAttributes = &kestrane::FakeSetLayeredWindowAttributes;
+decltype(&InvalidateRect) __imp_InvalidateRect = &kestrane::FakeInvalidateRect;
+decltype(&GetDpiForWindow) __imp_GetDpiForWindow = &kestrane::FakeGetDpiForWindow;
+decltype(&GetDpiForSystem) __imp_GetDpiForSystem = &kestrane::FakeGetDpiForSystem;
+decltype(&SHAppBarMessage) __imp_SHAppBarMessage = &kestrane::FakeSHAppBarMessage;
+decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FakeMonitorFromPoint;
+decltype(&MonitorFromRect) __imp_MonitorFromRect = &kestrane::FakeMonitorFromRect;
+decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::FakeGetMonitorInfoW;
+decltype(&GetCursorPos) __imp_GetCursorPos = &kestrane::FakeGetCursorPos;
+decltype(&GetKeyState) __imp_GetKeyState = &kestrane::FakeGetKeyState;
+decltype(&TrackMouseEvent) __imp_TrackMouseEvent = &kestrane::FakeTrackMouseEvent;
+decltype(&SetWinEventHook) __imp_SetWinEventHook = &kestrane::FakeSetWinEventHook;
+decltype(&UnhookWinEvent) __imp_UnhookWinEvent = &kestrane::FakeUnhookWinEvent;
+decltype(&DefWindowProcW) __imp_DefWindowProcW = &kestrane::FakeDefWindowProcW;
+}

@@ -34,6 +34,9 @@ NIF_MESSAGE, NIF_ICON, NIF_TIP, NIF_INFO, NIF_GUID, NIF_SHOWTIP = 0x01, 0x02, 0x
 WM_TIMER = 0x113
 HIDDEN_WINDOW = "kestrane.hidden"
 
+# Wine shows a taskbar in the desktop of this name alone.
+TASKBAR_DESKTOP = "shell"
+
 
 def wait_until(condition, what, timeout=TIMEOUT):
     """The first true value of `condition()`; an AssertionError that says `what` was missing, when time is up."""
@@ -247,8 +250,19 @@ class Desktop:
         output, _ = process.communicate(timeout=timeout)
         return types.SimpleNamespace(code=process.returncode, output=output)
 
-    def start_recorder(self):
-        return Recorder(self.start("recorder.exe", stdin=subprocess.PIPE, stdout=subprocess.PIPE))
+    def start_recorder(self, *desktop):
+        """The recording shell; in the default desktop or in the one of this name."""
+        return Recorder(self.start("recorder.exe", *desktop, stdin=subprocess.PIPE, stdout=subprocess.PIPE))
+
+    def start_taskbar(self):
+        """A desktop with a real taskbar that fills the screen, and before it a recorder that passes all calls on."""
+        self.start("explorer", f"/desktop={TASKBAR_DESKTOP},1280x800")
+        shell = self.start_recorder(TASKBAR_DESKTOP)
+        shell.command("forward on")
+        return shell
+
+    def start_in_taskbar_desktop(self, program, *arguments):
+        return self.start("explorer", f"/desktop={TASKBAR_DESKTOP}", windows_path(BUILD / program), *arguments)
 
     def start_kestrane(self, *arguments, **options):
         return self.start("kestrane.exe", *arguments, **options)

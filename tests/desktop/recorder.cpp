@@ -4,6 +4,8 @@
 // as `dwData`, then a flat record, then the icon's mask and colour bits. This program owns such a window. Each call
 // becomes one line of JSON on the standard output, and the answer given here is the call's result.
 //
+// An argument names the desktop to stand in, if it is not the default one. There it can stand before a real taskbar.
+//
 // It behaves as a shell does (an add of an icon that it has and a change of one that it lacks are refused) and obeys
 // commands on the standard input, one a line, each confirmed by a line {"done": COMMAND}:
 //
@@ -36,7 +38,8 @@
 namespace {
 
 constexpr UINT CommandMessage = WM_APP;
-constexpr UINT ShellTimeoutMs = 10000;
+constexpr UINT ShellTimeoutMs = 60000;
+constexpr DWORD PollMs = 50;
 
 // What Wine sends in place of NOTIFYICONDATAW: fixed widths, and the icon's measures in place of its handle.
 struct NotifyRecord {
@@ -271,6 +274,17 @@ LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, LPARAM l
     }
 }
 
+/// Windows are found only within their own desktop. Waits until that one is there and has its taskbar.
+bool EnterDesktop(const std::string& name) {
+    for (DWORD waited = 0; waited < ShellTimeoutMs; waited += PollMs) {
+        const HDESK desktop = OpenDesktopW(std::wstring(name.begin(), name.end()).c_str(), 0, FALSE, GENERIC_ALL);
+        if (desktop != nullptr && SetThreadDesktop(desktop) && FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr)
+            return true;
+        Sleep(PollMs);
+    }
+    return false;
+}
+
 HWND CreateRecorderWindow() {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
@@ -303,9 +317,10 @@ void ReadCommands(HWND window) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
     // As the real taskbar's, this window has the DPI of the screen, by which programs choose the size of their icons.
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    if (argc == 2 && !EnterDesktop(argv[1])) return 1;
     const HWND window = CreateRecorderWindow();
     if (window == nullptr) return 1;
     std::thread(ReadCommands, window).detach();

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Builds kestrane.exe and runs it. On a screen: in a Wine desktop with a taskbar, until that is closed. Without one:
+# some seconds on a virtual screen, on this machine's real load, and says what the tooltips read and where pictures of
+# the icons are.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/build.sh
+if [ -z "${DISPLAY:-}" ]; then
+    cmake --build --preset windows --target recorder
+    exec /usr/bin/python3 tests/desktop/show.py build
+fi
+source scripts/wine-env.sh
+# This one stays, and with it the settings.
+export WINEPREFIX=${WINEPREFIX:-$root/build/wine/prefix}
+[ -e "$WINEPREFIX/system.reg" ] || copy_prefix "$WINEPREFIX"
+exec wine explorer /desktop=shell,1280x800 "Z:${root//\//\\}\\build\\windows\\kestrane.exe"

@@ -1,0 +1,330 @@
+// What a graph window makes of the mouse: hit tests, the hover, clicks, menus and drags.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <vector>
+
+#include "graph/graph_window_win32.h"
+#include "support/fake_graph_window_win32.h"
+
+namespace kestrane {
+namespace {
+
+LPARAM At(std::int32_t x, std::int32_t y) {
+    return MAKELPARAM(static_cast<WORD>(x), static_cast<WORD>(y));
+}
+
+POINT Cursor(LONG x, LONG y) {
+    return {x, y};
+}
+
+using GraphWindowMessages = GraphWindowTest;
+
+TEST_F(GraphWindowMessages, AnswersThatNeverChange) {
+    const HWND window = Show(GraphKind::Cpu);
+    EXPECT_EQ(SendMessageW(window, WM_ERASEBKGND, 0, 0), 1);
+    EXPECT_EQ(SendMessageW(window, WM_MOUSEACTIVATE, 0, 0), MA_NOACTIVATE);
+    RECT rect = {10, 20, 110, 70};
+    EXPECT_EQ(SendMessageW(window, WM_NCCALCSIZE, TRUE, reinterpret_cast<LPARAM>(&rect)), 0);
+    EXPECT_EQ(FromPlatform(rect), (Rect{10, 20, 110, 70})) << "no frame";
+    EXPECT_EQ(SendMessageW(window, WM_SIZE, 0, 0), 0);
+    EXPECT_EQ(world.invalidations, 1);
+}
+
+TEST_F(GraphWindowMessages, TheClientAreaIsTheWholeWindow) {
+    const HWND window = Show(GraphKind::Cpu, {100, 100, 590, 250});
+    RECT client = {};
+    GetClientRect(window, &client);
+    EXPECT_EQ(FromPlatform(client), (Rect{0, 0, 490, 150}));
+}
+
+TEST_F(GraphWindowMessages, TheLeastSizeFollowsTheDpi) {
+    const HWND window = Show(GraphKind::Cpu);
+    for (const auto& [dpi, width, height] : {std::tuple{96U, 200, 80}, {144U, 300, 120}, {120U, 250, 100}}) {
+        world.dpi = dpi;
+        MINMAXINFO info = {};
+        EXPECT_EQ(SendMessageW(window, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info)), 0);
+        EXPECT_EQ(info.ptMinTrackSize.x, width);
+        EXPECT_EQ(info.ptMinTrackSize.y, height);
+    }
+}
+
+TEST_F(GraphWindowMessages, TakesTheRectangleOfANewDpi) {
+    const HWND window = Show(GraphKind::Cpu);
+    const RECT suggested = {50, 60, 785, 285};
+    EXPECT_EQ(SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested)), 0);
+    ASSERT_EQ(world.positions.size(), 1U);
+    EXPECT_EQ(world.positions[0].rect, (Rect{50, 60, 735, 225}));
+    EXPECT_EQ(world.positions[0].flags, 20U);
+    EXPECT_EQ(PlaceOf(window), FromPlatform(suggested));
+    EXPECT_GE(world.invalidations, 1);
+}
+
+TEST_F(GraphWindowMessages, NothingIsPaintedInAWindowTooSmall) {
+    const HWND window = Show(GraphKind::Cpu);
+    // Smaller than the least size, as the system can make it all the same.
+    static const auto setPos = REAL(SetWindowPos);
+    for (const auto& [width, height, paints] : {std::tuple{2, 50, 0U}, {50, 2, 0U}, {3, 3, 1U}}) {
+        world.paints.clear();
+        setPos(window, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOSENDCHANGING);
+        RECT client = {};
+        GetClientRect(window, &client);
+        ASSERT_EQ(FromPlatform(client), (Rect{0, 0, width, height}));
+        SendMessageW(window, WM_PAINT, 0, 0);
+        EXPECT_EQ(world.paints.size(), paints) << width << " by " << height;
+    }
+}
+
+TEST_F(GraphWindowMessages, HitTestsDivideTheSurface) {
+    const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    struct Row {
+        std::int32_t x, y;
+        LRESULT code;
+    };
+    const std::vector<Row> rows = {
+        {100, 200, HTTOPLEFT},    {300, 200, HTTOP},     {589, 200, HTTOPRIGHT},    {104, 250, HTLEFT},
+        {105, 250, HTCAPTION},    {300, 250, HTCAPTION}, {584, 250, HTCAPTION},     {585, 250, HTRIGHT},
+        {100, 349, HTBOTTOMLEFT}, {300, 345, HTBOTTOM},  {589, 349, HTBOTTOMRIGHT}, {300, 344, HTCAPTION},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(row.x, row.y)), row.code);
+    world.dpi = 192;
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(109, 250)), HTLEFT) << "the border grows with the DPI";
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(110, 250)), HTCAPTION);
+    settings_.cpu.pinned = true;
+    for (const Row& row : rows)
+        EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(row.x, row.y)), HTCLIENT);
+}
+
+TEST_F(GraphWindowMessages, HitTestsLeftOfTheFirstMonitor) {
+    const HWND window = Show(GraphKind::Cpu, {-300, -100, 200, 80});
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(-300, -100)), HTTOPLEFT);
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, At(-100, 0)), HTCAPTION);
+}
+
+using GraphWindowHover = GraphWindowTest;
+
+TEST_F(GraphWindowHover, FollowsTheMouseInClientPixels) {
+    const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    EXPECT_EQ(world.invalidations, 1);
+    EXPECT_EQ(HoverOf(window), (HoverState{true, 30, 50}));
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    EXPECT_EQ(world.invalidations, 1) << "nothing new";
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 251));
+    EXPECT_EQ(world.invalidations, 2);
+    SendMessageW(window, WM_NCMOUSEMOVE, HTLEFT, At(101, 251));
+    EXPECT_EQ(HoverOf(window), HoverState{}) << "on the border";
+    EXPECT_EQ(world.trackingFlags, std::vector<DWORD>{18}) << "asked for once";
+}
+
+TEST_F(GraphWindowHover, EndsWhenTheMouseLeaves) {
+    const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    EXPECT_EQ(SendMessageW(window, WM_NCMOUSELEAVE, 0, 0), 0);
+    EXPECT_EQ(HoverOf(window), HoverState{});
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(131, 250));
+    EXPECT_EQ(world.trackingFlags.size(), 2U) << "each leave ends the request";
+}
+
+TEST_F(GraphWindowHover, ARefusedRequestIsMadeAgain) {
+    const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    world.refuseTracking = true;
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(131, 250));
+    EXPECT_EQ(world.trackingFlags.size(), 2U);
+    EXPECT_EQ(HoverOf(window), (HoverState{true, 31, 50}));
+}
+
+TEST_F(GraphWindowHover, NotWhenPinnedHiddenOrDragged) {
+    const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    const auto hover = [&] { SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250)); };
+
+    hover();
+    settings_.cpu.pinned = true;
+    Graph(GraphKind::Cpu).ApplyStyle();
+    EXPECT_FALSE(HoverOf(window).active) << "pinning ends it";
+    hover();
+    EXPECT_FALSE(HoverOf(window).active) << "pinned";
+    settings_.cpu.pinned = false;
+
+    hover();
+    EXPECT_TRUE(HoverOf(window).active);
+    Graph(GraphKind::Cpu).SetShown(false);
+    EXPECT_FALSE(HoverOf(window).active) << "hidden";
+    Graph(GraphKind::Cpu).SetShown(true);
+
+    hover();
+    SendMessageW(window, WM_ENTERSIZEMOVE, 0, 0);
+    EXPECT_FALSE(HoverOf(window).active) << "the drag ends it";
+    hover();
+    EXPECT_FALSE(HoverOf(window).active) << "while it lasts";
+    SendMessageW(window, WM_EXITSIZEMOVE, 0, 0);
+    hover();
+    EXPECT_TRUE(HoverOf(window).active);
+}
+
+using GraphWindowClick = GraphWindowTest;
+
+TEST_F(GraphWindowClick, APressThatDoesNotMoveIsAClick) {
+    const HWND window = Show(GraphKind::Disk);
+    EXPECT_EQ(SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150)), 0);
+    EXPECT_EQ(host_.clicks, std::vector<GraphKind>{GraphKind::Disk});
+    // The move loop of the system begins and ends without a move.
+    world.moveLoop = [window] {
+        SendMessageW(window, WM_ENTERSIZEMOVE, 0, 0);
+        SendMessageW(window, WM_EXITSIZEMOVE, 0, 0);
+    };
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150));
+    EXPECT_EQ(host_.clicks.size(), 2U);
+}
+
+TEST_F(GraphWindowClick, ADragOfOnePixelIsNone) {
+    const HWND window = Show(GraphKind::Disk);
+    world.cursor = Cursor(130, 150);
+    world.moveLoop = [window] {
+        SendMessageW(window, WM_ENTERSIZEMOVE, 0, 0);
+        world.cursor = Cursor(131, 150);
+        RECT rect = {101, 100, 591, 250};
+        SendMessageW(window, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
+        SendMessageW(window, WM_EXITSIZEMOVE, 0, 0);
+    };
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150));
+    EXPECT_TRUE(host_.clicks.empty());
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
+}
+
+TEST_F(GraphWindowClick, OnlyTheSurfaceIsClicked) {
+    const HWND window = Show(GraphKind::Disk);
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTLEFT, At(101, 150));
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTBOTTOMRIGHT, At(589, 249));
+    EXPECT_TRUE(host_.clicks.empty());
+    // Pinned while the button was down.
+    world.moveLoop = [this] { settings_.disk.pinned = true; };
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150));
+    EXPECT_TRUE(host_.clicks.empty());
+}
+
+// The program can end inside the loop of the system, and takes the window with it.
+TEST_F(GraphWindowClick, TheWindowMayEndWhileItIsPressed) {
+    const HWND window = Show(GraphKind::Disk);
+    world.moveLoop = [this] { graphs_[IndexOf(GraphKind::Disk)].reset(); };
+    EXPECT_EQ(SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150)), 0);
+    EXPECT_TRUE(host_.clicks.empty());
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_F(GraphWindowClick, ARightClickAsksForTheMenu) {
+    const HWND window = Show(GraphKind::Network);
+    SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 150));
+    bool hoverAtMenu = true;
+    host_.onMenu = [&] { hoverAtMenu = HoverOf(window).active; };
+    EXPECT_EQ(SendMessageW(window, WM_NCRBUTTONUP, HTCAPTION, At(-130, 150)), 0);
+    EXPECT_FALSE(hoverAtMenu);
+    world.cursor = Cursor(-5, 700);
+    EXPECT_EQ(SendMessageW(window, WM_CONTEXTMENU, 0, At(20, 30)), 0);
+    EXPECT_EQ(SendMessageW(window, WM_CONTEXTMENU, 0, -1), 0) << "the menu key: where the cursor is";
+    const std::vector<std::pair<GraphKind, Point>> expected = {
+        {GraphKind::Network, {-130, 150}}, {GraphKind::Network, {20, 30}}, {GraphKind::Network, {-5, 700}}};
+    EXPECT_EQ(host_.menus, expected);
+}
+
+TEST_F(GraphWindowClick, TheMenuMayEndTheProgram) {
+    const HWND window = Show(GraphKind::Network);
+    host_.onMenu = [this] { graphs_[IndexOf(GraphKind::Network)].reset(); };
+    EXPECT_EQ(SendMessageW(window, WM_NCRBUTTONUP, HTCAPTION, At(130, 150)), 0);
+    EXPECT_FALSE(IsWindow(window));
+    const HWND again = Show(GraphKind::Network);
+    EXPECT_EQ(SendMessageW(again, WM_CONTEXTMENU, 0, At(130, 150)), 0);
+    EXPECT_FALSE(IsWindow(again));
+}
+
+class GraphWindowDrag : public GraphWindowTest {
+  protected:
+    GraphWindowDrag() {
+        window_ = Show(GraphKind::Cpu, {300, 300, 790, 450});
+        world.cursor = Cursor(500, 400);
+        SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+    }
+
+    /// What becomes of the system's proposal, which plays no part in it, when the mouse is `dx`, `dy` from the start.
+    Rect Move(LONG dx, LONG dy) { return Drag(WM_MOVING, 0, dx, dy); }
+    Rect Size(WPARAM edge, LONG dx, LONG dy) { return Drag(WM_SIZING, edge, dx, dy); }
+    Rect Drag(UINT message, WPARAM edge, LONG dx, LONG dy) {
+        world.cursor = Cursor(500 + dx, 400 + dy);
+        RECT rect = {1, 2, 3, 4};
+        EXPECT_EQ(SendMessageW(window_, message, edge, reinterpret_cast<LPARAM>(&rect)), 1);
+        return FromPlatform(rect);
+    }
+
+    HWND window_ = nullptr;
+};
+
+TEST_F(GraphWindowDrag, MovesWithTheMouseFromTheStart) {
+    EXPECT_EQ(Move(17, -20), (Rect{317, 280, 807, 430}));
+    EXPECT_EQ(Move(100, 100), (Rect{400, 400, 890, 550})) << "not from the last step";
+    EXPECT_EQ(Move(0, 0), (Rect{300, 300, 790, 450}));
+}
+
+TEST_F(GraphWindowDrag, SnapsToTheWorkArea) {
+    EXPECT_EQ(Move(-293, -306), (Rect{0, 0, 490, 150}));
+    EXPECT_EQ(Move(1130 - 8, 590 + 9), (Rect{1430, 890, 1920, 1040}));
+    EXPECT_EQ(Move(-289, -289), (Rect{11, 11, 501, 161})) << "11 away is out of reach";
+    world.dpi = 192;
+    EXPECT_EQ(Move(-289, -289), (Rect{0, 0, 490, 150})) << "the reach grows with the DPI";
+}
+
+TEST_F(GraphWindowDrag, SnapsToShownSisters) {
+    Graph(GraphKind::Disk);
+    Show(GraphKind::Disk, {900, 300, 1200, 400});
+    EXPECT_EQ(Move(113, 6), (Rect{410, 300, 900, 450})) << "outside, at its left";
+    EXPECT_EQ(Move(604, 0).left, 900) << "inside, at its left";
+    EXPECT_EQ(Move(0, 94).top, 400) << "below it";
+    Graph(GraphKind::Disk).SetShown(false);
+    EXPECT_EQ(Move(113, 6), (Rect{413, 306, 903, 456})) << "a hidden one does not pull";
+}
+
+TEST_F(GraphWindowDrag, SizesTheDraggedSides) {
+    EXPECT_EQ(Size(WMSZ_LEFT, -50, 70), (Rect{250, 300, 790, 450}));
+    EXPECT_EQ(Size(WMSZ_TOPLEFT, -50, -70), (Rect{250, 230, 790, 450}));
+    EXPECT_EQ(Size(WMSZ_BOTTOMRIGHT, 50, 70), (Rect{300, 300, 840, 520}));
+    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the least width";
+    EXPECT_EQ(Size(WMSZ_BOTTOM, 0, -1000), (Rect{300, 300, 790, 380})) << "the least height";
+    EXPECT_EQ(Size(WMSZ_LEFT, -293, 0), (Rect{0, 300, 790, 450})) << "it snaps";
+    EXPECT_EQ(Size(WMSZ_BOTTOM, 0, 582), (Rect{300, 300, 790, 1040}));
+    EXPECT_EQ(Size(99, 50, 50), (Rect{300, 300, 790, 450})) << "no side that there is";
+    world.dpi = 144;
+    EXPECT_EQ(Size(WMSZ_RIGHT, -1000, 0), (Rect{300, 300, 600, 450})) << "the least size grows with the DPI";
+}
+
+TEST_F(GraphWindowDrag, AltTurnsSnappingOff) {
+    world.altDown = true;
+    EXPECT_EQ(Move(-293, -306), (Rect{7, -6, 497, 144}));
+    EXPECT_EQ(Size(WMSZ_LEFT, -293, 0), (Rect{7, 300, 790, 450}));
+    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the least size holds";
+}
+
+TEST_F(GraphWindowDrag, TheEndStoresThePlaceAndSavesIt) {
+    static const auto setPos = REAL(SetWindowPos);
+    setPos(window_, nullptr, 40, 50, 333, 222, SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_TRUE(host_.changes.empty());
+    EXPECT_EQ(SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0), 0);
+    EXPECT_EQ(settings_.cpu.x, 40);
+    EXPECT_EQ(settings_.cpu.y, 50);
+    EXPECT_EQ(settings_.cpu.width, 333);
+    EXPECT_EQ(settings_.cpu.height, 222);
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Cpu});
+}
+
+TEST_F(GraphWindowDrag, TheCursorMayBeAnywhere) {
+    constexpr LONG highest = std::numeric_limits<LONG>::max();
+    world.cursor = Cursor(highest, highest);
+    RECT rect = {};
+    SendMessageW(window_, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
+    EXPECT_EQ(rect.left, highest - 200);
+    EXPECT_EQ(rect.right, highest) << "held at the end of the range";
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -22,5 +22,7 @@ if(WIN32)
         WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
     # Each function in a section of its own, so that the linker can leave out what nobody calls.
     target_compile_options(kestrane_flags INTERFACE -ffunction-sections -fdata-sections)
-    target_link_options(kestrane_flags INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+    include(cmake/linker_script.cmake)
+    target_link_options(kestrane_flags INTERFACE -static -Wl,--no-insert-timestamp
+        -Wl,--gc-sections -Wl,-T,${KESTRANE_LINKER_SCRIPT})
 endif()

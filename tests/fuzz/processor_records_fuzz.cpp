@@ -1,0 +1,17 @@
+// Any bytes in place of the system's records of processors: the counts agree with each other and the walk ends.
+#include <algorithm>
+
+#include "fuzz/fuzz_target.h"
+#include "hardware/cpu_facts.h"
+
+FUZZ_TARGET(processor_records) {
+    using kestrane::fuzz::Require;
+    kestrane::CpuFacts facts;
+    ParseProcessorRecords(input, facts);
+    Require(facts.coreCount >= 0 && facts.threadCount >= 0);
+    Require(facts.performanceCores + facts.efficiencyCores == facts.coreCount);
+    Require((facts.performanceCores > 0) == (facts.coreCount > 0));
+    Require(facts.l3Megabytes < 4096);
+    Require(facts.isPerformanceThread.size() <= 64 * 64);
+    Require(std::ranges::all_of(facts.isPerformanceThread, [](std::uint8_t flag) { return flag <= 1; }));
+}

@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
 # Builds and runs every test on a fresh machine: the logic on this machine under the sanitizers and again as a Windows
-# program, the platform tests under Wine, the real program on a screen, and the checks. Arguments go on to ctest, e.g.
+# program, the platform tests under Wine, the real program on a screen, a few thousand inputs of every fuzz target, and
+# the checks. Arguments go on to ctest, e.g.
 # scripts/test.sh -R desktop. The exit code is ctest's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/packages.sh
-for preset in native windows; do
+scripts/packages.sh clang libclang-rt-14-dev
+for preset in native windows fuzz; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset"
 done
-# One run over both trees, with one summary at its end.
-printf 'subdirs("native" "windows")\n' >build/CTestTestfile.cmake
+# One run over all trees, with one summary at its end.
+printf 'subdirs("native" "windows" "fuzz")\n' >build/CTestTestfile.cmake
 
 # The Windows programs of the first two rings share a screen and a prefix; nothing of the caller's desktop is touched.
 unset DISPLAY WINEPREFIX

@@ -9,6 +9,7 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <random>
@@ -29,7 +30,10 @@ struct World {
     std::vector<std::wstring> debugLines;
     std::vector<std::wstring> writes;   // "section.key", in order
     std::vector<std::wstring> refused;  // these fail without reaching the file
-    int known = 0;                      // texts given out by SHGetKnownFolderPath
+    int known = 0;                      // questions to SHGetKnownFolderPath
+    bool textWithFailure = false;       // it gives a text although it fails
+    std::vector<void*> freed;           // by CoTaskMemFree, null left out
+    void* lastText = nullptr;           // of SHGetKnownFolderPath
 };
 World world;
 
@@ -60,9 +64,24 @@ DWORD WINAPI FakeGetTempPathW(DWORD length, LPWSTR buffer) {
     return 0;
 }
 
+void WINAPI FakeCoTaskMemFree(void* memory) {
+    if (memory == nullptr) return;
+    world.freed.push_back(memory);
+    std::free(memory);
+}
+
+/// What SHGetKnownFolderPath hands out; only CoTaskMemFree may take it back.
+PWSTR CopyForCaller(const std::wstring& text) {
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+    world.lastText = std::malloc(bytes);
+    std::memcpy(world.lastText, text.c_str(), bytes);
+    return static_cast<PWSTR>(world.lastText);
+}
+
 }  // namespace
 
 extern "C" {
+decltype(&CoTaskMemFree) __imp_CoTaskMemFree = &FakeCoTaskMemFree;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 decltype(&WritePrivateProfileStringW) __imp_WritePrivateProfileStringW = &FakeWritePrivateProfileStringW;
 decltype(&GetTempPathW) __imp_GetTempPathW = &FakeGetTempPathW;
@@ -73,10 +92,11 @@ HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD flags, HANDLE
     EXPECT_EQ(token, nullptr);
     ++world.known;
     *path = nullptr;
-    if (world.roaming.empty()) return E_FAIL;
-    const std::size_t bytes = (world.roaming.size() + 1) * sizeof(wchar_t);
-    *path = static_cast<PWSTR>(CoTaskMemAlloc(bytes));
-    std::memcpy(*path, world.roaming.c_str(), bytes);
+    if (world.roaming.empty()) {
+        if (world.textWithFailure) *path = CopyForCaller(L"C:\\Nada");
+        return E_FAIL;
+    }
+    *path = CopyForCaller(world.roaming);
     return S_OK;
 }
 }
@@ -187,6 +207,16 @@ TEST_F(IniFileTest, WithoutThatFolderItIsInTheTemporaryOne) {
     EXPECT_EQ(IniPath(), (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring());
 }
 
+TEST_F(IniFileTest, TheSystemsTextIsGivenBackWhateverTheAnswer) {
+    IniPath();
+    EXPECT_THAT(world.freed, ElementsAre(world.lastText));
+    world.freed.clear();
+    world.roaming.clear();
+    world.textWithFailure = true;
+    EXPECT_EQ(IniPath(), (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring());
+    EXPECT_THAT(world.freed, ElementsAre(world.lastText));
+}
+
 TEST_F(IniFileTest, WithoutAnyFolderTheErrorPropagates) {
     world.roaming.clear();
     world.tempFolderKnown = false;
@@ -256,6 +286,17 @@ TEST_F(IniFileTest, ALongValueIsCutAt259Characters) {
     ASSERT_EQ(loaded.size(), 16U);
     EXPECT_EQ(loaded[14], settings.interfaces[14]);
     EXPECT_EQ(loaded[15], 0x1122U);
+}
+
+TEST_F(IniFileTest, AnAliasOf259CharactersIsWholeAndALongerOneIsCut) {
+    for (const std::size_t length : {258U, 259U, 260U, 261U, 5000U}) {
+        AppSettings settings = MakeDefaultSettings();
+        settings.interfaces = {1};
+        settings.interface_aliases = {std::wstring(length - 1, L'a') + L"z"};
+        EXPECT_TRUE(SaveSettingsTab(settings, SettingsTab::Network));
+        const std::wstring alias = LoadSettings().interface_aliases.at(0);
+        EXPECT_EQ(alias, settings.interface_aliases[0].substr(0, 259)) << length;
+    }
 }
 
 TEST_F(IniFileTest, RandomBytesLoadAsDefaults) {

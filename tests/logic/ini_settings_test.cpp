@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -69,6 +70,64 @@ void ExpectLoads(const std::vector<LoadCase>& cases) {
 
 TEST(IniSettings, NoFileIsTheDefaults) {
     EXPECT_EQ(Load({}), MakeDefaultSettings());
+}
+
+/// The names of the keys for which a load asks a file of these values.
+std::set<std::wstring> AskedOf(const Values& values) {
+    const MemoryIni ini{values, {}, {}};
+    std::set<std::wstring> asked;
+    const ReadValue read = [&](const wchar_t* section, const wchar_t* key) {
+        asked.insert(MemoryIni::Name(section, key));
+        return ini.Reader()(section, key);
+    };
+    ReadSettings(read);
+    ReadDialogState(read);
+    return asked;
+}
+
+TEST(IniSettings, ALoadAsksForEveryKeyOfEveryAge) {
+    std::set<std::wstring> keys{L"icons.show_cpu",
+                                L"icons.show_disk",
+                                L"icons.show_mem",
+                                L"icons.show_net",
+                                L"memory.threshold1",
+                                L"memory.threshold2",
+                                L"memory.threshold3",
+                                L"memory.font_name",
+                                L"memory.font_size",
+                                L"memory.font_bold",
+                                L"memory.bar",
+                                L"memory.refresh_ms",
+                                L"general.language",
+                                L"general.check_updates",
+                                L"general.install_id",
+                                L"general.refresh_ms",
+                                L"network.interfaces",
+                                L"network.icon_border",
+                                L"network.refresh_ms",
+                                L"cpu.refresh_ms",
+                                L"cpu.per_core",
+                                L"disk.refresh_ms",
+                                L"disk.activity",
+                                L"disk.disks",
+                                L"network.interface_aliases",
+                                L"dialog.x",
+                                L"dialog.y",
+                                L"dialog.tab"};
+    for (const IconColor& color : IconColors)
+        keys.insert(std::wstring(L"colors.") + color.key);
+    for (const std::wstring section : {L"network", L"cpu", L"disk"}) {
+        for (const wchar_t* key :
+             {L"graph", L"pinned", L"x", L"y", L"width", L"height", L"opacity", L"margin", L"font_name", L"font_size",
+              L"font_bold", L"style", L"smoothing", L"fill", L"topmost"}) {
+            keys.insert(section + L"." + key);
+        }
+    }
+    EXPECT_EQ(AskedOf({{L"network.interfaces", L"1F"}}), keys);
+    // The names of interfaces that are not known are not read either.
+    keys.erase(L"network.interface_aliases");
+    for (const wchar_t* malformed : {L"", L"1F,", L"1F,*", L"0"})
+        EXPECT_EQ(AskedOf({{L"network.interfaces", malformed}}), keys) << testing::PrintToString(malformed);
 }
 
 TEST(IniSettings, EachColourIsReadUnderItsKey) {
@@ -638,7 +697,7 @@ TEST(IniSettings, WhateverTheFileHoldsTheSettingsArePermitted) {
 
 TEST(IniSettings, GarbageInEveryKeyIsTheDefaults) {
     const auto garbage = [](const wchar_t*, const wchar_t* key) {
-        // These take any short text at all, so garbage is a long one.
+        // Long, because a font takes any short name; and the memory icon's font size takes any text at all.
         return std::wstring(key) == L"font_size" ? std::wstring() : std::wstring(40, L'\x00BF');
     };
     EXPECT_EQ(ReadSettings(garbage), MakeDefaultSettings());

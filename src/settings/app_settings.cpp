@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "text/translation.h"
-
 namespace kestrane {
 namespace {
 
@@ -14,6 +12,20 @@ constexpr std::int32_t FillFlagOfOlderFiles = 1;
 constexpr std::int32_t FillFlagMeaning = 50;
 
 constexpr ColorValue Linked = 0;  // ColorLinks gives the colour
+
+/// One body for both kinds of access.
+template <typename Settings>
+auto& GraphIn(Settings& settings, GraphKind kind) {
+    switch (kind) {
+        case GraphKind::Cpu:
+            return settings.cpu;
+        case GraphKind::Disk:
+            return settings.disk;
+        case GraphKind::Network:
+            break;
+    }
+    return settings.network;
+}
 
 }  // namespace
 
@@ -39,27 +51,11 @@ const std::array<IconColor, ColorCount> IconColors{{
 }};
 
 GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind) {
-    switch (kind) {
-        case GraphKind::Cpu:
-            return settings.cpu;
-        case GraphKind::Disk:
-            return settings.disk;
-        case GraphKind::Network:
-            break;
-    }
-    return settings.network;
+    return GraphIn(settings, kind);
 }
 
 const GraphSettings& GraphSettingsOf(const AppSettings& settings, GraphKind kind) {
-    switch (kind) {
-        case GraphKind::Cpu:
-            return settings.cpu;
-        case GraphKind::Disk:
-            return settings.disk;
-        case GraphKind::Network:
-            break;
-    }
-    return settings.network;
+    return GraphIn(settings, kind);
 }
 
 AppSettings MakeDefaultSettings() {
@@ -115,11 +111,11 @@ std::int32_t NormalizeFill(std::int32_t value) {
 }
 
 std::int32_t ClampFontSize(std::int32_t value) {
-    return std::clamp(value, 6, 32);
+    return std::clamp(value, FontSizeChoices.front(), FontSizeChoices.back());
 }
 
 std::int32_t ClampMargin(std::int32_t value) {
-    return std::clamp(value, 0, 20);
+    return std::clamp(value, MarginChoices.front(), MarginChoices.back());
 }
 
 std::int32_t ClampSmoothing(std::int32_t value) {

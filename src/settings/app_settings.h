@@ -4,10 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <vector>
 
 #include "settings/color.h"
+#include "text/translation.h"
 
 namespace kestrane {
 
@@ -81,9 +83,9 @@ struct GraphSettings {
     std::int32_t width = 0;                // 0: never placed
     std::int32_t height = 0;               // 0: never placed
     std::int32_t opacity = 90;             // percent, one of OpacityChoices
-    std::int32_t margin = 6;               // pixels round the plot, 0 to 20
+    std::int32_t margin = 6;               // pixels round the plot, one of MarginChoices
     std::wstring font_name = L"Segoe UI";  // 1 to 31 characters
-    std::int32_t font_size = 12;           // 6 to 32
+    std::int32_t font_size = 12;           // pixels at 96 DPI, one of FontSizeChoices
     bool font_bold = false;
     std::int32_t style = 0;      // 0 bars, 1 lines
     std::int32_t smoothing = 2;  // index in SmoothingChoices
@@ -100,11 +102,11 @@ struct AppSettings {
     std::array<bool, MetricCount> show{true, true, true, true};                 // by MetricKind
     std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500, 1500};  // by MetricKind, of RefreshChoices
     std::wstring font_name = L"Segoe UI Variable Display Semibold";  // of the memory icon's digits, 1 to 31 characters
-    std::int32_t font_size = 13;                                     // 6 to 32
+    std::int32_t font_size = 13;                                     // pixels on an icon of 16, one of FontSizeChoices
     bool font_bold = false;
     bool bar = true;  // the memory icon draws its level bar
     bool check_updates = true;
-    std::uint32_t language = 0;                   // 0 automatic, 1 Spanish, 2 English
+    Lang language = LangAutomatic;                // as an index, one of LanguageChoices
     std::string install_id;                       // empty or 36 characters
     std::vector<std::uint64_t> interfaces;        // LUIDs of the chosen connections; empty: all, summed
     std::vector<std::wstring> interface_aliases;  // parallel to `interfaces`: each one's name when it was chosen
@@ -124,6 +126,7 @@ constexpr std::size_t IconPosition(GraphKind kind) {
     return IndexOf(Icons[IndexOf(kind)]);
 }
 
+/// The part of `settings` that belongs to a graph.
 GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind);
 const GraphSettings& GraphSettingsOf(const AppSettings& settings, GraphKind kind);
 
@@ -149,7 +152,17 @@ inline constexpr std::array<ColorLink, 7> ColorLinks{{{CpuGraphFg, CpuFg},
                                                       {NetGraphUp, NetUp},
                                                       {NetGraphBoth, NetBoth}}};
 
-/// A sampling period and the Spanish text of the choice.
+// The permitted values, in the order in which the dialog offers them. Texts are Spanish and are shown through Tr.
+
+/// `Count` whole numbers from `first` on.
+template <std::size_t Count>
+constexpr std::array<std::int32_t, Count> CountFrom(std::int32_t first) {
+    std::array<std::int32_t, Count> numbers{};
+    std::iota(numbers.begin(), numbers.end(), first);
+    return numbers;
+}
+
+/// A sampling period and the text of the choice.
 struct RefreshChoice {
     std::uint32_t ms;
     const wchar_t* text;
@@ -160,10 +173,15 @@ inline constexpr std::array<RefreshChoice, 6> RefreshChoices{{{500, L"Ultra ráp
                                                               {3000, L"Medio - 3 s"},
                                                               {5000, L"Lento - 5 s"},
                                                               {10000, L"Muy lento - 10 s"}}};
-inline constexpr std::array<std::int32_t, 8> OpacityChoices{100, 90, 80, 70, 60, 50, 40, 30};
-inline constexpr std::array<std::int32_t, 5> FillChoices{0, 25, 50, 75, 100};
+inline constexpr std::array<std::int32_t, 8> OpacityChoices{100, 90, 80, 70, 60, 50, 40, 30};  // percent
+inline constexpr std::array<std::int32_t, 5> FillChoices{0, 25, 50, 75, 100};                  // percent
 inline constexpr std::array<const wchar_t*, 4> SmoothingChoices{L"Ninguno", L"Bajo", L"Medio", L"Alto"};
+inline constexpr auto MarginChoices = CountFrom<21>(0);    // pixels
+inline constexpr auto FontSizeChoices = CountFrom<27>(6);  // pixels: of a 16 pixel icon, or of a graph at 96 DPI
+/// By Lang. The names of the two languages are the same in both.
+inline constexpr std::array<const wchar_t*, 3> LanguageChoices{L"Automático", L"Español", L"English"};
 
+/// What a user has who never changed anything; a fresh record each time.
 AppSettings MakeDefaultSettings();
 
 /// Index in RefreshChoices. A period that is not in the list counts as 1500.
@@ -177,6 +195,7 @@ std::size_t FillIndex(std::int32_t percent);
 /// One of FillChoices. 1 becomes 50: in older files the fill was a flag.
 std::int32_t NormalizeFill(std::int32_t value);
 
+// The nearest permitted value: 6 to 32, 0 to 20 and 0 to 3.
 std::int32_t ClampFontSize(std::int32_t value);
 std::int32_t ClampMargin(std::int32_t value);
 std::int32_t ClampSmoothing(std::int32_t value);

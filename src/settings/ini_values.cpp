@@ -97,11 +97,19 @@ bool IsInstallIdCharacter(wchar_t c) {
     return c == L'-' || IsDigit(c) || (c >= L'a' && c <= L'f');
 }
 
+std::uint32_t KnownRefresh(std::int32_t ms) {
+    return RefreshChoices[RefreshIndex(static_cast<std::uint32_t>(ms))].ms;
+}
+
+std::int32_t KnownOpacity(std::int32_t percent) {
+    return OpacityChoices[OpacityIndex(percent)];
+}
+
+/// A strict integer, brought to a permitted value.
 template <auto Normalize>
-std::optional<std::int32_t> ParseNormalized(std::wstring_view text) {
+auto ParseNormalized(std::wstring_view text) {
     const std::optional<std::int32_t> value = ParseInteger(text);
-    if (!value) return {};
-    return Normalize(*value);
+    return value ? std::optional(Normalize(*value)) : std::nullopt;
 }
 
 }  // namespace
@@ -142,15 +150,11 @@ std::optional<std::int32_t> ParseIntegerWithin(std::wstring_view text, std::int3
 }
 
 std::optional<std::uint32_t> ParseRefresh(std::wstring_view text) {
-    const std::optional<std::int32_t> value = ParseInteger(text);
-    if (!value) return {};
-    return RefreshChoices[RefreshIndex(static_cast<std::uint32_t>(*value))].ms;
+    return ParseNormalized<KnownRefresh>(text);
 }
 
 std::optional<std::int32_t> ParseOpacity(std::wstring_view text) {
-    const std::optional<std::int32_t> value = ParseInteger(text);
-    if (!value) return {};
-    return OpacityChoices[OpacityIndex(*value)];
+    return ParseNormalized<KnownOpacity>(text);
 }
 
 std::optional<std::int32_t> ParseMargin(std::wstring_view text) {
@@ -178,7 +182,8 @@ std::optional<std::int32_t> ParseGraphHeight(std::wstring_view text) {
 }
 
 std::optional<std::uint32_t> ParseLanguage(std::wstring_view text) {
-    const std::optional<std::int32_t> value = ParseIntegerWithin(text, 0, 2);
+    constexpr std::int32_t Last = static_cast<std::int32_t>(LanguageChoices.size()) - 1;
+    const std::optional<std::int32_t> value = ParseIntegerWithin(text, 0, Last);
     if (!value) return {};
     return static_cast<std::uint32_t>(*value);
 }

@@ -34,14 +34,15 @@ std::optional<std::int32_t> ParseIntegerWithin(std::wstring_view text, std::int3
 std::optional<std::uint32_t> ParseRefresh(std::wstring_view text);
 /// One of OpacityChoices; an integer that is not in the list becomes 90.
 std::optional<std::int32_t> ParseOpacity(std::wstring_view text);
+/// A strict integer through ClampMargin, ClampFontSize, ClampSmoothing, NormalizeFill.
 std::optional<std::int32_t> ParseMargin(std::wstring_view text);
 std::optional<std::int32_t> ParseFontSize(std::wstring_view text);
 std::optional<std::int32_t> ParseSmoothing(std::wstring_view text);
 std::optional<std::int32_t> ParseFill(std::wstring_view text);
-/// A width or height that a graph window may have.
+/// Pixels that a graph window may measure: 100 to 10000 across, 50 to 10000 down.
 std::optional<std::int32_t> ParseGraphWidth(std::wstring_view text);
 std::optional<std::int32_t> ParseGraphHeight(std::wstring_view text);
-/// 0, 1 or 2.
+/// One of Lang: 0, 1 or 2.
 std::optional<std::uint32_t> ParseLanguage(std::wstring_view text);
 
 /// The one lenient number: what leads counts, what trails is ignored, and no number at all counts as 0, which is then
@@ -59,7 +60,7 @@ std::wstring FormatFontName(const std::wstring& name);
 std::optional<std::string> ParseInstallId(std::wstring_view text);
 std::wstring FormatInstallId(const std::string& id);
 
-/// "bars" is 0, "lines" is 1.
+/// "bars" is 0, "lines" is 1. What is not 1 is written as bars.
 std::optional<std::int32_t> ParseGraphStyle(std::wstring_view text);
 std::wstring FormatGraphStyle(std::int32_t style);
 

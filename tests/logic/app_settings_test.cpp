@@ -203,6 +203,26 @@ TEST(AppSettings, SmoothingChoicesAreTranslated) {
     SetLanguage(ActiveSpanish);
 }
 
+TEST(AppSettings, OnlyTheAutomaticChoiceOfLanguageIsTranslated) {
+    const std::array<std::wstring, 3> spanish{L"Automático", L"Español", L"English"};
+    const std::array<std::wstring, 3> english{L"Automatic", L"Español", L"English"};
+    for (const Lang language : {LangAutomatic, LangSpanish, LangEnglish}) {
+        EXPECT_EQ(Tr(LanguageChoices[language]), spanish[language]);
+        SetLanguage(ActiveEnglish);
+        EXPECT_EQ(Tr(LanguageChoices[language]), english[language]);
+        SetLanguage(ActiveSpanish);
+    }
+}
+
+TEST(AppSettings, MarginsAndFontSizesAreOfferedOneByOne) {
+    ASSERT_EQ(MarginChoices.size(), 21U);
+    for (std::size_t i = 0; i < MarginChoices.size(); ++i)
+        EXPECT_EQ(MarginChoices[i], static_cast<std::int32_t>(i));
+    ASSERT_EQ(FontSizeChoices.size(), 27U);
+    for (std::size_t i = 0; i < FontSizeChoices.size(); ++i)
+        EXPECT_EQ(FontSizeChoices[i], static_cast<std::int32_t>(i) + 6);
+}
+
 TEST(AppSettings, OpacityIndexFallsBackToTheDefault) {
     const struct {
         std::int32_t percent;

@@ -61,8 +61,7 @@ std::wstring FormatPercentText(double value) {
 
 std::wstring FormatGigabytesWith(std::uint64_t bytes, const std::wstring& separator) {
     constexpr double BytesPerGigabyte = 1024.0 * 1024.0 * 1024.0;
-    const std::wstring text = FormatFixed(static_cast<double>(bytes) / BytesPerGigabyte, 1);
-    return separator.empty() ? text : ReplacePoint(text, separator);
+    return ReplacePoint(FormatFixed(static_cast<double>(bytes) / BytesPerGigabyte, 1), separator);
 }
 
 std::wstring CpuTooltipText(const MetricSample& sample) {

@@ -1,7 +1,7 @@
 #pragma once
 // Measured numbers as text for the user: the formats that tooltips and graphs share, and the tooltips themselves.
-// Three unit systems stand side by side on purpose: network rates are bits in steps of 1000, disk rates bytes in steps
-// of 1024, and memory is shown in units of 2^30 bytes under the label "GB".
+// The units differ on purpose: network rates are bits in steps of 1000, disk rates bytes in steps of 1024, and memory
+// is shown in units of 2^30 bytes under the label "GB".
 #include <cstdint>
 #include <string>
 
@@ -19,19 +19,21 @@ std::wstring FormatByteRate(double bytesPerSec, wchar_t decimal);
 /// A whole number of percent, clamped to 0..100 and halves rounded up, with " %". Not-a-number is 0.
 std::wstring FormatPercentText(double value);
 
-/// `bytes` in units of 2^30 with one decimal and no unit, `separator` for the point. An empty separator leaves the
-/// point.
+/// `bytes` in units of 2^30 with one decimal and no unit, `separator` for the point.
 std::wstring FormatGigabytesWith(std::uint64_t bytes, const std::wstring& separator);
 
+/// The load of the whole machine: "CPU: 12 %".
 std::wstring CpuTooltipText(const MetricSample& sample);
 
 /// The percentages are those of the busiest disk in the machine, the speeds those of the disks that the user chose.
+/// Without valid figures the text says so.
 std::wstring DiskTooltipText(const MetricSample& sample, const DiskTotals& totals, wchar_t decimal);
 
+/// The share in use, then what is in use of what there is, `separator` for the point.
 std::wstring MemoryTooltipTextWith(const MetricSample& sample, const std::wstring& separator);
 
-/// `down` and `up` are bits per second, shown when `connected` and `hasRates`. `label` is the name of the connection,
-/// which the caller has made sure is not empty.
+/// `down` and `up` are bits per second, shown when `connected` and `hasRates`. Connected without rates shows the label
+/// alone. `label` is the name of the connection, which the caller has made sure is not empty.
 std::wstring NetTooltipText(const std::wstring& label, bool hasRates, bool connected, std::uint64_t down,
                             std::uint64_t up, wchar_t decimal);
 

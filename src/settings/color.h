@@ -17,10 +17,11 @@ std::int32_t Luminance(ColorValue color);
 /// that is not a number counts as 0.
 ColorValue BlendColor(ColorValue from, ColorValue to, double t);
 
-/// A light grey on dark backgrounds, a dark grey on light ones.
+/// Light grey (0xE0E0E0) on a background of a luminance below 128, dark grey (0x202020) on others.
 ColorValue ContrastColor(ColorValue background);
 
-/// `color` if it stands out against `background`, otherwise `color` pulled towards the background's contrast colour.
+/// `color` if its luminance is at least 90 away from that of `background`, otherwise `color` pulled towards the
+/// background's contrast colour.
 ColorValue ReadableColor(ColorValue color, ColorValue background);
 
 /// 0x00RRGGBB to the platform's 0x00BBGGRR, and back. Only the low 24 bits pass.

@@ -17,11 +17,13 @@ bool EnsureIniFolder(const std::wstring& path);
 
 /// A whole record, whatever the file holds and even without a file. Writes nothing.
 AppSettings LoadSettings();
+/// Where and on which tab the settings dialog was left; zeros where the file does not say. Writes nothing.
 DialogState LoadDialogState();
 
 // Each save makes the folder if need be, writes its own keys and no others, and is true when every write succeeded.
+// Those of more than one key also tell the debugger when they failed.
 
-/// The keys of a tab, in the order of its rows; a failed key does not stop the others.
+/// The keys of a tab, its colours first and then its rows; a failed key does not stop the others.
 bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab);
 bool SaveCheckUpdates(const AppSettings& settings);
 bool SaveLanguage(const AppSettings& settings);
@@ -29,6 +31,7 @@ bool SaveInstallId(const AppSettings& settings);
 bool SaveDiskActivity(const AppSettings& settings);
 /// The window state of the three graphs; stops after the first graph with a failed key.
 bool SaveGraphWindows(const AppSettings& settings);
+/// Position and tab of the settings dialog; a failed key does not stop the others.
 bool SaveDialogState(const DialogState& state);
 
 }  // namespace kestrane

@@ -25,11 +25,14 @@ struct DialogState {
     bool operator==(const DialogState&) const = default;
 };
 
+/// The defaults, and over them what is well-formed. Keys of older files fill in where those of today are absent.
 AppSettings ReadSettings(const ReadValue& read);
+/// A position needs both coordinates, each within -99999..99999; a tab is 0 to 4. What is not so stays 0.
 DialogState ReadDialogState(const ReadValue& read);
 
 /// Attempts every key of the tab; true when all were written.
 bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const WriteValue& write);
+/// Writes one key; true when it was written.
 bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write);
 /// Stops at the first graph whose keys were not all written; the later graphs are not attempted.
 bool WriteGraphWindows(const AppSettings& settings, const WriteValue& write);

@@ -5,9 +5,10 @@
 
 namespace kestrane {
 
+/// Gives `dest` the fields of `tab` in `source` and leaves all others.
 void CopySettingsTab(AppSettings& dest, const AppSettings& source, SettingsTab tab);
 
-/// Lists compare in order: the same interfaces in another order are a change.
+/// True when all fields of `tab` are equal. Lists compare in order: the same interfaces in another order are a change.
 bool SettingsTabEqual(const AppSettings& a, const AppSettings& b, SettingsTab tab);
 
 }  // namespace kestrane

@@ -201,6 +201,16 @@ TEST_F(GraphWindowLife, OneHookForAllGraphs) {
     EXPECT_EQ(world.hooks, 2);
 }
 
+TEST_F(GraphWindowLife, ARefusedHookIsTriedAgainAndNeverRemoved) {
+    world.refuseHook = true;
+    Graph(GraphKind::Network);
+    Graph(GraphKind::Cpu);
+    EXPECT_EQ(world.hooks, 2);
+    graphs_[IndexOf(GraphKind::Network)].reset();
+    graphs_[IndexOf(GraphKind::Cpu)].reset();
+    EXPECT_EQ(world.unhooks, 0);
+}
+
 using GraphWindowStyle = GraphWindowTest;
 
 TEST_F(GraphWindowStyle, OpacityIsHeldBetween10And100Percent) {

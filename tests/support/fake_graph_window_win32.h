@@ -57,6 +57,7 @@ struct World {
     std::optional<POINT> cursor;         // none: the machine's
     bool altDown = false;
     bool refuseTracking = false;
+    bool refuseHook = false;
     std::function<void()> moveLoop;  // runs while a press on the surface lasts
     std::vector<std::wstring> debugTexts;
     std::vector<WNDCLASSEXW> classes;
@@ -202,6 +203,7 @@ inline HWINEVENTHOOK WINAPI FakeSetWinEventHook(DWORD first, DWORD last, HMODULE
     EXPECT_EQ(flags, 2U);
     ++world.hooks;
     world.hookProc = proc;
+    if (world.refuseHook) return nullptr;
     return reinterpret_cast<HWINEVENTHOOK>(static_cast<std::uintptr_t>(0x5005));
 }
 

@@ -6,26 +6,25 @@
 //     EXPECT_EQ(canvas.Rows({{0, '.'}, {0xFF0000, 'r'}}), (Strings{".....", ".rr..", "....."}));
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "graph/pixel_buffer.h"
+#include "support/pixel_picture.h"
 
 namespace kestrane {
 
 using Strings = std::vector<std::string>;
 
-/// One letter a colour. A colour without a letter shows as '?'.
-using Letters = std::map<std::uint32_t, char>;
+/// One letter a colour.
+using Letters = PixelLegend;
 
 inline Strings RowsOf(const PixelBuffer& buffer, const Letters& letters) {
     Strings rows;
     for (std::int32_t y = 0; y < buffer.height; ++y) {
         std::string row;
         for (std::int32_t x = 0; x < buffer.width; ++x) {
-            const auto letter = letters.find(buffer.bits[static_cast<std::ptrdiff_t>(y) * buffer.width + x]);
-            row += letter == letters.end() ? '?' : letter->second;
+            row += PixelLetter(buffer.bits[static_cast<std::ptrdiff_t>(y) * buffer.width + x], letters);
         }
         rows.push_back(row);
     }

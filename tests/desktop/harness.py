@@ -32,6 +32,7 @@ NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETVERSION = 0, 1, 2, 4
 NIF_MESSAGE, NIF_ICON, NIF_TIP, NIF_INFO, NIF_GUID, NIF_SHOWTIP = 0x01, 0x02, 0x04, 0x10, 0x20, 0x80
 
 WM_TIMER = 0x113
+CPU_TIMER, MEMORY_TIMER, NETWORK_TIMER, DISK_TIMER = 1, 3, 4, 5
 HIDDEN_WINDOW = "kestrane.hidden"
 
 # Wine shows a taskbar in the desktop of this name alone.
@@ -145,14 +146,17 @@ def column_heights(call, color):
 class Desktop:
     """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
 
-    def __init__(self, language="en_US", dpi=96, counters=None):
+    def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0):
         WINE_FOLDER.mkdir(parents=True, exist_ok=True)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="desktop-", dir=WINE_FOLDER))
         self.prefix = self.folder / "prefix"
         self._processes = []
         self._display = None
+        self._kestrane = BUILD / "kestrane.exe"
+        self._kestrane_environment = {}
         try:
             self._copy_prefix(dpi)
+            self._add_disks("defgh"[:more_disks])
             self._start_display()
         except BaseException:
             self.close()
@@ -169,6 +173,9 @@ class Desktop:
         if counters is not None:
             self._install_scripted_pdh()
             self.write_counters(counters)
+        if network is not None:
+            self._install_scripted_network()
+            self.write_network(network)
 
     def __enter__(self):
         return self
@@ -186,6 +193,15 @@ class Desktop:
         """Writes a value under HKEY_CURRENT_USER, in the form of Wine's own file, before anything runs."""
         with open(self.prefix / "user.reg", "a", encoding="utf-8") as file:
             file.write(f"\n[{key}]\n{line}\n")
+
+    def _add_disks(self, letters):
+        """Wine has one fixed disk, number 0, whatever the drives are; but it counts each network drive as a disk more."""
+        for letter in letters:
+            target = self.folder / f"drive_{letter}"
+            target.mkdir()
+            (self.prefix / "dosdevices" / f"{letter}:").symlink_to(target)
+        with open(self.prefix / "system.reg", "a", encoding="utf-8") as file:
+            file.write("\n[Software\\\\Wine\\\\Drives]\n" + "".join(f'"{letter}:"="network"\n' for letter in letters))
 
     def _start_display(self):
         self._display = subprocess.Popen(
@@ -232,6 +248,25 @@ class Desktop:
         new.write_text("".join(line + "\n" for line in lines), encoding="utf-8")
         new.replace(self.folder / "counters.txt")
 
+    # Interfaces played by a script, in the syntax of scripted_iphlpapi.cpp.
+
+    def _install_scripted_network(self):
+        """The DLL stands beside a copy of the program, for the other programs need the system's."""
+        folder = self.folder / "program"
+        folder.mkdir()
+        shutil.copy(BUILD / "scripted" / "iphlpapi.dll", folder)
+        self._kestrane = shutil.copy(BUILD / "kestrane.exe", folder)
+        self._kestrane_environment = {
+            "WINEDLLOVERRIDES": self.environment["WINEDLLOVERRIDES"] + ";iphlpapi=n",
+            "KESTRANE_NETWORK_SCRIPT": windows_path(self.folder / "network.txt"),
+        }
+
+    def write_network(self, lines):
+        """Takes effect at the program's next tick, whole."""
+        new = self.folder / "network.new"
+        new.write_text("".join(line + "\n" for line in lines), encoding="utf-8")
+        new.replace(self.folder / "network.txt")
+
     # Programs.
 
     def start(self, program, *arguments, **options):
@@ -265,7 +300,8 @@ class Desktop:
         return self.start("explorer", f"/desktop={TASKBAR_DESKTOP}", windows_path(BUILD / program), *arguments)
 
     def start_kestrane(self, *arguments, **options):
-        return self.start("kestrane.exe", *arguments, **options)
+        environment = {**self._kestrane_environment, **options.pop("environment", {})}
+        return self.start(self._kestrane, *arguments, environment=environment, **options)
 
     def start_kestrane_logged(self, *arguments):
         """Also keeps what the program says to a debugger: see debug_lines."""
@@ -323,8 +359,11 @@ class Desktop:
         return profile / "AppData" / "Roaming" / "kestrane" / "kestrane.ini"
 
     def write_ini(self, text):
+        self.write_ini_bytes(text.encode())
+
+    def write_ini_bytes(self, content):
         self.ini_path.parent.mkdir(parents=True, exist_ok=True)
-        self.ini_path.write_text(text, encoding="utf-8")
+        self.ini_path.write_bytes(content)
 
     def take_screenshot(self, path):
         subprocess.run(["import", "-display", self.display, "-window", "root", str(path)], check=True)
@@ -365,6 +404,12 @@ class DesktopTest(unittest.TestCase):
         process = self.desktop.start_kestrane(*arguments, **options)
         self.shell.wait_for_ticks(2, icon=4, start=start)
         return process
+
+    def tick(self, timer):
+        """One tick of a timer, from its message to its last call; the calls of the meantime."""
+        start = self.shell.mark()
+        self.assertTrue(self.desktop.send_messages(1, WM_TIMER, timer))
+        return self.shell.since(start)
 
 
 def private_kilobytes(process):

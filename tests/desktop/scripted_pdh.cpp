@@ -16,21 +16,19 @@
 #include <pdhmsg.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "script_file.h"
+
 namespace {
 
+constexpr const wchar_t* ScriptVariable = L"KESTRANE_PDH_SCRIPT";
 constexpr DWORD WantedFormat = PDH_FMT_DOUBLE | PDH_FMT_NOCAP100;
-
-using Line = std::vector<std::string>;
-using Script = std::vector<Line>;
 
 struct Query;
 
@@ -50,13 +48,6 @@ struct Instance {
     DWORD status;
 };
 
-std::wstring Widen(const std::string& text) {
-    const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
-    return wide;
-}
-
 std::string Narrow(const wchar_t* text) {
     std::string narrow;
     for (; *text != 0; ++text)
@@ -64,37 +55,9 @@ std::string Narrow(const wchar_t* text) {
     return narrow;
 }
 
-Line SplitFields(const std::string& text) {
-    Line fields;
-    std::istringstream stream(text);
-    for (std::string field; std::getline(stream, field, '|');)
-        fields.push_back(field);
-    return fields;
-}
-
-Script ReadScript() {
-    Script script;
-    const wchar_t* path = _wgetenv(L"KESTRANE_PDH_SCRIPT");
-    if (path == nullptr) return script;
-    std::unique_ptr<FILE, int (*)(FILE*)> file(_wfopen(path, L"rb"), std::fclose);
-    if (!file) return script;
-    std::string text;
-    char block[4096];
-    for (std::size_t size = 0; (size = std::fread(block, 1, sizeof block, file.get())) > 0;)
-        text.append(block, size);
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
-        script.push_back(SplitFields(line));
-    return script;
-}
-
 /// The headers give the codes as unsigned numbers and the calls as signed ones.
 constexpr PDH_STATUS Status(DWORD code) {
     return static_cast<PDH_STATUS>(code);
-}
-
-DWORD ParseStatus(const std::string& text) {
-    return static_cast<DWORD>(std::strtoul(text.c_str(), nullptr, 16));
 }
 
 double ParseNumber(const std::string& text) {
@@ -156,7 +119,7 @@ extern "C" {
 
 PDH_FUNCTION PdhOpenQueryW(LPCWSTR source, DWORD_PTR, PDH_HQUERY* query) {
     if (source != nullptr) return Status(PDH_INVALID_ARGUMENT);
-    const Script script = ReadScript();
+    const Script script = ReadScript(ScriptVariable);
     for (const Line& line : script) {
         if (line.size() == 2 && line[0] == "open") return Status(ParseStatus(line[1]));
     }
@@ -177,7 +140,7 @@ PDH_FUNCTION PdhAddEnglishCounterW(PDH_HQUERY handle, LPCWSTR fullPath, DWORD_PT
 
 PDH_FUNCTION PdhCollectQueryData(PDH_HQUERY handle) {
     auto* query = static_cast<Query*>(handle);
-    query->script = ReadScript();
+    query->script = ReadScript(ScriptVariable);
     for (const auto& counter : query->counters) {
         const PDH_STATUS status = ScriptedStatus(query->script, "collect", counter->path);
         if (status != ERROR_SUCCESS) return status;

@@ -26,8 +26,8 @@ MARKED_FOLDERS = ["src", "tests", "scripts", "res", "cmake", ".ci", "docs"]
 TEXT_SUFFIXES = {"", ".h", ".cpp", ".c", ".py", ".sh", ".txt", ".cmake", ".rc", ".md", ".svg", ".manifest", ".def", ".yml"}
 
 
-def lines_of(path):
-    return enumerate(path.read_text(encoding="utf-8").splitlines(), start=1)
+def lines_of(path, errors="strict"):
+    return enumerate(path.read_text(encoding="utf-8", errors=errors).splitlines(), start=1)
 
 
 def is_platform(path):
@@ -111,7 +111,9 @@ def check_markers(root):
         for path in sorted((root / folder).rglob("*")):
             if not path.is_file() or path.suffix not in TEXT_SUFFIXES or path.resolve() == pathlib.Path(__file__).resolve():
                 continue
-            breaches += [f"{path}:{n}: left over: {line.strip()}" for n, line in lines_of(path) if MARKERS.search(line)]
+            for number, line in lines_of(path, errors="replace"):  # hostile test data need not be text
+                if MARKERS.search(line):
+                    breaches.append(f"{path}:{number}: left over: {line.strip()}")
     return breaches
 
 

@@ -1,0 +1,244 @@
+// Another program on the same desktop: it tells what windows there are, and it gets in their way. It obeys commands on
+// the standard input, one a line, each answered by one line of JSON:
+//
+//     windows              all top-level windows, the topmost first
+//     texts CLASS          the texts of the children of the first visible window of this class
+//     mode CLASS           what the thread of this window is at: {"moving":...,"menu":...}
+//     move HANDLE X Y      moves any window, as the system does when a monitor goes
+//     paint HANDLE COUNT   has a window painted so often, each time to its end
+//     show X Y W H         its own window, in one colour, below all that are topmost
+//     front                its own window comes to the foreground
+//     hide                 its own window goes
+//     hotkey               takes Ctrl+Shift+B; the answer is whether it was free
+//     quit
+//
+// With the name of a desktop as its argument it does all this there. Between the answers it tells what reaches it:
+// {"clicked":[X,Y]} for a press of the left button on its own window, in the screen's coordinates, and {"hotkey":true}
+// for the shortcut that it took.
+#include <windows.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace {
+
+constexpr UINT CommandMessage = WM_APP;
+constexpr UINT AnswerTimeoutMs = 10000;
+constexpr COLORREF OwnColor = RGB(0x12, 0x90, 0x34);
+constexpr wchar_t ClassName[] = L"neighbour";
+
+/// ASCII as it is, everything else as \uXXXX: any UTF-16, broken or not, becomes valid JSON.
+std::string JsonText(const wchar_t* text) {
+    std::string json = "\"";
+    for (; *text != 0; ++text) {
+        char escaped[8];
+        const bool plain = *text >= 0x20 && *text < 0x7F && *text != L'"' && *text != L'\\';
+        std::snprintf(escaped, sizeof escaped, plain ? "%c" : "\\u%04x", static_cast<unsigned>(*text));
+        json += escaped;
+    }
+    return json + '"';
+}
+
+void Print(const std::string& line) {
+    std::fprintf(stdout, "%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+std::string TextOf(HWND window) {
+    wchar_t text[1024] = {};
+    DWORD_PTR length = 0;
+    SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                        AnswerTimeoutMs, &length);
+    return JsonText(text);
+}
+
+std::string ClassOf(HWND window) {
+    wchar_t name[256] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return JsonText(name);
+}
+
+void Append(std::string& list, const std::string& element) {
+    if (!list.empty()) list += ',';
+    list += element;
+}
+
+/// The title is the one that the window manager knows; a busy window is not asked.
+BOOL CALLBACK AppendWindow(HWND window, LPARAM list) {
+    RECT rect = {};
+    wchar_t title[256] = {};
+    BYTE alpha = 255;
+    GetWindowRect(window, &rect);
+    GetWindowTextW(window, title, static_cast<int>(std::size(title)));
+    GetLayeredWindowAttributes(window, nullptr, &alpha, nullptr);
+    std::ostringstream json;
+    json << "{\"handle\":" << HandleToLong(window) << ",\"name\":" << ClassOf(window)
+         << ",\"title\":" << JsonText(title) << ",\"visible\":" << (IsWindowVisible(window) ? "true" : "false")
+         << ",\"style\":" << static_cast<std::uint32_t>(GetWindowLongW(window, GWL_STYLE))
+         << ",\"extended\":" << static_cast<std::uint32_t>(GetWindowLongW(window, GWL_EXSTYLE))
+         << ",\"alpha\":" << int{alpha} << ",\"rect\":[" << rect.left << ',' << rect.top << ',' << rect.right << ','
+         << rect.bottom << "]}";
+    Append(*reinterpret_cast<std::string*>(list), json.str());
+    return TRUE;
+}
+
+BOOL CALLBACK AppendText(HWND window, LPARAM list) {
+    Append(*reinterpret_cast<std::string*>(list), TextOf(window));
+    return TRUE;
+}
+
+std::string ListWindows() {
+    std::string list;
+    EnumWindows(AppendWindow, reinterpret_cast<LPARAM>(&list));
+    return '[' + list + ']';
+}
+
+std::string ListTexts(const std::string& className) {
+    const std::wstring name(className.begin(), className.end());
+    HWND window = nullptr;
+    do {
+        window = FindWindowExW(nullptr, window, name.c_str(), nullptr);
+    } while (window != nullptr && !IsWindowVisible(window));
+    std::string list;
+    if (window != nullptr) EnumChildWindows(window, AppendText, reinterpret_cast<LPARAM>(&list));
+    return '[' + list + ']';
+}
+
+/// Whether a nested loop of the system runs: for the move or the size of a window, or for a menu.
+std::string TellMode(const std::string& className) {
+    const std::wstring name(className.begin(), className.end());
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(FindWindowW(name.c_str(), nullptr), nullptr), &info);
+    const bool moving = (info.flags & GUI_INMOVESIZE) != 0;
+    const bool menu = (info.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0;
+    return std::string("{\"moving\":") + (moving ? "true" : "false") + ",\"menu\":" + (menu ? "true}" : "false}");
+}
+
+bool Paint(HWND window, int count) {
+    for (int i = 0; i < count; ++i) {
+        if (!RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW)) return false;
+    }
+    return true;
+}
+
+std::string Obey(HWND own, const std::string& command) {
+    std::istringstream words(command);
+    std::string verb;
+    std::string name;
+    int numbers[4] = {};
+    words >> verb;
+    if (verb == "texts" || verb == "mode") words >> name;
+    for (int& number : numbers)
+        words >> number;
+    HWND named = static_cast<HWND>(LongToHandle(numbers[0]));
+
+    bool done = true;
+    if (verb == "windows") return ListWindows();
+    if (verb == "texts") return ListTexts(name);
+    if (verb == "mode") return TellMode(name);
+    if (verb == "move")
+        done = SetWindowPos(named, nullptr, numbers[1], numbers[2], 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    if (verb == "paint") done = Paint(named, numbers[1]);
+    if (verb == "show")
+        done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
+                            SWP_SHOWWINDOW | SWP_NOACTIVATE);
+    if (verb == "front") done = SetForegroundWindow(own);
+    if (verb == "hide") ShowWindow(own, SW_HIDE);
+    if (verb == "hotkey") done = RegisterHotKey(own, 1, MOD_CONTROL | MOD_SHIFT, 'B');
+    if (verb == "quit") PostQuitMessage(0);
+    return done ? "true" : "false";
+}
+
+void TellClick(HWND window, LPARAM lParam) {
+    POINT point = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+    ClientToScreen(window, &point);
+    std::ostringstream json;
+    json << "{\"clicked\":[" << point.x << ',' << point.y << "]}";
+    Print(json.str());
+}
+
+LRESULT CALLBACK NeighbourProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case CommandMessage:
+            Print("{\"answer\":" + Obey(window, *std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam))) +
+                  '}');
+            return 0;
+        case WM_LBUTTONDOWN:
+            TellClick(window, lParam);
+            return 0;
+        case WM_HOTKEY:
+            Print("{\"hotkey\":true}");
+            return 0;
+        default:
+            return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+/// A program belongs to a desktop from its start, so it starts itself once more, with the same input and output.
+int RunInDesktop(std::string desktop) {
+    std::wstring name(desktop.begin(), desktop.end());
+    wchar_t self[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.lpDesktop = name.data();
+    PROCESS_INFORMATION process;
+    if (!CreateProcessW(self, nullptr, nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process)) return 1;
+    WaitForSingleObject(process.hProcess, INFINITE);
+    return 0;
+}
+
+HWND CreateOwnWindow() {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = NeighbourProc;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = CreateSolidBrush(OwnColor);
+    windowClass.lpszClassName = ClassName;
+    RegisterClassExW(&windowClass);
+    return CreateWindowExW(0, ClassName, L"neighbour", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, windowClass.hInstance,
+                           nullptr);
+}
+
+/// Hands the lines of the standard input to the window's thread. Its end ends the program.
+void ReadCommands(HWND window) {
+    std::string line;
+    int character = 0;
+    while ((character = std::getchar()) != EOF) {
+        if (character == '\r') continue;
+        if (character != '\n') {
+            line += static_cast<char>(character);
+            continue;
+        }
+        auto command = std::make_unique<std::string>(std::exchange(line, {}));
+        if (PostMessageW(window, CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
+            static_cast<void>(command.release());
+    }
+    PostMessageW(window, WM_QUIT, 0, 0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 2) return RunInDesktop(argv[1]);
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    const HWND window = CreateOwnWindow();
+    if (window == nullptr) return 1;
+    std::thread(ReadCommands, window).detach();
+    Print("{\"answer\":true}");
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    std::_Exit(0);  // the reading thread may still wait for input
+}

@@ -1,0 +1,188 @@
+"""What is seen and done on the screen: windows as another program finds them, pixels, and a hand on the mouse."""
+
+import configparser
+import json
+import queue
+import subprocess
+import threading
+import types
+
+from harness import BUILD, HIDDEN_WINDOW, TIMEOUT, DesktopTest, wait_until, windows_path
+
+GRAPH_CLASS = "kestrane.graph"
+MENU_CLASS = "#32768"
+DIALOG_CLASS = "#32770"
+
+WS_EX_TOPMOST, WS_EX_TRANSPARENT, WS_EX_TOOLWINDOW = 0x8, 0x20, 0x80
+WS_EX_LAYERED, WS_EX_NOACTIVATE = 0x80000, 0x8000000
+
+# The notification area's events, as the program gets them.
+WM_CONTEXTMENU, WM_LBUTTONDBLCLK, NIN_SELECT, NIN_KEYSELECT = 0x7B, 0x203, 0x400, 0x401
+WM_DISPLAYCHANGE = 0x7E
+
+ICON_OF = {"cpu": 1, "disk": 2, "network": 4}
+TITLES = {
+    "en_US": {"cpu": "kestrane - CPU", "disk": "kestrane - disk", "network": "kestrane - network"},
+    "es_ES": {"cpu": "kestrane - CPU", "disk": "kestrane - disco", "network": "kestrane - red"},
+}
+
+LEFT_BUTTON, RIGHT_BUTTON = 1, 3
+
+
+class Neighbour:
+    """Another program on the same desktop, in the syntax of neighbour.cpp; what it told by itself is in `told`."""
+
+    def __init__(self, desktop, where=None):
+        arguments = [where] if where else []
+        self._process = desktop.start(
+            "neighbour.exe", *arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE
+        )
+        self._answers = queue.Queue()
+        self.told = []
+        threading.Thread(target=self._read, daemon=True).start()
+        self._take_answer("its first line")
+
+    def _read(self):
+        for line in self._process.stdout:
+            record = json.loads(line, object_hook=lambda fields: types.SimpleNamespace(**fields))
+            if hasattr(record, "answer"):
+                self._answers.put(record.answer)
+            else:
+                self.told.append(record)
+
+    def _take_answer(self, what):
+        try:
+            return self._answers.get(timeout=TIMEOUT)
+        except queue.Empty:
+            raise AssertionError(f"no answer of the neighbour to {what}") from None
+
+    def ask(self, *words):
+        command = " ".join(map(str, words))
+        self._process.stdin.write(command + "\n")
+        self._process.stdin.flush()
+        return self._take_answer(command)
+
+    def windows(self, class_name):
+        """The visible windows of a class, the topmost first."""
+        return [window for window in self.ask("windows") if window.name == class_name and window.visible]
+
+    def find(self, class_name, title=None):
+        """The first visible window of the class, or None."""
+        found = [window for window in self.windows(class_name) if title in (None, window.title)]
+        return found[0] if found else None
+
+    def mode(self):
+        return self.ask("mode", HIDDEN_WINDOW)
+
+
+class Picture:
+    """What stands on the screen at one moment, as 0xRRGGBB by column and row."""
+
+    def __init__(self, desktop):
+        command = ["import", "-display", desktop.display, "-window", "root", "-depth", "8", "ppm:-"]
+        data = subprocess.run(command, check=True, capture_output=True).stdout
+        kind, size, depth, pixels = data.split(b"\n", 3)
+        assert (kind, depth) == (b"P6", b"255")
+        self.width, self.height = map(int, size.split())
+        self._pixels = pixels
+
+    def at(self, x, y):
+        start = 3 * (y * self.width + x)
+        return int.from_bytes(self._pixels[start : start + 3], "big")
+
+    def row(self, y, left, right):
+        return [self.at(x, y) for x in range(left, right)]
+
+    def column(self, x, top, bottom):
+        return [self.at(x, y) for y in range(top, bottom)]
+
+    def part(self, rect):
+        """The bytes of a rectangle, for comparing it with the same at another moment."""
+        left, top, right, bottom = rect
+        rows = (3 * y * self.width for y in range(top, bottom))
+        return b"".join(self._pixels[row + 3 * left : row + 3 * right] for row in rows)
+
+
+def size_of(rect):
+    left, top, right, bottom = rect
+    return right - left, bottom - top
+
+
+def middle_of(rect):
+    left, top, right, bottom = rect
+    return (left + right) // 2, (top + bottom) // 2
+
+
+class GraphTest(DesktopTest):
+    """The graph windows of the real program, with another program beside it."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.neighbour = Neighbour(cls.desktop)
+        cls.titles = TITLES[cls.options.get("language", "en_US")]
+
+    def setUp(self):
+        super().setUp()
+        self.point_at(1, 1)
+        self.addCleanup(self.neighbour.ask, "hide")
+
+    # What is there.
+
+    def graph(self, kind):
+        """The shown window of a graph, or None."""
+        return self.neighbour.find(GRAPH_CLASS, self.titles[kind])
+
+    def rect(self, kind):
+        graph = self.graph(kind)
+        return tuple(graph.rect) if graph else None
+
+    def wait_for_graph(self, kind):
+        return wait_until(lambda: self.graph(kind), f"the {kind} graph")
+
+    def wait_for_no_graph(self, kind):
+        wait_until(lambda: not self.graph(kind), f"the end of the {kind} graph")
+
+    def wait_for_rect(self, kind, rect):
+        wait_until(lambda: self.rect(kind) == rect, f"the {kind} graph at {rect}, which is at {self.rect(kind)}", 30)
+
+    def saved(self, section):
+        """A section of the settings file as it is now."""
+        file = configparser.ConfigParser()
+        file.read(self.desktop.ini_path, encoding="utf-8")
+        return dict(file[section]) if section in file else {}
+
+    def saved_rect(self, kind):
+        state = self.saved(kind)
+        x, y, width, height = (int(state[key]) for key in ("x", "y", "width", "height"))
+        return x, y, x + width, y + height
+
+    def wait_for_saved(self, section, **values):
+        wanted = {key: str(value) for key, value in values.items()}
+        holds = lambda: wanted.items() <= self.saved(section).items()
+        wait_until(holds, f"{wanted} in [{section}], which is {self.saved(section)}", 30)
+
+    # The mouse.
+
+    def point_at(self, x, y):
+        self.desktop.use_mouse("mousemove", x, y)
+
+    def click(self, x, y, button=LEFT_BUTTON):
+        self.desktop.use_mouse("mousemove", x, y, "click", button)
+
+    def press(self, x, y):
+        """Presses the left button on a graph and waits until the system's own loop has taken it."""
+        self.desktop.use_mouse("mousemove", x, y, "mousedown", LEFT_BUTTON)
+        wait_until(lambda: self.neighbour.mode().moving, f"a drag that begins at {x}, {y}")
+
+    def release(self):
+        self.desktop.use_mouse("mouseup", LEFT_BUTTON)
+        wait_until(lambda: not self.neighbour.mode().moving, "the end of the drag")
+
+    def drag(self, start, dx, dy):
+        self.press(*start)
+        self.point_at(start[0] + dx, start[1] + dy)
+        self.release()
+
+    def send_to_icon(self, kind, event, x=600, y=600):
+        self.shell.command(f"callback {ICON_OF[kind]} {event} {x} {y}")

@@ -143,6 +143,12 @@ def column_heights(call, color):
     return [sum(row[x] == color for row in rows) for x in range(call.width)]
 
 
+def every(milliseconds, **more):
+    """Settings by which all four icons are refreshed so often, with more lines for the sections that are named."""
+    sections = ("cpu", "disk", "memory", "network")
+    return "".join(f"[{name}]\nrefresh_ms={milliseconds}\n{more.get(name, '')}\n" for name in sections)
+
+
 class Desktop:
     """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
 
@@ -408,8 +414,7 @@ class DesktopTest(unittest.TestCase):
     def tick(self, timer):
         """One tick of a timer, from its message to its last call; the calls of the meantime."""
         start = self.shell.mark()
-        self.assertTrue(self.desktop.send_messages(1, WM_TIMER, timer))
-        return self.shell.since(start)
+        return self.shell.calls[start : self.shell.command(f"tick {timer}")]
 
 
 def private_kilobytes(process):

@@ -11,6 +11,7 @@ from harness import (
     NIM_MODIFY,
     NIM_SETVERSION,
     DesktopTest,
+    every,
     main,
     pixels,
 )
@@ -21,12 +22,6 @@ CALLBACK = 0x8001
 
 GUID_REFUSED = "kestrane: NIM_ADD con GUID ha fallado; reintento sin GUID"
 ADD_REFUSED = "kestrane: NIM_ADD ha fallado"
-
-
-
-def every(milliseconds):
-    """Settings by which all four icons are refreshed so often."""
-    return "".join(f"[{section}]\nrefresh_ms={milliseconds}\n" for section in ("cpu", "disk", "memory", "network"))
 
 
 FAST = every(500)
@@ -134,9 +129,10 @@ class Misbehaviour(DesktopTest):
             )
         self.assertEqual(self.desktop.debug_lines().count(GUID_REFUSED), 4)
 
-        # The shell would take GUIDs again now, but the icons stay as they are known.
+        # A new shell would take GUIDs, but the icons stay as they are.
         self.shell.command("refuse guid off")
-        later = self.shell.command("refuse modify 1")
+        later = self.shell.command("restart")
+        self.shell.wait_for_count(4, lambda call: call.message == NIM_ADD and call.answer, later)
         self.shell.wait_for_ticks(3, icon=1, start=later)
         self.assertEqual({bool(call.flags & NIF_GUID) for call in self.shell.since(later)}, {False})
         self.assertEqual(self.desktop.debug_lines().count(GUID_REFUSED), 4)

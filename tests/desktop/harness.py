@@ -152,7 +152,8 @@ def every(milliseconds, **more):
 class Desktop:
     """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
 
-    def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0):
+    def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0, registry=()):
+        """`registry` is a list of what set_registry takes."""
         WINE_FOLDER.mkdir(parents=True, exist_ok=True)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="desktop-", dir=WINE_FOLDER))
         self.prefix = self.folder / "prefix"
@@ -162,6 +163,8 @@ class Desktop:
         self._kestrane_environment = {}
         try:
             self._copy_prefix(dpi)
+            for key, line in registry:
+                self.set_registry(key, line)
             self._add_disks("defgh"[:more_disks])
             self._start_display()
         except BaseException:

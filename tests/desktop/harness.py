@@ -149,6 +149,11 @@ def every(milliseconds, **more):
     return "".join(f"[{name}]\nrefresh_ms={milliseconds}\n{more.get(name, '')}\n" for name in sections)
 
 
+def column_height(percent):
+    """The pixels of a column of percent on an icon of 16: one for anything above 0, all for 100."""
+    return (15 * percent + 50) // 100 + 1 if percent > 0 else 0
+
+
 class Desktop:
     """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
 

@@ -17,6 +17,7 @@
 //     restart                forget and broadcast: a new shell that has never seen an icon
 //     forward on|off         calls go on to the next taskbar window, whose answer is the result
 //     callback ID EVENT X Y  the icon's window gets its callback message, in the layout of version 4
+//     tick TIMER             the program's hidden window gets WM_TIMER and has dealt with it
 //     report                 nothing; but its confirmation comes behind the lines of all calls so far
 //     quit
 #include <windows.h>
@@ -231,6 +232,13 @@ void SendCallback(UINT id, unsigned event, int x, int y) {
     }
 }
 
+/// Calls of the program come in while this waits for it.
+void SendTick(WPARAM timer) {
+    const HWND window = FindWindowW(L"kestrane.hidden", nullptr);
+    DWORD_PTR result = 0;
+    SendMessageTimeoutW(window, WM_TIMER, timer, 0, SMTO_NORMAL, ShellTimeoutMs, &result);
+}
+
 void SetRule(const std::string& rule, const std::string& value) {
     if (rule == "guid") rules.refuseGuid = value == "on";
     if (rule == "all") rules.refuseAll = value == "on";
@@ -252,6 +260,7 @@ void Obey(const std::string& command) {
     if (verb == "forward") rules.forward = first == "on";
     if (verb == "forget" || verb == "restart") icons.clear();
     if (verb == "broadcast" || verb == "restart") BroadcastTaskbarCreated();
+    if (verb == "tick") SendTick(std::stoul(first));
     if (verb == "quit") PostQuitMessage(0);
     if (verb == "callback") {
         int x = 0;

@@ -4,7 +4,7 @@ import multiprocessing
 import pathlib
 import re
 
-from harness import NIM_MODIFY, DesktopTest, bar_height, column_heights, main
+from harness import NIM_MODIFY, DesktopTest, column_height, column_heights, main
 
 TOTAL = r"\Processor Information(_Total)\% Processor Utility"
 CORES = r"\Processor Information(*)\% Processor Utility"
@@ -68,7 +68,7 @@ class ScriptedCounters(CpuTest):
         changes = [call for call in self.shell.since(self.first) if call.message == NIM_MODIFY and call.id == 1]
         history = []
         for call in changes[1:]:  # the first comes before any tick and shows an empty history
-            history.append(bar_height(percent_of(call)))
+            history.append(column_height(percent_of(call)))
             shown = ([0] * 16 + history)[-16:]
             self.assertEqual(column_heights(call, FOREGROUND), shown)
 

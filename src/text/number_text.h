@@ -21,8 +21,8 @@ std::wstring FormatInteger(Integer value) {
     }
 }
 
-/// `value` without its fraction, halves away from zero, as `round` of the C standard. The `round` of the MinGW runtime
-/// adds a half and cuts, which is wrong just below a half and for odd numbers from 2^52 on.
+/// `value` without its fraction, halves away from zero, as `round` of the C standard. The `round` and `llround` of the
+/// MinGW runtime give 1 for 0.49999999999999994, the last number below a half.
 double RoundHalfAway(double value);
 
 /// The greatest number of decimals that FormatFixed gives.

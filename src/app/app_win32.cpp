@@ -21,7 +21,7 @@ App::~App() {
 
 void App::OnCreate(HWND created) {
     window = created;
-    trayIcons = std::make_unique<TrayIconSet>(window);
+    trayIcons = std::make_shared<TrayIconSet>(window);
     for (const GraphKind kind : GraphKinds) {
         graphs[IndexOf(kind)] = std::make_unique<GraphWindow>(instance, &settings, this, kind);
     }
@@ -29,10 +29,11 @@ void App::OnCreate(HWND created) {
     BindGraphSources();
     EnsureIconRingSize(*this);
     ApplyIconVisibility();
-    trayIcons->AddAll();
+    std::shared_ptr(trayIcons)->AddAll();
     TakeFirstReadings();
     OnNetworkTick(*this);
     RefreshAllIcons();
+    if (shuttingDown) return;  // the window is gone again, by a message that came while the shell was asked
     ApplyTimers();
     ApplyGraphSettings();
     RegisterGraphHotkey();
@@ -53,7 +54,7 @@ void OnDestroy(HWND window, App* app) {
 }
 
 void App::OnTaskbarCreated() {
-    trayIcons->ReAddAll();
+    std::shared_ptr(trayIcons)->ReAddAll();
     RefreshAllIcons();
     RecoverGraphs();
 }
@@ -73,8 +74,9 @@ void App::OnSettingsChanged() {
 }
 
 void App::ApplyIconVisibility() {
+    const auto icons = trayIcons;
     for (std::uint32_t position = 0; position < settings.show.size(); ++position) {
-        trayIcons->SetVisible(position + 1, settings.show[position]);
+        icons->SetVisible(position + 1, settings.show[position]);
     }
 }
 

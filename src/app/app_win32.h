@@ -72,7 +72,9 @@ struct App final : GraphWindowHost {
     HWND window = nullptr;
     UINT taskbarCreatedMessage = 0;
     AppSettings settings;
-    std::unique_ptr<TrayIconSet> trayIcons;
+    /// From the start to the end. What the shell sends while it is asked something can bring the end, so whoever asks
+    /// it holds a copy for as long.
+    std::shared_ptr<TrayIconSet> trayIcons;
     std::array<std::unique_ptr<GraphWindow>, GraphCount> graphs;
     /// What the graphs read, by GraphKind; only `periodMs` changes after the start.
     std::array<GraphSeries, GraphCount> graphSources;
@@ -114,6 +116,7 @@ struct App final : GraphWindowHost {
     void ApplyGraphSettings();
     void ApplyGraph(GraphKind kind);
     void InvalidateGraph(GraphKind kind);
+    void ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text);
     void BindGraphSources();
     std::array<bool, GraphCount> ShownGraphs() const;
     void OnIconClick(GraphKind kind, std::uint32_t event);

@@ -39,9 +39,10 @@ void App::ApplyGraphSettings() {
 
 /// Hiding an icon hides its graph too, but the graph's own setting stays, and it comes back with the icon.
 void App::ApplyGraph(GraphKind kind) {
-    GraphWindow& graph = *graphs[IndexOf(kind)];
-    graph.ApplyStyle();
-    graph.SetShown(GraphSettingsOf(settings, kind).graph && settings.show[IconPosition(kind)]);
+    const auto& graph = graphs[IndexOf(kind)];
+    if (!graph) return;
+    graph->ApplyStyle();
+    graph->SetShown(GraphSettingsOf(settings, kind).graph && settings.show[IconPosition(kind)]);
 }
 
 void App::InvalidateGraph(GraphKind kind) {

@@ -44,6 +44,8 @@ void OnTimer(App& app, WPARAM id) {
 
 /// What needs `App`; false for messages that are left to DefWindowProcW, alone or afterwards.
 bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
+    // The shell sends its messages, so they also arrive while the end waits for it to take the icons away.
+    if (app.shuttingDown) return false;
     switch (message) {
         case WM_TIMER:
             OnTimer(app, wParam);
@@ -61,8 +63,7 @@ bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
             app.OnTrayNotify(wParam, lParam);
             return true;
         case WM_DPICHANGED:
-            // It is sent, so it can arrive while the icons are being taken away.
-            if (app.trayIcons) app.RefreshAllIcons();
+            app.RefreshAllIcons();
             return true;
         default:
             break;
@@ -90,7 +91,7 @@ LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
         case WM_QUERYENDSESSION:
             return TRUE;  // the program never objects
         case WM_ENDSESSION:
-            if (wParam != 0 && app != nullptr && app->trayIcons) app->trayIcons->RemoveAll();
+            if (wParam != 0 && app != nullptr && app->trayIcons) std::shared_ptr(app->trayIcons)->RemoveAll();
             return 0;
         default:
             break;

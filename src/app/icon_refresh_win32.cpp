@@ -1,6 +1,8 @@
 // The last step of a tick: text and image of one icon from what is stored, handed to the shell together.
 #include <windows.h>
 
+#include <utility>
+
 #include "app/app_win32.h"
 #include "app/ticks_win32.h"
 #include "app/timers.h"
@@ -10,13 +12,6 @@
 #include "tray/icon_render_win32.h"
 
 namespace kestrane {
-namespace {
-
-constexpr std::uint32_t IconId(MetricKind metric) {
-    return static_cast<std::uint32_t>(metric) + 1;
-}
-
-}  // namespace
 
 void App::ApplyTimers() {
     for (const auto& [metric, id] : SamplingTimers) {
@@ -30,19 +25,23 @@ void App::ApplyTimers() {
         graphSources[IndexOf(kind)].periodMs = settings.refresh_ms[IconPosition(kind)];
 }
 
+void App::ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text) {
+    const auto id = static_cast<std::uint32_t>(metric) + 1;
+    if (const auto icons = trayIcons) icons->Update(id, std::move(icon), text);
+}
+
 void App::RefreshCpuIcon() {
     EnsureIconRingSize(*this);
     const std::wstring text = CpuTooltipText(sample);
-    trayIcons->Update(IconId(MetricKind::Cpu), RenderCpuIcon(settings, cpuIconRing, iconRingSize), text);
+    ShowIcon(MetricKind::Cpu, RenderCpuIcon(settings, cpuIconRing, iconRingSize), text);
     InvalidateGraph(GraphKind::Cpu);
 }
 
 void App::RefreshDiskIcon() {
     EnsureIconRingSize(*this);
     const std::wstring text = DiskTooltipText(sample, diskTotals, DecimalSeparatorChar());
-    trayIcons->Update(IconId(MetricKind::Disk),
-                      RenderDiskIcon(settings, diskReadIconRing, diskWriteIconRing, sample.diskValid, iconRingSize),
-                      text);
+    ShowIcon(MetricKind::Disk,
+             RenderDiskIcon(settings, diskReadIconRing, diskWriteIconRing, sample.diskValid, iconRingSize), text);
     InvalidateGraph(GraphKind::Disk);
 }
 
@@ -50,7 +49,7 @@ void App::RefreshMemoryIcon() {
     EnsureIconRingSize(*this);
     const std::wstring text = MemoryTooltipText(sample);
     const auto percent = static_cast<std::int32_t>(sample.memoryPercent);
-    trayIcons->Update(IconId(MetricKind::Memory), RenderMemoryIcon(settings, percent, iconRingSize), text);
+    ShowIcon(MetricKind::Memory, RenderMemoryIcon(settings, percent, iconRingSize), text);
 }
 
 void App::RefreshNetworkIcon() {
@@ -58,8 +57,7 @@ void App::RefreshNetworkIcon() {
     const std::wstring label = netSample.label.empty() ? Tr(L"Red") : netSample.label;
     const std::wstring text = NetTooltipText(label, netSample.hasRates, netSample.connected, netSample.downBitsPerSec,
                                              netSample.upBitsPerSec, DecimalSeparatorChar());
-    trayIcons->Update(IconId(MetricKind::Network), RenderNetworkIcon(settings, netDownRing, netUpRing, iconRingSize),
-                      text);
+    ShowIcon(MetricKind::Network, RenderNetworkIcon(settings, netDownRing, netUpRing, iconRingSize), text);
     InvalidateGraph(GraphKind::Network);
 }
 

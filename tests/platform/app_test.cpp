@@ -3,7 +3,6 @@
 #include <windows.h>
 #include <winsock2.h>
 #include <ws2ipdef.h>
-#include <windows.h>
 
 #include <iphlpapi.h>
 #include <pdh.h>
@@ -11,14 +10,19 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
 #include "app/ticks_win32.h"
 #include "app/timers.h"
+#include "app/tray_events.h"
 #include "support/call_log.h"
 #include "text/translation.h"
 
@@ -29,6 +33,7 @@ using kestrane::test::CountCalls;
 using kestrane::test::NoteCall;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::Not;
 
 constexpr UINT FakeTaskbarCreated = 0xC0DE;
@@ -46,6 +51,9 @@ struct World {
     std::uint64_t inOctets = 0;
     std::uint64_t outOctets = 0;
     bool tableWorks = true;
+    std::set<UINT> onTaskbar;       // ids that were added and not deleted
+    std::string interrupted;        // the call of the shell that something is sent in,
+    std::function<void()> sending;  // and what is sent; once
 };
 World world;
 
@@ -56,7 +64,14 @@ std::string Number(std::uint64_t value) {
 BOOL WINAPI FakeShell_NotifyIconW(DWORD message, PNOTIFYICONDATAW data) {
     static const char* const Names[] = {"add", "modify", "delete", "setfocus", "setversion"};
     const UINT id = data->uID;
-    NoteCall(std::string("icon ") + Names[message] + " " + Number(id));
+    const std::string call = std::string("icon ") + Names[message] + " " + Number(id);
+    NoteCall(call);
+    if (message == NIM_ADD) world.onTaskbar.insert(id);
+    if (message == NIM_DELETE) world.onTaskbar.erase(id);
+    if (world.sending && call == world.interrupted) {
+        std::exchange(world.sending, nullptr)();
+        NoteCall("the shell answers");
+    }
     if (message != NIM_DELETE && id < 5) {
         world.lastTip[id] = data->szTip;
         ICONINFO info{};
@@ -182,19 +197,24 @@ namespace {
 class AppTest : public testing::Test {
   protected:
     AppTest() {
-        world = World{};
         SetLanguage(1);
-        app = std::make_unique<App>();
-        app->instance = GetModuleHandleW(nullptr);
-        app->settings = MakeDefaultSettings();
-        app->taskbarCreatedMessage = FakeTaskbarCreated;
-        Calls().clear();
+        MakeApp();
     }
 
     ~AppTest() override {
         if (app->window != nullptr && IsWindow(app->window)) DestroyWindow(app->window);
         UnregisterClassW(HiddenWindowClass, app->instance);
         SetLanguage(0);
+    }
+
+    void MakeApp() {
+        world = World{};
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        app->taskbarCreatedMessage = FakeTaskbarCreated;
+        UnregisterClassW(HiddenWindowClass, app->instance);
+        Calls().clear();
     }
 
     void Start() {
@@ -212,6 +232,23 @@ class AppTest : public testing::Test {
         world.total += 1000;
         world.idle += 10 * (100 - percent);
         Send(WM_TIMER, CpuTimer);
+    }
+
+    /// Another process sends WM_CLOSE, and it arrives while the shell is asked this.
+    void EndDuring(const std::string& call) {
+        world.interrupted = call;
+        world.sending = [this] { Send(WM_CLOSE); };
+    }
+
+    /// No icon is left, and none was touched by the end before the interrupted call was over.
+    void ExpectEndedAfterTheAnswer() {
+        EXPECT_FALSE(IsWindow(app->window));
+        EXPECT_FALSE(app->trayIcons);
+        EXPECT_THAT(world.onTaskbar, IsEmpty());
+        EXPECT_EQ(CountCalls("PostQuitMessage 0"), 1);
+        const auto answer = std::find(Calls().begin(), Calls().end(), "the shell answers");
+        EXPECT_EQ(std::count(Calls().begin(), answer, "icon delete 4"), 0);
+        EXPECT_EQ(std::count(answer, Calls().end(), "icon delete 4"), 1);
     }
 
     std::unique_ptr<App> app;
@@ -336,12 +373,57 @@ TEST_F(AppTest, AnIconSizeThatMakesNoSenseIsSixteen) {
     EXPECT_EQ(app->iconRingSize, 16U);
 }
 
-TEST_F(AppTest, ADpiChangeDuringTheEndIsHarmless) {
+TEST_F(AppTest, WhatIsSentWhileTheEndWaitsForTheShellFindsNothing) {
     Start();
-    app->trayIcons.reset();
-    EXPECT_EQ(Send(WM_DPICHANGED), 0);
-    EXPECT_EQ(Send(FakeTaskbarCreated), 0);
-    EXPECT_EQ(Send(WM_ENDSESSION, TRUE), 0);
+    world.interrupted = "icon delete 2";
+    world.sending = [this] {
+        for (const WPARAM id : {CpuTimer, PromotionTimer, MemoryTimer, NetworkTimer, DiskTimer})
+            Send(WM_TIMER, id);
+        for (const LPARAM event : {EventSelect, EventContextMenu})
+            Send(WM_TRAY_NOTIFY, 0, event | 1 << 16);
+        Send(WM_HOTKEY, GraphHotkeyId);
+        for (const UINT message :
+             {UINT{WM_SETTINGCHANGE}, UINT{WM_DISPLAYCHANGE}, UINT{WM_DPICHANGED}, FakeTaskbarCreated})
+            Send(message);
+        Send(WM_ENDSESSION, TRUE);
+    };
+    DestroyWindow(app->window);
+    EXPECT_THAT(Calls(), ElementsAre("KillTimer 1", "KillTimer 5", "KillTimer 3", "KillTimer 4", "UnregisterHotKey 1",
+                                     "icon delete 1", "icon delete 2", "the shell answers", "icon delete 3",
+                                     "icon delete 4", "PostQuitMessage 0"));
+}
+
+TEST_F(AppTest, AnEndThatComesWhileTheShellIsAskedLetsItAnswerFirst) {
+    struct Row {
+        const char* interrupted;
+        std::function<void()> act;
+    };
+    const Row rows[] = {
+        {"icon modify 3", [this] { Send(WM_TIMER, MemoryTimer); }},
+        {"icon modify 1", [this] { Send(WM_DPICHANGED); }},
+        {"icon add 3", [this] { Send(FakeTaskbarCreated); }},
+        {"icon delete 1", [this] { app->settings.show[0] = false, app->OnSettingsChanged(); }},
+        {"icon delete 2", [this] { Send(WM_ENDSESSION, TRUE); }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.interrupted);
+        MakeApp();
+        Start();
+        EndDuring(row.interrupted);
+        row.act();
+        ExpectEndedAfterTheAnswer();
+    }
+}
+
+TEST_F(AppTest, AnEndThatComesDuringTheStartStopsIt) {
+    for (const char* interrupted : {"icon add 2", "icon setversion 4", "icon modify 4", "icon modify 3"}) {
+        SCOPED_TRACE(interrupted);
+        MakeApp();
+        EndDuring(interrupted);
+        CreateHiddenWindow(*app);
+        ExpectEndedAfterTheAnswer();
+        EXPECT_EQ(CountCalls("RegisterHotKey 1 16390 66"), 0);
+    }
 }
 
 TEST_F(AppTest, OnlyChangedPeriodsAreSetAnew) {

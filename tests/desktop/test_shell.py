@@ -1,6 +1,7 @@
 """The four icons as the shell sees them, and what becomes of them when the shell refuses, forgets and restarts."""
 
 from harness import (
+    CPU_TIMER,
     NIF_GUID,
     NIF_ICON,
     NIF_MESSAGE,
@@ -114,9 +115,10 @@ class Misbehaviour(DesktopTest):
         return steps(self.shell.wait_for_count(count, lambda call: call.id == icon, start))
 
     def test_a_refused_guid_is_given_up_for_good(self):
+        self.desktop.write_ini(SLOW)
         start = self.shell.command("refuse guid on")
         self.start_logged()
-        self.wait_for_change(4, start)
+        self.shell.wait_for_ticks(2, icon=4, start=start)
         for icon in (1, 2, 3, 4):
             self.assertEqual(
                 self.calls_of(icon, 4, start),
@@ -132,8 +134,8 @@ class Misbehaviour(DesktopTest):
         # A new shell would take GUIDs, but the icons stay as they are.
         self.shell.command("refuse guid off")
         later = self.shell.command("restart")
-        self.shell.wait_for_count(4, lambda call: call.message == NIM_ADD and call.answer, later)
-        self.shell.wait_for_ticks(3, icon=1, start=later)
+        self.shell.wait_for_count(12, start=later)
+        self.assertEqual([call.message for call in self.tick(CPU_TIMER)], [NIM_MODIFY])
         self.assertEqual({bool(call.flags & NIF_GUID) for call in self.shell.since(later)}, {False})
         self.assertEqual(self.desktop.debug_lines().count(GUID_REFUSED), 4)
 

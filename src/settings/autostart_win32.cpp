@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include <array>
 #include <string>
 
 #include "base/debug_log_win32.h"
 #include "base/handles_win32.h"
+#include "base/module_path_win32.h"
 
 namespace kestrane {
 namespace {
@@ -14,14 +14,8 @@ namespace {
 constexpr const wchar_t* RunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const wchar_t* RunValue = L"kestrane";
 
-std::wstring QuotedOwnPath() {
-    std::array<wchar_t, MAX_PATH> path{};
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return L"\"" + std::wstring(path.data(), length) + L"\"";
-}
-
 LSTATUS StoreOwnPath(HKEY key) {
-    const std::wstring path = QuotedOwnPath();
+    const std::wstring path = L"\"" + ModulePath() + L"\"";
     const auto bytes = static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t));
     return RegSetValueExW(key, RunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(path.c_str()), bytes);
 }

@@ -10,6 +10,7 @@
 
 #include "base/debug_log_win32.h"
 #include "base/handles_win32.h"
+#include "base/module_path_win32.h"
 #include "tray/promotion.h"
 
 namespace kestrane {
@@ -24,12 +25,6 @@ UniqueRegistryKey OpenKey(HKEY parent, const wchar_t* name, REGSAM access) {
     HKEY key = nullptr;
     if (RegOpenKeyExW(parent, name, 0, access, &key) != ERROR_SUCCESS) return {};
     return UniqueRegistryKey(key);
-}
-
-std::wstring ModulePath() {
-    std::array<wchar_t, MAX_PATH> path{};
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return {path.data(), length};
 }
 
 /// Empty if the entry names no program.

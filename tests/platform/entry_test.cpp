@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <vector>
@@ -40,6 +41,8 @@ struct World {
     std::deque<BOOL> messages;
     WPARAM lastWParam = 0;
     LSTATUS machineKeyStatus = ERROR_SUCCESS;
+    LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and of deleting it
+    bool longPath = false;                       // the running file's path does not fit
 };
 World world;
 
@@ -170,6 +173,25 @@ LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD
                                                                            nullptr, key, disposition);
 }
 
+LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+    if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
+    return Real<decltype(RegSetValueExW)>(L"advapi32", "RegSetValueExW")(key, name, 0, type, data, size);
+}
+
+LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
+    if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
+    return Real<decltype(RegDeleteValueW)>(L"advapi32", "RegDeleteValueW")(key, name);
+}
+
+DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
+    if (!world.longPath) {
+        return Real<decltype(GetModuleFileNameW)>(L"kernel32", "GetModuleFileNameW")(module, path, size);
+    }
+    std::fill_n(path, size - 1, L'x');
+    path[size - 1] = 0;
+    return size;
+}
+
 void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
     std::string narrow;
     for (; *text != 0; ++text)
@@ -197,6 +219,9 @@ decltype(&GetMessageW) __imp_GetMessageW = &FakeGetMessageW;
 decltype(&TranslateMessage) __imp_TranslateMessage = &FakeTranslateMessage;
 decltype(&DispatchMessageW) __imp_DispatchMessageW = &FakeDispatchMessageW;
 decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
+decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
+decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
+decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW = &FakeGetModuleFileNameW;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 }
 
@@ -383,13 +408,27 @@ TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
     EXPECT_TRUE(Calls().empty());
 }
 
+TEST_F(EntryTest, APathThatDoesNotFitIsCutAndStillQuoted) {
+    world.longPath = true;
+    EXPECT_EQ(Main(nullptr, L"--autostart-machine set"), 0);
+    EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(259, L'x') + L"\"");
+    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);
+}
+
 TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
-    world.machineKeyStatus = ERROR_ACCESS_DENIED;
-    for (const wchar_t* text : {L"--autostart-machine set", L"--autostart-machine clear"}) {
-        Calls().clear();
-        EXPECT_EQ(Main(nullptr, text), 1);
-        EXPECT_THAT(Calls(),
-                    ElementsAre("kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n"));
+    World noKey;
+    noKey.machineKeyStatus = ERROR_ACCESS_DENIED;
+    World noValue;
+    noValue.machineValueStatus = ERROR_ACCESS_DENIED;
+    for (const World& refusal : {noKey, noValue}) {
+        world = refusal;
+        for (const wchar_t* text : {L"--autostart-machine set", L"--autostart-machine clear"}) {
+            Calls().clear();
+            EXPECT_EQ(Main(nullptr, text), 1);
+            EXPECT_THAT(
+                Calls(),
+                ElementsAre("kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n"));
+        }
     }
 }
 

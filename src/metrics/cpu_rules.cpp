@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "text/text_util.h"
+
 namespace kestrane {
 namespace {
 
@@ -11,7 +13,7 @@ std::int32_t ParseBelow(std::wstring_view digits, std::int32_t limit) {
     if (digits.empty()) return -1;
     std::int32_t number = 0;
     for (const wchar_t c : digits) {
-        if (c < L'0' || c > L'9') return -1;
+        if (!IsDigit(c)) return -1;
         // Held at the limit, so that no row of digits overflows.
         number = std::min(number * 10 + static_cast<std::int32_t>(c - L'0'), limit);
     }

@@ -6,6 +6,7 @@
 
 #include "metrics/cpu_rules.h"
 #include "text/number_text.h"
+#include "text/text_util.h"
 #include "text/translation.h"
 
 namespace kestrane {
@@ -23,10 +24,6 @@ double RaisedToZero(double value) {
 double ValueNamed(const std::vector<CounterValue>& values, const std::wstring& name) {
     const auto found = std::ranges::find(values, name, &CounterValue::name);
     return found != values.end() ? found->value : 0;
-}
-
-bool IsDigit(wchar_t c) {
-    return c >= L'0' && c <= L'9';
 }
 
 /// `Number` is compared by value, whatever the sign of the list's type.

@@ -12,10 +12,6 @@ namespace {
 constexpr std::wstring_view All = L"*";
 constexpr std::wstring_view HexDigits = L"0123456789ABCDEF";
 
-bool IsDigit(wchar_t c) {
-    return c >= L'0' && c <= L'9';
-}
-
 bool IsHexDigit(wchar_t c) {
     return IsDigit(c) || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');
 }

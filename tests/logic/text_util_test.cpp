@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -55,6 +56,14 @@ TEST(EqualIgnoringCase, ComparesWholeTextsInSmallLetters) {
         EXPECT_EQ(EqualIgnoringCase(row.a, row.b), row.expected);
         EXPECT_EQ(EqualIgnoringCase(row.b, row.a), row.expected);
     }
+}
+
+TEST(IsDigit, KnowsTenCharacters) {
+    std::wstring digits;
+    for (std::uint32_t c = 0; c < 0x10000; ++c) {
+        if (IsDigit(static_cast<wchar_t>(c))) digits += static_cast<wchar_t>(c);
+    }
+    EXPECT_EQ(digits, L"0123456789");
 }
 
 TEST(WidenBytes, GivesEachByteItsOwnNumber) {

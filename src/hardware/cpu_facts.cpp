@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "metrics/cpu_rules.h"
-
 namespace kestrane {
 namespace {
 
@@ -19,6 +17,7 @@ constexpr std::size_t GroupCountOffset = 30;
 constexpr std::size_t GroupMasksOffset = 32;
 constexpr std::size_t GroupMaskBytes = 16;  // GROUP_AFFINITY: Mask, Group, three reserved words
 constexpr std::size_t GroupInMaskOffset = 8;
+constexpr std::size_t ThreadsPerMask = 64;
 constexpr std::size_t CacheLevelOffset = 8;
 constexpr std::size_t CacheSizeOffset = 12;
 constexpr std::size_t CacheFieldsBytes = 16;
@@ -64,8 +63,7 @@ std::uint8_t HighestClass(const std::vector<ByteSpan>& records) {
 
 void AddThread(std::size_t group, std::size_t bit, bool isPerformance, CpuFacts& facts) {
     ++facts.threadCount;
-    if (group >= static_cast<std::size_t>(ProcessorGroups)) return;
-    const std::size_t index = group * static_cast<std::size_t>(ProcessorsPerGroup) + bit;
+    const std::size_t index = group * ThreadsPerMask + bit;
     if (facts.isPerformanceThread.size() <= index) facts.isPerformanceThread.resize(index + 1, 1);
     facts.isPerformanceThread[index] = isPerformance ? 1 : 0;
 }
@@ -78,7 +76,7 @@ void AddCore(ByteSpan record, bool isPerformance, CpuFacts& facts) {
         const std::size_t offset = GroupMasksOffset + i * GroupMaskBytes;
         const std::uint64_t mask = U64At(record, offset);
         const std::size_t group = U16At(record, offset + GroupInMaskOffset);
-        for (std::size_t bit = 0; bit < 64; ++bit) {
+        for (std::size_t bit = 0; bit < ThreadsPerMask; ++bit) {
             if ((mask >> bit & 1) != 0) AddThread(group, bit, isPerformance, facts);
         }
     }

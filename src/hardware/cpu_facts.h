@@ -23,8 +23,7 @@ struct CpuFacts {
 
 /// Fills the counts, the cache and the table of threads from the SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX records that
 /// GetLogicalProcessorInformationEx gives for RelationAll on x64. The first record that does not fit its own size or
-/// the buffer ends the walk, and what stands before it counts. The table holds the 64 groups that the counters number;
-/// a thread of a group beyond them is only counted.
+/// the buffer ends the walk, and what stands before it counts.
 void ParseProcessorRecords(ByteSpan records, CpuFacts& facts);
 
 }  // namespace kestrane

@@ -12,6 +12,6 @@ FUZZ_TARGET(processor_records) {
     Require(facts.performanceCores + facts.efficiencyCores == facts.coreCount);
     Require((facts.performanceCores > 0) == (facts.coreCount > 0));
     Require(facts.l3Megabytes < 4096);
-    Require(facts.isPerformanceThread.size() <= 64 * 64);
+    Require(facts.isPerformanceThread.size() <= 65536 * 64);
     Require(std::ranges::all_of(facts.isPerformanceThread, [](std::uint8_t flag) { return flag <= 1; }));
 }

@@ -305,7 +305,8 @@ class Failures(DiskTest):
         self.assertEqual(pixels(last), picture(counted))
 
     def test_a_missing_counter_leaves_no_data_for_the_whole_run(self):
-        for failure, told in [([f"add|{path}|C0000BB8"], NO_DISKS) for path in COUNTERS] + [(["open|C0000BBB"], NO_QUERY)]:
+        missing = [([f"add|{path}|C0000BB8"], NO_DISKS) for path in COUNTERS]
+        for failure, told in missing + [(["open|C0000BBB"], NO_QUERY)]:
             with self.subTest(failure):
                 self.desktop.write_counters(failure + BUSY)
                 start = self.shell.mark()

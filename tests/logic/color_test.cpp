@@ -17,6 +17,7 @@ TEST(Color, LuminanceWeighsTheChannels) {
         {0x000000, 0},   {0xFFFFFF, 255}, {0xFF0000, 76},  // 76.245
         {0x00FF00, 149},                                   // 149.685: cut, not rounded
         {0x0000FF, 29},                                    // 29.07
+        {0xFF0005, 76},                                    // 76.815
         {0x808080, 128}, {0x7F7F7F, 127}, {0x010101, 1},
         {0x010100, 0},   {0xCCEEFF, 229},  // 60.996 + 139.706 + 29.07 = 229.772
         {ColorNone, 0},                    // transparent has no channels

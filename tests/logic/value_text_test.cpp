@@ -77,10 +77,12 @@ TEST_F(ValueTextTest, ByteRateStepsIn1024) {
         {102400, L"100 KB/s"},
         {1023900, L"1000 KB/s"},  // wanted: the next unit comes only from 999.95 on
         {1023948, L"1000 KB/s"},
+        {999.95 * 1024, L"1 MB/s"},  // exactly
         {1023949, L"1 MB/s"},
         {1048576, L"1 MB/s"},
         {1572864, L"1,5 MB/s"},
         {1048523571, L"1000 MB/s"},
+        {999.95 * 1024 * 1024, L"1 GB/s"},  // exactly
         {1048523572, L"1 GB/s"},
         {1073741824, L"1 GB/s"},
         {1099511627776, L"1024 GB/s"},  // there is no greater unit

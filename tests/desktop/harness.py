@@ -310,8 +310,10 @@ class Desktop:
         shell.command("forward on")
         return shell
 
-    def start_in_taskbar_desktop(self, program, *arguments):
-        return self.start("explorer", f"/desktop={TASKBAR_DESKTOP}", windows_path(BUILD / program), *arguments)
+    def start_kestrane_at_taskbar(self, *arguments):
+        """Starts the program in the desktop with the taskbar."""
+        command = (f"/desktop={TASKBAR_DESKTOP}", windows_path(self._kestrane), *arguments)
+        return self.start("explorer", *command, environment=self._kestrane_environment)
 
     def start_kestrane(self, *arguments, **options):
         environment = {**self._kestrane_environment, **options.pop("environment", {})}

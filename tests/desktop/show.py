@@ -10,9 +10,7 @@ import pathlib
 import subprocess
 import sys
 
-from harness import NIM_DELETE, NIM_MODIFY, Desktop, pixels
-
-FAST = "".join(f"[{section}]\nrefresh_ms=500\n" for section in ("cpu", "disk", "memory", "network"))
+from harness import NIM_DELETE, NIM_MODIFY, Desktop, every, pixels
 
 # So many ticks fill the history of an icon of 16 columns.
 TICKS = 18
@@ -42,18 +40,23 @@ def save_icons(calls, path):
         path.with_suffix(f".{call.id}.rgba").unlink()
 
 
+def latest_changes(shell):
+    """What each icon shows now, in the order of the icons."""
+    changes = {call.id: call for call in shell.since(0) if call.message == NIM_MODIFY}
+    return [changes[icon] for icon in sorted(changes)]
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
     with Desktop(language=caller_language()) as desktop:
-        desktop.write_ini(FAST)
+        desktop.write_ini(every(500))
         shell = desktop.start_taskbar()
-        desktop.start_in_taskbar_desktop("kestrane.exe")
+        desktop.start_kestrane_at_taskbar()
         shell.wait_for_ticks(TICKS, icon=1, start=0)
-        changes = {call.id: call for call in shell.since(0) if call.message == NIM_MODIFY}
-        latest = [changes[icon] for icon in sorted(changes)]
+        latest = latest_changes(shell)
         desktop.take_screenshot(folder / "screen.png")
         save_icons(latest, folder / "icons.png")
-        desktop.start_in_taskbar_desktop("kestrane.exe", "--exit")
+        desktop.start_kestrane_at_taskbar("--exit")
         shell.wait_for_count(4, lambda call: call.message == NIM_DELETE and call.answer)
     for call in latest:
         print(call.tip)

@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Makes the pictures of the README again, in docs/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target kestrane recorder scripted_pdh scripted_iphlpapi
+/usr/bin/python3 tests/desktop/pictures.py docs

@@ -78,7 +78,8 @@ void ReadInterfaces(const ReadValue& read, AppSettings& settings) {
     settings.interface_aliases.resize(settings.interfaces.size());
 }
 
-// Older files had a switch for the border of the network icon instead of a colour.
+// Older files had a switch for the border of the network icon instead of a colour. Off is transparent, which today's
+// default is too.
 void ReadOlderNetworkBorder(const ReadValue& read, AppSettings& settings) {
     if (read(ColorSection, IconColors[NetBorder].key).empty() && read(L"network", L"icon_border") == L"0") {
         settings.colors[NetBorder] = ColorNone;

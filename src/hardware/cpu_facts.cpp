@@ -26,11 +26,11 @@ std::uint32_t RelationshipOf(ByteSpan record) {
     return U32At(record, RelationshipOffset);
 }
 
-/// The bytes that the record's own fields need.
-std::size_t NeededBytes(ByteSpan record) {
-    switch (RelationshipOf(record)) {
+/// The bytes that the fields of the first record need, its head at least.
+std::size_t NeededBytes(ByteSpan records) {
+    switch (RelationshipOf(records)) {
         case RelationProcessorCore:
-            return GroupMasksOffset + U16At(record, GroupCountOffset) * GroupMaskBytes;
+            return GroupMasksOffset + U16At(records, GroupCountOffset) * GroupMaskBytes;
         case RelationCache:
             return CacheFieldsBytes;
         default:
@@ -43,10 +43,8 @@ std::vector<ByteSpan> SplitRecords(ByteSpan records) {
     std::vector<ByteSpan> split;
     while (records.size() >= HeaderBytes) {
         const std::size_t size = U32At(records, SizeOffset);
-        if (size < HeaderBytes || size > records.size()) break;
-        const ByteSpan record = records.first(size);
-        if (size < NeededBytes(record)) break;
-        split.push_back(record);
+        if (size < NeededBytes(records) || size > records.size()) break;
+        split.push_back(records.first(size));
         records = records.subspan(size);
     }
     return split;

@@ -66,9 +66,12 @@ Bytes Cache(std::uint8_t level, std::uint32_t size) {
     return Record(2, rest);
 }
 
-/// A record that the walk steps over: a node, a package, a group or a module.
+/// A record that the walk steps over: a node, a package, a group or a module. Whoever takes it for a core sees the
+/// highest class, whoever takes it for a cache a huge L3.
 Bytes Other(std::uint32_t relationship, std::size_t size) {
-    return Record(relationship, Bytes(size - 8, 0xFF));
+    Bytes rest(size - 8, 0xFF);
+    if (!rest.empty()) rest.front() = 3;
+    return Record(relationship, rest);
 }
 
 /// Parses a copy that is just as long as the records, so that the sanitizer sees each byte read too many.
@@ -165,6 +168,7 @@ TEST(ProcessorRecords, OtherRecordsAreSteppedOver) {
     const CpuFacts facts = Parse({Other(4, 80), Core(0, {{0, 1}}), Other(1, 40), Other(3, 48), Other(7, 8),
                                   Cache(3, 8 << 20), Other(0xFFFFFFFF, 9), Core(0, {{0, 2}})});
     EXPECT_EQ(facts.coreCount, 2);
+    EXPECT_EQ(facts.performanceCores, 2);
     EXPECT_EQ(facts.threadCount, 2);
     EXPECT_EQ(facts.l3Megabytes, 8u);
 }
@@ -184,8 +188,10 @@ TEST(ProcessorRecords, ADamagedRecordEndsTheWalk) {
         const char* what;
         Bytes damaged;
     };
+    // The next record follows where the size says, so that a walk that goes on finds it.
     const auto sized = [](Bytes record, std::uint32_t size) {
         PutAt(record, 4, size);
+        record.resize(std::clamp<std::size_t>(size, 8, record.size()));
         return record;
     };
     Bytes manyGroups = good;

@@ -363,9 +363,10 @@ TEST(AreAddressesDue, AtFirstAndOnceAMinute) {
 
 TEST(FillAddresses, TheFirstOfAKeyHolds) {
     std::vector<NetRow> rows{Adapter(1, L"a", 0, 0), Adapter(2, L"b", 0, 0), Adapter(3, L"c", 0, 0)};
+    rows[1].ip = L"10.0.0.2";
     FillAddresses(rows, {{3, L"10.0.0.3"}, {1, L"10.0.0.1"}, {1, L"10.0.0.9"}, {4, L"10.0.0.4"}});
     EXPECT_EQ(rows[0].ip, L"10.0.0.1");
-    EXPECT_EQ(rows[1].ip, L"");
+    EXPECT_EQ(rows[1].ip, L"10.0.0.2");
     EXPECT_EQ(rows[2].ip, L"10.0.0.3");
 }
 

@@ -29,6 +29,7 @@ struct FakeDevice {
     Bytes geometry;
     Bytes extents;
     DWORD returnedBytes = 0;  // what is claimed; 0: the size of the answer
+    bool answersAndFails = false;
 };
 
 struct FakeVolume {
@@ -127,7 +128,7 @@ BOOL WINAPI FakeDeviceIoControl(HANDLE handle, DWORD code, void* in, DWORD inByt
     }
     std::memcpy(out, answer->data(), std::min<std::size_t>(answer->size(), outBytes));
     *returned = device.returnedBytes != 0 ? device.returnedBytes : static_cast<DWORD>(answer->size());
-    return TRUE;
+    return device.answersAndFails ? FALSE : TRUE;
 }
 
 DWORD WINAPI FakeGetLogicalDriveStringsW(DWORD length, wchar_t* buffer) {
@@ -292,6 +293,20 @@ TEST_F(DiskFactsTest, AFailedStorageQueryKeepsTheDisk) {
     EXPECT_EQ(disks[0].model, L"");
     EXPECT_EQ(disks[0].bus, L"");
     EXPECT_EQ(disks[0].sizeBytes, 1'000'204'886'016u);
+    EXPECT_EQ(Letters(disks[0]), L"C");
+}
+
+/// As with ERROR_MORE_DATA, where what fits has been written.
+TEST_F(DiskFactsTest, WhatAFailingCallHasWrittenIsNotUsed) {
+    fakeMachine.devices[Disk(0)].descriptor = Descriptor(BusTypeUsb, "ACME", "Stick");
+    fakeMachine.devices[Disk(0)].answersAndFails = true;
+    AddVolume(L'D', {0}, 1, 2);
+    fakeMachine.devices[L"\\\\.\\D:"].answersAndFails = true;
+    const std::vector<DiskFacts> disks = ReadDiskFacts();
+    ASSERT_EQ(disks.size(), 1u);
+    EXPECT_EQ(disks[0].model, L"");
+    EXPECT_EQ(disks[0].bus, L"");
+    EXPECT_EQ(disks[0].sizeBytes, 0u);
     EXPECT_EQ(Letters(disks[0]), L"C");
 }
 

@@ -14,9 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const wchar_t* CpuTotal = L"\\Processor Information(_Total)\\% Processor Utility";
-constexpr const wchar_t* CpuCores = L"\\Processor Information(*)\\% Processor Utility";
-
 /// The clock of GetSystemTimes. As there, kernel time includes idle time.
 struct FakeTimes {
     bool works = true;
@@ -45,8 +42,8 @@ class CpuSamplerTest : public testing::Test {
             EXPECT_EQ(format, 0x8200u);
     }
 
-    static FakeCounter& Total() { return fakePdh.counters[CpuTotal]; }
-    static FakeCounter& Cores() { return fakePdh.counters[CpuCores]; }
+    static FakeCounter& Total() { return fakePdh.counters[cpu_paths::Total]; }
+    static FakeCounter& Cores() { return fakePdh.counters[cpu_paths::Cores]; }
 
     /// A tick later: 100 units of time, 75 of them busy in sum.
     static void Pass() {
@@ -82,8 +79,9 @@ TEST_F(CpuSamplerTest, OneCollectionServesBothCounters) {
     EXPECT_TRUE(SampleCpu(counters, sample));
     EXPECT_EQ(sample.cpuPercent, 42);
     EXPECT_THAT(sample.corePercent, ElementsAre(30, 56));
-    EXPECT_THAT(fakePdh.calls, ElementsAre(L"collect 1", std::wstring(L"value ") + CpuTotal,
-                                           std::wstring(L"size ") + CpuCores, std::wstring(L"array ") + CpuCores));
+    EXPECT_THAT(fakePdh.calls,
+                ElementsAre(L"collect 1", std::wstring(L"value ") + cpu_paths::Total,
+                            std::wstring(L"size ") + cpu_paths::Cores, std::wstring(L"array ") + cpu_paths::Cores));
 }
 
 TEST_F(CpuSamplerTest, EachFailureHasItsOutcome) {

@@ -12,13 +12,9 @@
 namespace kestrane {
 namespace {
 
+using namespace disk_paths;
 using testing::IsEmpty;
 
-constexpr const wchar_t* Idle = L"\\PhysicalDisk(*)\\% Idle Time";
-constexpr const wchar_t* ReadTime = L"\\PhysicalDisk(*)\\% Disk Read Time";
-constexpr const wchar_t* WriteTime = L"\\PhysicalDisk(*)\\% Disk Write Time";
-constexpr const wchar_t* ReadBytes = L"\\PhysicalDisk(*)\\Disk Read Bytes/sec";
-constexpr const wchar_t* WriteBytes = L"\\PhysicalDisk(*)\\Disk Write Bytes/sec";
 constexpr auto Bad = static_cast<PDH_STATUS>(PDH_INVALID_DATA);
 
 class DiskSamplerTest : public testing::Test {

@@ -1,5 +1,5 @@
-// The disk tick of the real `App` with scripted counters: which disks reach the icon, the totals, the rings and the
-// tooltip, and what a refused reading leaves standing.
+// The disk tick of the real `App` with scripted counters and a scripted inventory: which disks reach the icon, the
+// totals, the rings and the tooltip, and what a refused reading leaves standing.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -11,11 +11,14 @@
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
 #include "app/ticks_win32.h"
+#include "hardware/cpu_facts_win32.h"
+#include "hardware/disk_facts_win32.h"
 #include "support/fake_pdh.h"
 #include "text/translation.h"
 
 namespace {
 
+std::vector<kestrane::DiskFacts> machineDisks;
 std::wstring diskTip;
 int diskUpdates = 0;
 
@@ -34,18 +37,27 @@ decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
 }
 
 namespace kestrane {
+
+// In the place of the core library's own, which ask this machine.
+std::vector<DiskFacts> ReadDiskFacts() {
+    return machineDisks;
+}
+
+CpuFacts ReadCpuFacts() {
+    CpuFacts facts;
+    facts.isPerformanceThread = {1, 0, 1};
+    return facts;
+}
+
 namespace {
 
-constexpr const wchar_t* Idle = L"\\PhysicalDisk(*)\\% Idle Time";
-constexpr const wchar_t* ReadTime = L"\\PhysicalDisk(*)\\% Disk Read Time";
-constexpr const wchar_t* WriteTime = L"\\PhysicalDisk(*)\\% Disk Write Time";
-constexpr const wchar_t* ReadBytes = L"\\PhysicalDisk(*)\\Disk Read Bytes/sec";
-constexpr const wchar_t* WriteBytes = L"\\PhysicalDisk(*)\\Disk Write Bytes/sec";
+using namespace disk_paths;
 
 class DiskTickTest : public testing::Test {
   protected:
     DiskTickTest() {
         fakePdh = FakePdh{};
+        machineDisks.clear();
         SetLanguage(1);
         TwoDisks();
         app = std::make_unique<App>();
@@ -56,6 +68,12 @@ class DiskTickTest : public testing::Test {
         if (app->window != nullptr) DestroyWindow(app->window);
         UnregisterClassW(HiddenWindowClass, app->instance);
         SetLanguage(0);
+    }
+
+    static DiskFacts DiskNumbered(std::uint32_t number) {
+        DiskFacts disk;
+        disk.number = number;
+        return disk;
     }
 
     /// Disk 0 is idle for 40 %, disk 1 rests.
@@ -69,7 +87,6 @@ class DiskTickTest : public testing::Test {
 
     void Start() {
         ASSERT_TRUE(CreateHiddenWindow(*app));
-        app->fixedDiskNumbers.clear();  // this machine's own disks are not what is tested
         diskUpdates = 0;
     }
 
@@ -105,6 +122,28 @@ TEST_F(DiskTickTest, TheIconShowsTheBusiestDiskAndTheSpeedsThoseChosen) {
     EXPECT_EQ(diskTip, L"Disk  R: 45 % · 2 KB/s  W: 15 % · 0.5 KB/s");
     EXPECT_EQ(app->diskTotals.diskCount, 1);
     EXPECT_EQ(app->diskTotals.readPercent, 0);
+    ASSERT_EQ(app->diskHistories.size(), 1U);
+    EXPECT_EQ(app->diskHistories[0].number, 1);
+}
+
+TEST_F(DiskTickTest, TheStartKeepsWhatTheSamplersNeedOfTheMachine) {
+    machineDisks = {DiskNumbered(7), DiskNumbered(2)};
+    Start();
+    EXPECT_EQ(app->fixedDiskNumbers, (std::vector<std::uint32_t>{7, 2}));
+    ASSERT_EQ(app->fixedDisks.size(), 2U);
+    EXPECT_EQ(app->fixedDisks[0].number, 7U);
+    EXPECT_EQ(app->coreClasses, (std::vector<std::uint8_t>{1, 0, 1}));
+}
+
+TEST_F(DiskTickTest, AnExternalDiskReachesTheIconAlone) {
+    machineDisks = {DiskNumbered(1)};
+    app->settings.disks = {0, 1};
+    Start();
+    machineDisks.push_back(DiskNumbered(0));  // plugged in later: the list is that of the start
+    OnDiskTick(*app);
+    EXPECT_EQ(SampleAtAge(app->diskReadIconRing, 0), 45);
+    EXPECT_EQ(SampleAtAge(app->diskReadBytesRing, 0), 2048.0);
+    EXPECT_EQ(app->diskTotals.diskCount, 1);
     ASSERT_EQ(app->diskHistories.size(), 1U);
     EXPECT_EQ(app->diskHistories[0].number, 1);
 }

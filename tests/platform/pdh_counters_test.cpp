@@ -11,16 +11,9 @@
 namespace kestrane {
 namespace {
 
+using namespace disk_paths;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr const wchar_t* CpuTotal = L"\\Processor Information(_Total)\\% Processor Utility";
-constexpr const wchar_t* CpuCores = L"\\Processor Information(*)\\% Processor Utility";
-constexpr const wchar_t* DiskIdle = L"\\PhysicalDisk(*)\\% Idle Time";
-constexpr const wchar_t* DiskReadTime = L"\\PhysicalDisk(*)\\% Disk Read Time";
-constexpr const wchar_t* DiskWriteTime = L"\\PhysicalDisk(*)\\% Disk Write Time";
-constexpr const wchar_t* DiskReadBytes = L"\\PhysicalDisk(*)\\Disk Read Bytes/sec";
-constexpr const wchar_t* DiskWriteBytes = L"\\PhysicalDisk(*)\\Disk Write Bytes/sec";
 
 class PdhCountersTest : public testing::Test {
   protected:
@@ -34,12 +27,11 @@ class PdhCountersTest : public testing::Test {
 
 TEST_F(PdhCountersTest, OpensBothQueriesAndPrimesThem) {
     OpenPdhCounters(counters);
-    EXPECT_THAT(
-        fakePdh.calls,
-        ElementsAre(L"open", std::wstring(L"add 1 ") + CpuTotal, std::wstring(L"add 1 ") + CpuCores, L"collect 1",
-                    L"open", std::wstring(L"add 2 ") + DiskIdle, std::wstring(L"add 2 ") + DiskReadTime,
-                    std::wstring(L"add 2 ") + DiskWriteTime, std::wstring(L"add 2 ") + DiskReadBytes,
-                    std::wstring(L"add 2 ") + DiskWriteBytes, L"collect 2"));
+    EXPECT_THAT(fakePdh.calls, ElementsAre(L"open", std::wstring(L"add 1 ") + cpu_paths::Total,
+                                           std::wstring(L"add 1 ") + cpu_paths::Cores, L"collect 1", L"open",
+                                           std::wstring(L"add 2 ") + Idle, std::wstring(L"add 2 ") + ReadTime,
+                                           std::wstring(L"add 2 ") + WriteTime, std::wstring(L"add 2 ") + ReadBytes,
+                                           std::wstring(L"add 2 ") + WriteBytes, L"collect 2"));
     EXPECT_THAT(debugLines, IsEmpty());
     EXPECT_EQ(counters.cpuQuery, HandleOf(1));
     EXPECT_EQ(counters.cpuTotalCounter, HandleOf(1));
@@ -74,7 +66,7 @@ TEST_F(PdhCountersTest, WithoutACpuQueryNothingIsSaid) {
 }
 
 TEST_F(PdhCountersTest, WithoutTheMachineCounterTheCpuFallsBack) {
-    fakePdh.missing = {CpuTotal};
+    fakePdh.missing = {cpu_paths::Total};
     OpenPdhCounters(counters);
     EXPECT_EQ(counters.cpuQuery, nullptr);
     EXPECT_EQ(counters.cpuTotalCounter, nullptr);
@@ -86,7 +78,7 @@ TEST_F(PdhCountersTest, WithoutTheMachineCounterTheCpuFallsBack) {
 }
 
 TEST_F(PdhCountersTest, WithoutTheCoreCounterTheMachineFigureStays) {
-    fakePdh.missing = {CpuCores};
+    fakePdh.missing = {cpu_paths::Cores};
     OpenPdhCounters(counters);
     EXPECT_EQ(counters.cpuQuery, HandleOf(1));
     EXPECT_NE(counters.cpuTotalCounter, nullptr);
@@ -105,7 +97,7 @@ TEST_F(PdhCountersTest, WithoutADiskQueryThereIsNoDisk) {
 }
 
 TEST_F(PdhCountersTest, OneMissingDiskCounterIsAllOfThem) {
-    const std::vector<const wchar_t*> paths{DiskIdle, DiskReadTime, DiskWriteTime, DiskReadBytes, DiskWriteBytes};
+    const std::vector<const wchar_t*> paths{Idle, ReadTime, WriteTime, ReadBytes, WriteBytes};
     for (std::size_t i = 0; i < paths.size(); ++i) {
         SCOPED_TRACE(i);
         fakePdh = FakePdh();
@@ -138,12 +130,12 @@ TEST_F(PdhCountersTest, ClosesWhatIsOpenAndNothingElse) {
 class ReadCounterArrayTest : public PdhCountersTest {
   protected:
     ReadCounterArrayTest() {
-        fakePdh.added = {CpuCores};
+        fakePdh.added = {cpu_paths::Cores};
         values = {{L"before", 1}};
     }
 
     bool Read() { return ReadCounterArray(HandleOf(1), values); }
-    FakeCounter& Counter() { return fakePdh.counters[CpuCores]; }
+    FakeCounter& Counter() { return fakePdh.counters[cpu_paths::Cores]; }
     std::vector<std::wstring> Names() const {
         std::vector<std::wstring> names;
         for (const CounterValue& value : values)
@@ -162,7 +154,8 @@ TEST_F(ReadCounterArrayTest, GivesTheInstancesInTheirOrder) {
     EXPECT_EQ(values[1].value, 137.2);
     EXPECT_EQ(values[2].value, -3);
     EXPECT_THAT(fakePdh.formats, ElementsAre(0x8200));
-    EXPECT_THAT(fakePdh.calls, ElementsAre(std::wstring(L"size ") + CpuCores, std::wstring(L"array ") + CpuCores));
+    EXPECT_THAT(fakePdh.calls,
+                ElementsAre(std::wstring(L"size ") + cpu_paths::Cores, std::wstring(L"array ") + cpu_paths::Cores));
 }
 
 TEST_F(ReadCounterArrayTest, LeavesOutBadStatusAlone) {

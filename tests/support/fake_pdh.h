@@ -17,6 +17,21 @@
 
 namespace kestrane {
 
+/// The disks' counters, by what they count.
+namespace disk_paths {
+inline constexpr const wchar_t* Idle = L"\\PhysicalDisk(*)\\% Idle Time";
+inline constexpr const wchar_t* ReadTime = L"\\PhysicalDisk(*)\\% Disk Read Time";
+inline constexpr const wchar_t* WriteTime = L"\\PhysicalDisk(*)\\% Disk Write Time";
+inline constexpr const wchar_t* ReadBytes = L"\\PhysicalDisk(*)\\Disk Read Bytes/sec";
+inline constexpr const wchar_t* WriteBytes = L"\\PhysicalDisk(*)\\Disk Write Bytes/sec";
+}  // namespace disk_paths
+
+/// The processors' counters: the whole machine, and each.
+namespace cpu_paths {
+inline constexpr const wchar_t* Total = L"\\Processor Information(_Total)\\% Processor Utility";
+inline constexpr const wchar_t* Cores = L"\\Processor Information(*)\\% Processor Utility";
+}  // namespace cpu_paths
+
 struct FakeInstance {
     std::wstring name;
     double value = 0;

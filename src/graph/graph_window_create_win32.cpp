@@ -58,10 +58,10 @@ const wchar_t* GraphWindow::Title() const {
     return kind_ == GraphKind::Disk ? Tr(L"kestrane - disco") : Tr(L"kestrane - red");
 }
 
-void GraphWindow::Create() {
+bool GraphWindow::Create() {
     if (!RegisterWindowClass()) {
         LogDebug(L"kestrane: no se pudo registrar la clase de la grafica\n");
-        return;
+        return false;
     }
     // WM_NCCREATE sets hwnd_, before any other message can arrive.
     const HWND created = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TOOLWINDOW, ClassName, Title(),
@@ -69,7 +69,7 @@ void GraphWindow::Create() {
                                          nullptr, instance_, this);
     if (created == nullptr) {
         LogDebug(L"kestrane: no se pudo crear la ventana de la grafica\n");
-        return;
+        return false;
     }
     const GraphSettings& stored = Settings();
     if (stored.width >= 1) {
@@ -78,7 +78,9 @@ void GraphWindow::Create() {
     } else {
         PlaceAtTaskbar();
     }
+    if (Of(created) != this) return false;
     ApplyStyle();
+    return true;
 }
 
 void GraphWindow::ApplyStyle() {
@@ -96,17 +98,20 @@ void GraphWindow::ApplyStyle() {
     Invalidate();
 }
 
-void GraphWindow::PlaceAtTaskbar() {
+bool GraphWindow::PlaceAtTaskbar() {
+    const HWND window = hwnd_;
     const TaskbarPlace taskbar = ReadTaskbarPlace();
+    if (Of(window) != this) return false;
     const Rect place = StackedGraphRect(taskbar.edge, WorkAreaAt(taskbar.center), Scaled(GraphDefaultWidth),
                                         Scaled(GraphDefaultHeight), kind_);
     SetWindowPos(hwnd_, nullptr, place.left, place.top, RectWidth(place), RectHeight(place), MoveOnly);
+    return true;
 }
 
 bool GraphWindow::EnsureOnScreen() {
     const RECT rect = ToPlatform(WindowRect());
     if (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) != nullptr) return false;
-    PlaceAtTaskbar();
+    if (!PlaceAtTaskbar()) return false;
     StoreRect();
     return true;
 }

@@ -15,11 +15,11 @@ namespace {
 constexpr std::int32_t BorderWidth = 5;  // at 96 DPI
 constexpr LONG MinPaintSize = 3;
 
-GraphWindow* WindowOf(HWND window) {
+}  // namespace
+
+GraphWindow* GraphWindow::Of(HWND window) {
     return reinterpret_cast<GraphWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
-
-}  // namespace
 
 LRESULT CALLBACK GraphWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCREATE) {
@@ -27,7 +27,7 @@ LRESULT CALLBACK GraphWindow::WindowProc(HWND window, UINT message, WPARAM wPara
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(graph));
         graph->hwnd_ = window;
     }
-    GraphWindow* graph = WindowOf(window);
+    GraphWindow* graph = Of(window);
     return graph != nullptr ? graph->OnMessage(message, wParam, lParam)
                             : DefWindowProcW(window, message, wParam, lParam);
 }
@@ -132,7 +132,7 @@ void GraphWindow::OnCaptionPress(WPARAM wParam, LPARAM lParam) {
     clickPending_ = true;
     // This is the system's move loop: it returns when the button is released, and the program may have ended in it.
     DefWindowProcW(window, WM_NCLBUTTONDOWN, wParam, lParam);
-    if (WindowOf(window) != this) return;
+    if (Of(window) != this) return;
     const bool clicked = std::exchange(clickPending_, false);
     if (clicked && !Settings().pinned) host_->GraphClicked(kind_);
 }

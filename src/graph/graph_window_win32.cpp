@@ -32,7 +32,7 @@ void GraphWindow::BindSource(const GraphSeries* source) {
 }
 
 void GraphWindow::SetShown(bool shown) {
-    if (shown && hwnd_ == nullptr) Create();
+    if (shown && hwnd_ == nullptr && !Create()) return;
     if (hwnd_ == nullptr) return;
     if (!shown) {
         hover_.active = false;

@@ -52,14 +52,18 @@ class GraphWindow {
 
   private:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    /// The graph that a window shows; null for one that is destroyed.
+    static GraphWindow* Of(HWND window);
     static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
                                            DWORD thread, DWORD time);
 
-    // Coming into being, and the place on the screen.
+    // Coming into being, and the place on the screen. Where the taskbar is only the shell knows, and while it is asked
+    // a message of its own can end the program: after false, this object may be gone.
     bool RegisterWindowClass() const;
     const wchar_t* Title() const;
-    void Create();
-    void PlaceAtTaskbar();
+    bool Create();
+    bool PlaceAtTaskbar();
+    /// True if the window had to be moved.
     bool EnsureOnScreen();
     void StoreRect();
 

@@ -389,6 +389,29 @@ TEST_F(GraphWindowPlace, ADisplayChangeBringsItBackAndSaves) {
     EXPECT_EQ(host_.changes.size(), 2U) << "a hidden window too";
 }
 
+// The shell answers by messages, and sends its own meanwhile: one of them can end the program.
+TEST_F(GraphWindowPlace, TheGraphMayEndWhileTheShellIsAsked) {
+    world.whileShellAsked = [this] { graphs_[IndexOf(GraphKind::Network)].reset(); };
+    Graph(GraphKind::Network).SetShown(true);
+    EXPECT_FALSE(IsWindow(world.windows.back())) << "a first place";
+
+    world.offScreen = true;
+    settings_.network.width = 300;
+    settings_.network.height = 120;
+    Graph(GraphKind::Network).SetShown(true);
+    EXPECT_FALSE(IsWindow(world.windows.back())) << "a place that no monitor shows";
+    EXPECT_TRUE(world.showCommands.empty());
+    EXPECT_EQ(settings_.network.width, 300) << "nothing is stored";
+
+    world.offScreen = false;
+    const HWND window = Show(GraphKind::Network);
+    world.offScreen = true;
+    Graph(GraphKind::Network).RecoverIfOffScreen();
+    EXPECT_FALSE(IsWindow(window)) << "a recovery";
+    EXPECT_TRUE(host_.changes.empty());
+    EXPECT_TRUE(world.positions.empty());
+}
+
 class GraphWindowCover : public GraphWindowTest {
   protected:
     GraphWindowCover() {

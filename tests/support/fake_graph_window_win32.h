@@ -58,7 +58,8 @@ struct World {
     bool altDown = false;
     bool refuseTracking = false;
     bool refuseHook = false;
-    std::function<void()> moveLoop;  // runs while a press on the surface lasts
+    std::function<void()> moveLoop;         // runs while a press on the surface lasts
+    std::function<void()> whileShellAsked;  // runs while the shell looks for its taskbar
     std::vector<std::wstring> debugTexts;
     std::vector<WNDCLASSEXW> classes;
     std::vector<CreateCall> creations;
@@ -149,6 +150,7 @@ inline UINT WINAPI FakeGetDpiForSystem() {
 inline UINT_PTR WINAPI FakeSHAppBarMessage(DWORD message, PAPPBARDATA data) {
     EXPECT_EQ(message, static_cast<DWORD>(ABM_GETTASKBARPOS));
     EXPECT_EQ(data->cbSize, sizeof(APPBARDATA));
+    if (world.whileShellAsked) world.whileShellAsked();
     if (!world.taskbar) return 0;
     data->uEdge = world.taskbar->uEdge;
     data->rc = world.taskbar->rc;

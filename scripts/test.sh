@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs every test on a fresh machine: the logic on this machine under the sanitizers and again as a Windows
 # program, the platform tests under Wine, the real program on a screen, a few thousand inputs of every fuzz target, and
-# the checks. Arguments go on to ctest, e.g.
-# scripts/test.sh -R desktop. The exit code is ctest's.
+# the checks. Arguments go on to ctest, e.g. scripts/test.sh -R desktop. The exit code is ctest's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh clang libclang-rt-14-dev

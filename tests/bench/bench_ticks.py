@@ -1,0 +1,80 @@
+"""One tick of each metric in the real program against its floor, in processor time of the process and the Wine server.
+
+Both programs stand on the same screen before the same recording shell. They take their ticks in turn, as the same
+messages from the same sender; what the mere delivery of a message costs is measured too and taken off both.
+"""
+
+import measure
+from harness import WM_TIMER, Desktop
+
+TIMERS = {"cpu": 1, "disk": 5, "memory": 3, "network": 4}
+NO_TIMER = 99
+
+# So slow that next to nothing but the messages makes them tick.
+SLOW = "".join(f"[{section}]\nrefresh_ms=10000\n" for section in ("cpu", "disk", "memory", "network"))
+
+DISK = r"\PhysicalDisk(*)"
+COUNTERS = [
+    r"value|\Processor Information(_Total)\% Processor Utility||50|0",
+    *(rf"value|\Processor Information(*)\% Processor Utility|0,{i}|50|0" for i in range(8)),
+    *(rf"value|{DISK}\{counter}|{disk}|40|0"
+      for counter in ("% Idle Time", "% Disk Read Time", "% Disk Write Time", "Disk Read Bytes/sec",
+                      "Disk Write Bytes/sec")
+      for disk in ("0 C:", "1 D:")),
+]
+
+
+class Contest:
+    """The program and its floor, both running."""
+
+    def __init__(self, counters):
+        self.desktop = Desktop(counters=counters)
+
+    def __enter__(self):
+        self.desktop.write_ini(SLOW)
+        self.shell = self.desktop.start_recorder()
+        kestrane = self.desktop.start_kestrane()
+        floor = self.desktop.start("tick_floor.exe")
+        self.shell.wait_for_ticks(2, icon=4, start=0)
+        self.server = measure.wineserver(self.desktop.prefix)
+        self.sides = {"kestrane": (kestrane.pid, "kestrane.hidden"), "floor": (floor.pid, "kestrane.floor")}
+        return self
+
+    def __exit__(self, *_):
+        self.desktop.close()
+
+    def cost(self, side, timer, count):
+        """Microseconds for each of `count` messages."""
+        pid, window = self.sides[side]
+        before = measure.cpu_seconds(pid) + measure.cpu_seconds(self.server)
+        if not self.desktop.send_messages(count, WM_TIMER, timer, class_name=window):
+            raise RuntimeError(f"{side} does not answer")
+        return (measure.cpu_seconds(pid) + measure.cpu_seconds(self.server) - before) / count * 1e6
+
+
+def measure_metric(contest, name, timer, rounds, count):
+    samples = {side: [] for side in contest.sides}
+    for _ in range(rounds):
+        for side in contest.sides:
+            delivery = contest.cost(side, NO_TIMER, count)
+            samples[side].append(contest.cost(side, timer, count) - delivery)
+    program, floor = measure.median(samples["kestrane"]), measure.median(samples["floor"])
+    ratios = [a / b for a, b in zip(samples["kestrane"], samples["floor"])]
+    return {"tick": name, "kestrane us": program, "floor us": floor, "ratio": measure.median(ratios), "goal": 1.3,
+            "samples": samples}
+
+
+def run(rounds=9, count=200):
+    measure.stay_on_one_processor()
+    rows = []
+    with Contest(None) as contest:
+        for name in ("cpu", "memory", "network"):
+            rows.append(measure_metric(contest, name, TIMERS[name], rounds, count))
+    with Contest(COUNTERS) as contest:
+        for name in ("cpu", "disk"):
+            rows.append(measure_metric(contest, f"{name}, counters", TIMERS[name], rounds, count))
+    return rows
+
+
+COLUMNS = ("tick", "kestrane us", "floor us", "ratio", "goal")
+TITLE = "One tick against its floor: processor time of the process and the Wine server, medians"

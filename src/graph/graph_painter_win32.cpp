@@ -6,6 +6,7 @@
 
 #include "base/handles_win32.h"
 #include "graph/core_grid_plot.h"
+#include "graph/geometry_win32.h"
 #include "graph/graph_bitmap_win32.h"
 #include "graph/graph_plot.h"
 #include "graph/graph_text_win32.h"
@@ -35,7 +36,7 @@ void DrawPolyline(HDC dc, const PlotLine& line, std::int32_t width) {
     std::vector<POINT> points;
     points.reserve(line.points.size());
     for (const Point& point : line.points)
-        points.push_back({point.x, point.y});
+        points.push_back(ToPlatform(point));
     Polyline(dc, points.data(), static_cast<int>(points.size()));
 }
 

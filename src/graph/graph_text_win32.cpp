@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "graph/geometry_win32.h"
 #include "graph/legend.h"
 #include "graph/placement.h"
 
@@ -21,7 +22,7 @@ std::vector<std::int32_t> TextWidths(HDC dc, const std::vector<TextLine>& lines)
 }
 
 void DrawBox(HDC dc, const Rect& box) {
-    const RECT rect = {box.left, box.top, box.right, box.bottom};
+    const RECT rect = ToPlatform(box);
     const UniqueBrush fill(CreateSolidBrush(SwapRedBlue(HoverBoxColor)));
     const UniqueBrush frame(CreateSolidBrush(SwapRedBlue(HoverBoxFrameColor)));
     if (fill) FillRect(dc, &rect, fill.Get());

@@ -16,13 +16,6 @@ bool IsAltDown() {
     return GetKeyState(VK_MENU) < 0;
 }
 
-Rect WorkAreaNear(const RECT& rect) {
-    MONITORINFO info = {};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST), &info);
-    return FromPlatform(info.rcWork);
-}
-
 }  // namespace
 
 void GraphWindow::OnEnterSizeMove() {
@@ -58,7 +51,8 @@ void GraphWindow::AdjustDragRect(RECT& rect, std::uint32_t edges, bool isMove) c
     if (!IsAltDown()) {
         std::vector<std::int32_t> xs;
         std::vector<std::int32_t> ys;
-        CollectSnapEdges(OtherShownRects(), WorkAreaNear(rect), xs, ys);
+        const Rect workArea = WorkAreaOf(MonitorFromRect(&rect, MONITOR_DEFAULTTONEAREST));
+        CollectSnapEdges(OtherShownRects(), workArea, xs, ys);
         const std::int32_t distance = Scaled(SnapDistance);
         dragged = isMove ? SnapMovedRect(dragged, xs, ys, distance)
                          : SnapSizedRect(dragged, edges, xs, ys, distance, minWidth, minHeight);

@@ -16,8 +16,6 @@ namespace {
 
 constexpr wchar_t ClassName[] = L"kestrane.graph";
 
-constexpr UINT MoveOnly = SWP_NOZORDER | SWP_NOACTIVATE;
-
 /// Where the taskbar is: its side of the screen and its middle. Without an answer, at the bottom of the first monitor.
 struct TaskbarPlace {
     std::uint32_t edge = TaskbarBottom;
@@ -31,11 +29,13 @@ TaskbarPlace ReadTaskbarPlace() {
     return {std::min<std::uint32_t>(data.uEdge, TaskbarBottom), RectCenter(FromPlatform(data.rc))};
 }
 
-Rect WorkAreaAt(const Point& point) {
-    MONITORINFO info = {};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromPoint({point.x, point.y}, MONITOR_DEFAULTTOPRIMARY), &info);
-    return FromPlatform(info.rcWork);
+/// Makes a move. To a monitor of another DPI it is made twice, because on the way there the system has resized the
+/// window (WM_DPICHANGED).
+template <typename Move>
+void MoveAcrossMonitors(HWND window, const Move& move) {
+    const UINT dpi = GetDpiForWindow(window);
+    move();
+    if (GetDpiForWindow(window) != dpi) move();
 }
 
 }  // namespace
@@ -73,7 +73,7 @@ bool GraphWindow::Create() {
     }
     const GraphSettings& stored = Settings();
     if (stored.width >= 1) {
-        SetWindowPos(hwnd_, nullptr, stored.x, stored.y, stored.width, stored.height, MoveOnly);
+        MoveAcrossMonitors(hwnd_, [&] { MoveTo(stored.x, stored.y, stored.width, stored.height); });
         EnsureOnScreen();
     } else {
         PlaceAtTaskbar();
@@ -102,9 +102,12 @@ bool GraphWindow::PlaceAtTaskbar() {
     const HWND window = hwnd_;
     const TaskbarPlace taskbar = ReadTaskbarPlace();
     if (Of(window) != this) return false;
-    const Rect place = StackedGraphRect(taskbar.edge, WorkAreaAt(taskbar.center), Scaled(GraphDefaultWidth),
-                                        Scaled(GraphDefaultHeight), kind_);
-    SetWindowPos(hwnd_, nullptr, place.left, place.top, RectWidth(place), RectHeight(place), MoveOnly);
+    const Rect workArea = WorkAreaOf(MonitorFromPoint(ToPlatform(taskbar.center), MONITOR_DEFAULTTOPRIMARY));
+    MoveAcrossMonitors(hwnd_, [&] {
+        const Rect place =
+            StackedGraphRect(taskbar.edge, workArea, Scaled(GraphDefaultWidth), Scaled(GraphDefaultHeight), kind_);
+        MoveTo(place.left, place.top, RectWidth(place), RectHeight(place));
+    });
     return true;
 }
 

@@ -155,14 +155,14 @@ void GraphWindow::ShowMenu(const Point& screenPoint) {
 
 void GraphWindow::OnDpiChanged(const RECT& suggested) {
     const Rect rect = FromPlatform(suggested);
-    SetWindowPos(hwnd_, nullptr, rect.left, rect.top, RectWidth(rect), RectHeight(rect), SWP_NOZORDER | SWP_NOACTIVATE);
+    MoveTo(rect.left, rect.top, RectWidth(rect), RectHeight(rect));
     Invalidate();
 }
 
 void GraphWindow::SetHover(bool inside, const Point& screenPoint) {
     HoverState state;
     if (inside && !Settings().pinned && !inSizeMove_) {
-        POINT point = {screenPoint.x, screenPoint.y};
+        POINT point = ToPlatform(screenPoint);
         ScreenToClient(hwnd_, &point);
         state = {true, point.x, point.y};
     }

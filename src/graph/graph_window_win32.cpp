@@ -77,6 +77,10 @@ void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, 
     }
 }
 
+void GraphWindow::MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
+    SetWindowPos(hwnd_, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 std::int32_t GraphWindow::Scaled(std::int32_t value) const {
     return ScaleForDpi(value, hwnd_ != nullptr ? GetDpiForWindow(hwnd_) : GetDpiForSystem());
 }

@@ -65,6 +65,7 @@ class GraphWindow {
     bool PlaceAtTaskbar();
     /// True if the window had to be moved.
     bool EnsureOnScreen();
+    void MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
     void StoreRect();
 
     // Messages.

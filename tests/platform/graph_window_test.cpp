@@ -389,6 +389,37 @@ TEST_F(GraphWindowPlace, ADisplayChangeBringsItBackAndSaves) {
     EXPECT_EQ(host_.changes.size(), 2U) << "a hidden window too";
 }
 
+/// The window comes to a monitor of 144 DPI, and the system offers the same size half as large again.
+void CrossToLargerDpi(HWND window) {
+    world.dpi = 144;
+    RECT rect = {};
+    GetWindowRect(window, &rect);
+    rect.right += (rect.right - rect.left) / 2;
+    rect.bottom += (rect.bottom - rect.top) / 2;
+    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&rect));
+}
+
+TEST_F(GraphWindowPlace, AStoredPlaceOnAMonitorOfAnotherDpiKeepsItsSize) {
+    settings_.cpu.x = 33;
+    settings_.cpu.y = 44;
+    settings_.cpu.width = 300;
+    settings_.cpu.height = 120;
+    world.onMove = CrossToLargerDpi;
+    Graph(GraphKind::Cpu).SetShown(true);
+    EXPECT_EQ(PlaceOf(world.windows.back()), (Rect{33, 44, 333, 164}));
+}
+
+TEST_F(GraphWindowPlace, ARecoveryToAMonitorOfAnotherDpiHasItsSize) {
+    const HWND window = Show(GraphKind::Network);
+    world.offScreen = true;
+    world.workArea = {0, 0, 1000, 700};
+    world.onMove = CrossToLargerDpi;
+    Graph(GraphKind::Network).RecoverIfOffScreen();
+    EXPECT_EQ(PlaceOf(window), (Rect{1000 - 735, 700 - 225, 1000, 700}));
+    EXPECT_EQ(settings_.network.x, 1000 - 735);
+    EXPECT_EQ(settings_.network.width, 735);
+}
+
 // The shell answers by messages, and sends its own meanwhile: one of them can end the program.
 TEST_F(GraphWindowPlace, TheGraphMayEndWhileTheShellIsAsked) {
     world.whileShellAsked = [this] { graphs_[IndexOf(GraphKind::Network)].reset(); };

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "graph/geometry_win32.h"
@@ -59,6 +60,7 @@ struct World {
     bool refuseTracking = false;
     bool refuseHook = false;
     std::function<void()> moveLoop;         // runs while a press on the surface lasts
+    std::function<void(HWND)> onMove;       // runs once, in the course of a move or resize
     std::function<void()> whileShellAsked;  // runs while the shell looks for its taskbar
     std::vector<std::wstring> debugTexts;
     std::vector<WNDCLASSEXW> classes;
@@ -114,7 +116,9 @@ inline HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR
 inline BOOL WINAPI FakeSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
     static const auto real = REAL(SetWindowPos);
     world.positions.push_back({window, after, {x, y, width, height}, flags});
-    return real(window, after, x, y, width, height, flags);
+    const BOOL done = real(window, after, x, y, width, height, flags);
+    if (world.onMove) std::exchange(world.onMove, nullptr)(window);
+    return done;
 }
 
 inline BOOL WINAPI FakeShowWindow(HWND window, int command) {

@@ -33,9 +33,9 @@ void App::OnCreate(HWND created) {
     TakeFirstReadings();
     OnNetworkTick(*this);
     RefreshAllIcons();
-    if (shuttingDown) return;  // the window is gone again, by a message that came while the shell was asked
     ApplyTimers();
     ApplyGraphSettings();
+    if (shuttingDown) return;  // the window is gone again, by a message that came while the shell was asked
     RegisterGraphHotkey();
     SetTimer(window, PromotionTimer, PromotionDelayMs, nullptr);
 }

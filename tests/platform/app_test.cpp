@@ -23,6 +23,8 @@
 #include "app/ticks_win32.h"
 #include "app/timers.h"
 #include "app/tray_events.h"
+#include "hardware/cpu_facts_win32.h"
+#include "hardware/disk_facts_win32.h"
 #include "support/call_log.h"
 #include "text/translation.h"
 
@@ -140,6 +142,13 @@ ULONGLONG WINAPI FakeGetTickCount64() {
     return world.clockMs;
 }
 
+/// Where the taskbar is: no answer, which is as good as one.
+UINT_PTR WINAPI FakeSHAppBarMessage(DWORD, PAPPBARDATA) {
+    NoteCall("taskbar?");
+    if (world.interrupted == "taskbar?" && world.sending) std::exchange(world.sending, nullptr)();
+    return 0;
+}
+
 UINT WINAPI FakeRegisterWindowMessageW(LPCWSTR) {
     return FakeTaskbarCreated;
 }
@@ -156,6 +165,7 @@ decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemoryStatusEx;
 decltype(&GetSystemMetricsForDpi) __imp_GetSystemMetricsForDpi = &FakeGetSystemMetricsForDpi;
+decltype(&SHAppBarMessage) __imp_SHAppBarMessage = &FakeSHAppBarMessage;
 decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
 decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
 
@@ -192,6 +202,22 @@ PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR, DWORD_PTR, PDH_HQUERY*) {
 }
 
 namespace kestrane {
+
+// A machine of three processors and two disks.
+CpuFacts ReadCpuFacts() {
+    NoteCall("processor?");
+    CpuFacts facts;
+    facts.isPerformanceThread = {1, 0, 1};
+    return facts;
+}
+std::vector<DiskFacts> ReadDiskFacts() {
+    NoteCall("disks?");
+    std::vector<DiskFacts> disks(2);
+    disks[0].number = 2;
+    disks[1].number = 5;
+    return disks;
+}
+
 namespace {
 
 class AppTest : public testing::Test {
@@ -277,13 +303,21 @@ TEST_F(AppTest, ConstructionOpensTheCountersAndTouchesNothingElse) {
 
 TEST_F(AppTest, StartsInTheRequiredOrder) {
     Start();
-    EXPECT_THAT(started, ElementsAre("icon add 1", "icon setversion 1", "icon add 2", "icon setversion 2", "icon add 3",
-                                     "icon setversion 3", "icon add 4", "icon setversion 4", "memory", "icon modify 4",
-                                     "icon modify 1", "icon modify 2", "icon modify 3", "icon modify 4",
-                                     "SetTimer 1 1500", "SetTimer 5 1500", "SetTimer 3 1500", "SetTimer 4 1500",
-                                     "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
+    EXPECT_THAT(started,
+                ElementsAre("processor?", "disks?", "icon add 1", "icon setversion 1", "icon add 2",
+                            "icon setversion 2", "icon add 3", "icon setversion 3", "icon add 4", "icon setversion 4",
+                            "memory", "icon modify 4", "icon modify 1", "icon modify 2", "icon modify 3",
+                            "icon modify 4", "SetTimer 1 1500", "SetTimer 5 1500", "SetTimer 3 1500", "SetTimer 4 1500",
+                            "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
     EXPECT_TRUE(app->hotkeyRegistered);
     EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings give no points
+}
+
+TEST_F(AppTest, TheStartKeepsWhatSamplersAndGraphsNeedOfTheMachine) {
+    Start();
+    EXPECT_THAT(app->coreClasses, ElementsAre(1, 0, 1));
+    EXPECT_EQ(app->fixedDisks.size(), 2U);
+    EXPECT_THAT(app->fixedDiskNumbers, ElementsAre(2, 5));
 }
 
 TEST_F(AppTest, HiddenIconsAreNotAdded) {
@@ -424,6 +458,17 @@ TEST_F(AppTest, AnEndThatComesDuringTheStartStopsIt) {
         ExpectEndedAfterTheAnswer();
         EXPECT_EQ(CountCalls("RegisterHotKey 1 16390 66"), 0);
     }
+}
+
+TEST_F(AppTest, AnEndThatComesWhileAGraphAsksForTheTaskbarStopsTheStart) {
+    app->settings.network.graph = true;
+    app->settings.cpu.graph = true;
+    EndDuring("taskbar?");
+    CreateHiddenWindow(*app);
+    EXPECT_FALSE(IsWindow(app->window));
+    EXPECT_THAT(world.onTaskbar, IsEmpty());
+    EXPECT_EQ(CountCalls("taskbar?"), 1);
+    EXPECT_EQ(Calls().back(), "PostQuitMessage 0");
 }
 
 TEST_F(AppTest, OnlyChangedPeriodsAreSetAnew) {

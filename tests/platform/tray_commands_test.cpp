@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,9 +13,12 @@
 
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
+#include "app/timers.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
+#include "settings/ini_file_win32.h"
 #include "support/call_log.h"
+#include "support/icon_pixels_win32.h"
 #include "text/translation.h"
 
 namespace {
@@ -32,7 +36,7 @@ struct MenuItem {
     UINT id;
     std::wstring text;
     UINT state;
-    bool hasImage;
+    HBITMAP image;
 };
 
 struct World {
@@ -42,11 +46,15 @@ struct World {
     int dropAlignment = 0;
     std::function<void()> whileMenuIsOpen;
     std::vector<MenuItem> menu;
+    std::vector<kestrane::IconPixels> menuImages;  // of the entries that have one
     UINT menuDefault = 0;
     UINT menuFlags = 0;
     POINT menuPoint{};
     int imageSize = 0;
     bool imagesLoad = true;
+    bool bitmapsAreMade = true;
+    HMENU menuHandle = nullptr;
+    WINEVENTPROC foregroundEvent = nullptr;
     std::wstring boxText;
     std::wstring boxCaption;
     UINT boxType = 0;
@@ -63,11 +71,14 @@ UINT WINAPI FakeGetDoubleClickTime() {
     return world.doubleClickMs;
 }
 
+template <typename Function>
+Function Real(const wchar_t* library, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
+}
+
 int WINAPI FakeGetSystemMetrics(int index) {
-    if (index == SM_MENUDROPALIGNMENT) return world.dropAlignment;
-    static const auto real = reinterpret_cast<decltype(&GetSystemMetrics)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "GetSystemMetrics")));
-    return real(index);
+    static const auto real = Real<decltype(&GetSystemMetrics)>(L"user32", "GetSystemMetrics");
+    return index == SM_MENUDROPALIGNMENT ? world.dropAlignment : real(index);
 }
 
 BOOL WINAPI FakeSetForegroundWindow(HWND) {
@@ -86,15 +97,18 @@ std::vector<MenuItem> ReadMenu(HMENU menu) {
         info.dwTypeData = text;
         info.cch = 128;
         GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
-        items.push_back(
-            {info.wID, (info.fType & MFT_SEPARATOR) != 0 ? L"-" : text, info.fState, info.hbmpItem != nullptr});
+        items.push_back({info.wID, (info.fType & MFT_SEPARATOR) != 0 ? L"-" : text, info.fState, info.hbmpItem});
     }
     return items;
 }
 
 BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND, LPTPMPARAMS) {
     NoteCall("TrackPopupMenu");
+    world.menuHandle = menu;
     world.menu = ReadMenu(menu);
+    for (const MenuItem& item : world.menu) {
+        if (item.image != nullptr) world.menuImages.push_back(kestrane::BitmapPixels(item.image));
+    }
     world.menuDefault = GetMenuDefaultItem(menu, FALSE, 0);
     world.menuFlags = flags;
     world.menuPoint = {x, y};
@@ -110,6 +124,25 @@ HANDLE WINAPI FakeLoadImageW(HINSTANCE, LPCWSTR name, UINT type, int width, int 
     world.imageSize = width;
     if (!world.imagesLoad) return nullptr;
     return CopyImage(LoadIconW(nullptr, IDI_APPLICATION), IMAGE_ICON, width, height, 0);
+}
+
+HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
+                                    DWORD offset) {
+    static const auto real = Real<decltype(&CreateDIBSection)>(L"gdi32", "CreateDIBSection");
+    return world.bitmapsAreMade ? real(dc, info, usage, bits, section, offset) : nullptr;
+}
+
+BOOL WINAPI FakePostMessageW(HWND, UINT message, WPARAM, LPARAM) {
+    NoteCall("post " + std::to_string(message));
+    return TRUE;
+}
+
+HWINEVENTHOOK WINAPI FakeSetWinEventHook(DWORD, DWORD, HMODULE, WINEVENTPROC procedure, DWORD, DWORD, DWORD) {
+    world.foregroundEvent = procedure;
+    return reinterpret_cast<HWINEVENTHOOK>(std::uintptr_t{0x5005});
+}
+BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK) {
+    return TRUE;
 }
 
 int WINAPI FakeMessageBoxW(HWND, LPCWSTR text, LPCWSTR caption, UINT type) {
@@ -143,6 +176,10 @@ decltype(&GetSystemMetrics) __imp_GetSystemMetrics = &FakeGetSystemMetrics;
 decltype(&SetForegroundWindow) __imp_SetForegroundWindow = &FakeSetForegroundWindow;
 decltype(&TrackPopupMenuEx) __imp_TrackPopupMenuEx = &FakeTrackPopupMenuEx;
 decltype(&LoadImageW) __imp_LoadImageW = &FakeLoadImageW;
+decltype(&CreateDIBSection) __imp_CreateDIBSection = &FakeCreateDIBSection;
+decltype(&PostMessageW) __imp_PostMessageW = &FakePostMessageW;
+decltype(&SetWinEventHook) __imp_SetWinEventHook = &FakeSetWinEventHook;
+decltype(&UnhookWinEvent) __imp_UnhookWinEvent = &FakeUnhookWinEvent;
 decltype(&MessageBoxW) __imp_MessageBoxW = &FakeMessageBoxW;
 decltype(&WritePrivateProfileStringW) __imp_WritePrivateProfileStringW = &FakeWritePrivateProfileStringW;
 decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
@@ -185,6 +222,17 @@ class TrayCommandsTest : public testing::Test {
     }
 
     GraphWindow& Graph(GraphKind kind) { return *app->graphs[IndexOf(kind)]; }
+
+    static HWND WindowOf(GraphKind kind) {
+        constexpr std::array<const wchar_t*, GraphCount> Titles{L"kestrane - network", L"kestrane - CPU",
+                                                                L"kestrane - disk"};
+        return FindWindowW(L"kestrane.graph", Titles[IndexOf(kind)]);
+    }
+
+    /// Another program's window comes to the foreground over the graph; here it is the graph's own.
+    static void Cover(GraphKind kind) {
+        world.foregroundEvent(nullptr, EVENT_SYSTEM_FOREGROUND, WindowOf(kind), OBJID_WINDOW, 0, 0, 0);
+    }
 
     std::unique_ptr<App> app;
 };
@@ -298,16 +346,39 @@ TEST_F(TrayCommandsTest, TheMenuStandsWhereTheUserIsWithImagesAndADefault) {
     EXPECT_NE(world.menu[2].state & MFS_CHECKED, 0U);
     EXPECT_EQ(world.menu[3].state & MFS_CHECKED, 0U);
     for (const std::size_t row : {0U, 5U, 7U, 8U})
-        EXPECT_TRUE(world.menu[row].hasImage) << row;
+        EXPECT_NE(world.menu[row].image, nullptr) << row;
     for (const std::size_t row : {2U, 3U})
-        EXPECT_FALSE(world.menu[row].hasImage) << row;
+        EXPECT_EQ(world.menu[row].image, nullptr) << row;
     EXPECT_EQ(world.menuDefault, 103U);
     EXPECT_EQ(world.menuFlags, 0x182U);
     EXPECT_EQ(world.menuPoint.x, -20);
     EXPECT_EQ(world.menuPoint.y, 700);
     EXPECT_EQ(world.imageSize, static_cast<int>(app->iconRingSize));
     EXPECT_THAT(Calls(), ElementsAre("image 201", "image 202", "image 203", "image 204", "SetForegroundWindow",
-                                     "TrackPopupMenu"));
+                                     "TrackPopupMenu", "post 0"));
+}
+
+TEST_F(TrayCommandsTest, TheImagesAreThoseOfTheIconsOnNothing) {
+    Start();
+    Event(1, EventContextMenu);
+    const UniqueIcon icon(
+        static_cast<HICON>(FakeLoadImageW(nullptr, nullptr, IMAGE_ICON, world.imageSize, world.imageSize, 0)));
+    const IconPixels expected = ReadIconPixels(icon.Get());
+    ASSERT_EQ(world.menuImages.size(), 4U);
+    for (const IconPixels& image : world.menuImages) {
+        EXPECT_EQ(image.width, world.imageSize);
+        ASSERT_EQ(image.pixels.size(), expected.pixels.size());
+        for (std::size_t i = 0; i < image.pixels.size(); ++i)
+            EXPECT_EQ(image.pixels[i] >> 24, expected.pixels[i] >> 24) << i;
+    }
+}
+
+TEST_F(TrayCommandsTest, TheMenuAndItsImagesAreGivenBack) {
+    Start();
+    Event(1, EventContextMenu);
+    EXPECT_FALSE(IsMenu(world.menuHandle));
+    for (const MenuItem& item : world.menu)
+        EXPECT_EQ(GetObjectType(item.image), 0U) << item.id;
 }
 
 TEST_F(TrayCommandsTest, MenusThatDropLeftAreAlignedRight) {
@@ -318,12 +389,15 @@ TEST_F(TrayCommandsTest, MenusThatDropLeftAreAlignedRight) {
 }
 
 TEST_F(TrayCommandsTest, EntriesWithoutAnImageStillWork) {
-    world.imagesLoad = false;
     Start();
-    Event(1, EventContextMenu);
-    EXPECT_EQ(world.menu.size(), 6U);
-    for (const MenuItem& item : world.menu)
-        EXPECT_FALSE(item.hasImage);
+    for (const bool imagesLoad : {false, true}) {
+        world.imagesLoad = imagesLoad;
+        world.bitmapsAreMade = !imagesLoad;
+        Event(1, EventContextMenu);
+        EXPECT_EQ(world.menu.size(), 6U);
+        for (const MenuItem& item : world.menu)
+            EXPECT_EQ(item.image, nullptr) << item.id;
+    }
 }
 
 TEST_F(TrayCommandsTest, ASecondMenuDoesNotOpenOverTheFirstButClicksWork) {
@@ -393,12 +467,20 @@ TEST_F(TrayCommandsTest, AboutNamesVersionAndSettingsFile) {
     Choose(CommandAbout);
     EXPECT_EQ(world.boxCaption, L"About kestrane");
     EXPECT_EQ(world.boxType, UINT{MB_ICONINFORMATION});
-    EXPECT_EQ(world.boxText.rfind(L"kestrane 0.1.0\n\nCPU, disk, memory and network monitor for the tray.\n", 0), 0U);
-    EXPECT_NE(world.boxText.find(L"\\kestrane\\kestrane.ini\n"), std::wstring::npos);
+    EXPECT_EQ(world.boxText,
+              L"kestrane 0.1.0\n\nCPU, disk, memory and network monitor for the tray.\nRight-click an icon to "
+              L"open the settings.\nClick the CPU, disk or network icon: its graph.\nCtrl+Shift+B: network "
+              L"graph.\n\nSettings: " +
+                  IniPath() + L"\n\nIcons: Fugue Icons by Marlo Tesshin (CC BY 3.0).");
+    EXPECT_NE(IniPath().find(L"\\kestrane\\kestrane.ini"), std::wstring::npos);
     SetLanguage(0);
     Choose(CommandAbout);
     EXPECT_EQ(world.boxCaption, L"Acerca de kestrane");
-    EXPECT_NE(world.boxText.find(L"\n\nAjustes: "), std::wstring::npos);
+    EXPECT_EQ(world.boxText,
+              L"kestrane 0.1.0\n\nMonitor de CPU, disco, memoria y red en la bandeja.\nClic derecho sobre un "
+              L"icono para abrir los ajustes.\nClic en el icono de CPU, disco o red: su gráfica.\n"
+              L"Ctrl+Shift+B: gráfica de red.\n\nAjustes: " +
+                  IniPath() + L"\n\nIconos: Fugue Icons de Marlo Tesshin (CC BY 3.0).");
 }
 
 TEST_F(TrayCommandsTest, ClickingTheDiskGraphSwitchesItsViewAndNoOther) {
@@ -451,6 +533,70 @@ TEST_F(TrayCommandsTest, GraphsReadTheRingsOfTheirMetricAtItsPeriod) {
     app->settings.refresh_ms[1] = 5000;
     app->ApplyTimers();
     EXPECT_EQ(disk.periodMs, 5000U);
+}
+
+TEST_F(TrayCommandsTest, EqualPeriodsStillReachTheGraphs) {
+    Start();
+    for (GraphSeries& series : app->graphSources)
+        series.periodMs = 7;
+    app->ApplyTimers();
+    for (const GraphSeries& series : app->graphSources)
+        EXPECT_EQ(series.periodMs, 1500U);
+}
+
+TEST_F(TrayCommandsTest, ACoveredGraphIsFetchedAndTheNextClickHidesIt) {
+    app->settings.disk.graph = true;
+    app->settings.disk.topmost = false;
+    Start();
+    Cover(GraphKind::Disk);
+    Event(2, EventSelect);
+    EXPECT_TRUE(Graph(GraphKind::Disk).IsShown());
+    EXPECT_FALSE(Graph(GraphKind::Disk).IsCovered());
+    EXPECT_THAT(Calls(), IsEmpty());
+    world.clockMs += 500;
+    Event(2, EventSelect);
+    EXPECT_FALSE(Graph(GraphKind::Disk).IsShown());
+}
+
+TEST_F(TrayCommandsTest, AChangedScreenBringsLostGraphsBack) {
+    app->settings.cpu.graph = true;
+    app->settings.network.graph = true;
+    Start();
+    for (const UINT message : {UINT{WM_SETTINGCHANGE}, UINT{WM_DISPLAYCHANGE}, app->taskbarCreatedMessage}) {
+        for (const GraphKind kind : {GraphKind::Network, GraphKind::Cpu}) {
+            SetWindowPos(WindowOf(kind), nullptr, -30000, -30000, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        }
+        SendMessageW(app->window, message, 0, 0);
+        for (const GraphKind kind : {GraphKind::Network, GraphKind::Cpu}) {
+            RECT rect{};
+            GetWindowRect(WindowOf(kind), &rect);
+            EXPECT_GE(rect.left, 0) << message << " " << IndexOf(kind);
+        }
+        EXPECT_THAT(Calls(), Contains("write cpu x=" + std::to_string(app->settings.cpu.x)));
+        Calls().clear();
+    }
+}
+
+TEST_F(TrayCommandsTest, ATickRepaintsItsGraphAndNoOther) {
+    for (const GraphKind kind : GraphKinds)
+        GraphSettingsOf(app->settings, kind).graph = true;
+    Start();
+    const auto repainted = [this](const std::function<void()>& tick) {
+        for (const GraphKind kind : GraphKinds)
+            ValidateRect(WindowOf(kind), nullptr);
+        tick();
+        std::vector<GraphKind> kinds;
+        for (const GraphKind kind : GraphKinds) {
+            if (GetUpdateRect(WindowOf(kind), nullptr, FALSE)) kinds.push_back(kind);
+        }
+        return kinds;
+    };
+    const auto timer = [this](WPARAM id) { return [this, id] { SendMessageW(app->window, WM_TIMER, id, 0); }; };
+    EXPECT_THAT(repainted(timer(CpuTimer)), ElementsAre(GraphKind::Cpu));
+    EXPECT_THAT(repainted(timer(MemoryTimer)), IsEmpty());
+    EXPECT_THAT(repainted(timer(NetworkTimer)), ElementsAre(GraphKind::Network));
+    EXPECT_THAT(repainted([this] { app->RefreshDiskIcon(); }), ElementsAre(GraphKind::Disk));
+    EXPECT_THAT(repainted([this] { app->GraphClicked(GraphKind::Disk); }), ElementsAre(GraphKind::Disk));
 }
 
 TEST_F(TrayCommandsTest, TheGraphsGoBeforeTheIcons) {

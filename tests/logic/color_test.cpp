@@ -81,6 +81,8 @@ TEST(Color, ReadableKeepsWhatStandsOutAndPullsTheRest) {
         {0x000000, 0x5A5A5A, 0x000000},  // the difference counts either way
         {0x000000, 0x000000, 0x656565},  // 224 * 0.45 = 100.8
         {0xFFFFFF, 0xFFFFFF, 0x9B9B9B},  // 255 - 223 * 0.45 = 154.65
+        {0x000000, 0x202020, 0x656565},  // black is not read on dark grey
+        {0xFFFFFF, 0x000000, 0xFFFFFF},  // white is, on black
     };
     for (const auto& [color, background, readable] : cases) {
         EXPECT_EQ(ReadableColor(color, background), readable) << std::hex << color << " on " << background;

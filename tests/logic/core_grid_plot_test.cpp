@@ -205,8 +205,32 @@ TEST_F(CoreGridPicture, ReadoutOfALine) {
     SetCores({{0, 0, 0, 100, 0, 0}, {}});
     const auto drawing = Draw({true, 11, 5});
     ASSERT_TRUE(drawing.readout.has_value());
+    EXPECT_EQ(drawing.coreMax, 100) << "raw as well";
     EXPECT_EQ(drawing.readout->lines[0].text, L"Hilo 0 (rendimiento): 100 %");
     EXPECT_EQ(drawing.readout->markers[0].y, 11);  // a third of 13 over the border in row 15
+}
+
+// A number that no processor has keeps its cell. Its ring holds zeros.
+TEST_F(CoreGridPicture, HolesHaveCellsThatShowZero) {
+    classes_ = {0};
+    series_.coreClasses = &classes_;
+    SetCores({{100, 100}, {0, 0}});
+    const auto drawing = Draw({true, 29, 5});
+    for (std::int32_t y = 2; y < 15; ++y)
+        EXPECT_EQ(picture_.Rows(Legend)[static_cast<std::size_t>(y)].substr(17), "#............#+");
+    ASSERT_TRUE(drawing.readout.has_value());
+    EXPECT_EQ(drawing.readout->lines[0].text, L"Hilo 1 (rendimiento): 0 %");
+    EXPECT_EQ(drawing.readout->markers[0].y, 14) << "one over the border";
+}
+
+// The marker lies on the curve and has its colour; the text stands on the dark box and must be readable there.
+TEST_F(CoreGridPicture, TheMarkerHasTheColourOfTheClassAsItStands) {
+    settings_.colors[CpuGraphPerf] = 0x111111;
+    SetCores({{100}, {}});
+    const auto drawing = Draw({true, 13, 5});
+    ASSERT_TRUE(drawing.readout.has_value());
+    EXPECT_EQ(drawing.readout->markers[0].color, 0x111111U);
+    EXPECT_EQ(drawing.readout->lines[0].color, ReadableColor(0x111111, HoverBoxColor));
 }
 
 // From one processor to more than fit, in windows of any size: nothing is written out of bounds.

@@ -167,6 +167,38 @@ TEST_F(PlotPicture, MorePointsThanColumnsShowTheNewest) {
     EXPECT_EQ(Rows()[7], "+....|111111111+");
 }
 
+// A young graph fills from the right and is not stretched: what is left of it holds the grid alone.
+TEST_F(PlotPicture, FiftyPointsStandAtTheRightOfFourHundredColumns) {
+    view_.twoSeries = false;
+    scale_.layout = ComputePlotLayout(407, 12, 0, 2, 3);
+    scale_.columns = PlotColumns(scale_.layout);
+    ASSERT_EQ(scale_.columns, 400);
+    SetSeries(Values(50, 6), {});
+    Picture wide(407, 12, Background);
+    DrawPlot(wide.Buffer(), view_, scale_, MakePlotWindow(view_, scale_), 0);
+    const std::int32_t last = scale_.layout.plotRight;
+    for (std::int32_t x = scale_.layout.plotLeft; x <= last; ++x) {
+        const bool isDot = (x - scale_.layout.plotLeft) % 2 == 0;
+        for (std::int32_t y = 2; y < 8; ++y) {
+            const ColorValue behind = (y == 2 || y == 5) && isDot ? Grid : Background;
+            ASSERT_EQ(wide.At(x, y), x > last - 50 ? First : behind) << "column " << x << ", row " << y;
+        }
+    }
+}
+
+TEST_F(PlotPicture, TheMarginStaysFree) {
+    scale_.layout = ComputePlotLayout(30, 20, 3, 2, 3);
+    Picture picture(30, 20, Background);
+    DrawPlot(picture.Buffer(), view_, scale_, MakePlotWindow(view_, scale_), 3);
+    const std::int32_t axis = scale_.layout.axisX;
+    EXPECT_EQ(picture.At(axis, 3), Background);
+    EXPECT_EQ(picture.At(axis, 4), Contrast) << "the axis begins under the margin";
+    EXPECT_EQ(picture.At(3, scale_.layout.plotBottom), Background);
+    EXPECT_EQ(picture.At(4, scale_.layout.plotBottom), FrameColor) << "and so does the baseline beside it";
+    EXPECT_EQ(picture.At(25, scale_.layout.plotBottom), FrameColor);
+    EXPECT_EQ(picture.At(26, scale_.layout.plotBottom), Background);
+}
+
 TEST_F(PlotPicture, TheLongerSeriesRulesTheWindow) {
     SetSeries({6}, {1, 2, 1});
     const PlotWindow window = MakePlotWindow(view_, scale_);
@@ -197,6 +229,16 @@ TEST_F(PlotPicture, LinesAreSmoothedAndOfOneSeriesForOne) {
     const auto lines = Draw();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines[0].points, (Points{{10, 7}, {11, 6}, {12, 6}, {13, 6}, {14, 7}}));
+}
+
+TEST_F(PlotPicture, BothLinesAreSmoothed) {
+    view_.lines = true;
+    view_.smoothing = 1;
+    SetSeries({0, 0, 6, 0, 0}, {6, 6, 0, 6, 6});
+    const auto lines = Draw();
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0].points, (Points{{10, 4}, {11, 4}, {12, 4}, {13, 4}, {14, 2}}));
+    EXPECT_EQ(lines[1].points, (Points{{10, 7}, {11, 6}, {12, 6}, {13, 6}, {14, 7}}));
 }
 
 // The taller fill goes under the shorter, so what both cover mixes the shorter one into the taller one's mixture.

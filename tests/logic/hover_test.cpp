@@ -126,6 +126,13 @@ TEST_F(PlotReadout, CpuHasOneSeries) {
     EXPECT_EQ(PlotReadoutLines(View(GraphKind::Cpu), series_, 1, L','), expected);
 }
 
+TEST_F(PlotReadout, TheTimeCountsTheLongerSeries) {
+    series_.primary = RefTo(readPercent_);
+    series_.secondary = RefTo(write_);
+    series_.periodMs = 1500;
+    EXPECT_EQ(PlotReadoutLines(View(GraphKind::Disk), series_, 2, L',').back().text, L"hace 3 s");
+}
+
 TEST_F(PlotReadout, DiskAddsActivityWhereItHasAny) {
     series_.primary = RefTo(read_);
     series_.secondary = RefTo(write_);
@@ -153,7 +160,8 @@ TEST_F(PlotReadout, SeveralDisksHaveALineEachInBothModes) {
     series_.activityRead = RefTo(readPercent_);
     series_.activityWrite = RefTo(writePercent_);
     series_.disks = &disks_;
-    disks_ = {{0, L"0 C:", RingOf<double>({1, 10240}), RingOf<double>({})}};
+    // What is written to the first is known one point back only.
+    disks_ = {{0, L"0 C:", RingOf<double>({1, 10240}), RingOf<double>({512}, 1)}};
     EXPECT_EQ(PlotReadoutLines(View(GraphKind::Disk), series_, 0, L',').size(), 4U) << "a single disk has none";
     disks_.push_back({1, L"1 D:", RingOf<double>({2048}), RingOf<double>({512})});
     const auto disksOf = [](const Lines& lines) {
@@ -163,7 +171,7 @@ TEST_F(PlotReadout, SeveralDisksHaveALineEachInBothModes) {
         }
         return disks;
     };
-    const Lines newest = {{L"0 C:: L 10 KB/s · E 0 KB/s", Detail}, {L"1 D:: L 2 KB/s · E 0,5 KB/s", Detail}};
+    const Lines newest = {{L"0 C:: L 10 KB/s · E 0,5 KB/s", Detail}, {L"1 D:: L 2 KB/s · E 0,5 KB/s", Detail}};
     EXPECT_EQ(disksOf(PlotReadoutLines(View(GraphKind::Disk), series_, 0, L',')), newest);
     // The second disk came only one point ago.
     const Lines older = {{L"0 C:: L 0 KB/s · E 0 KB/s", Detail}};

@@ -45,7 +45,9 @@ TEST(PlotLegend, GreatestAndNewestRawValues) {
 TEST(PlotLegend, CpuHasTwoEntries) {
     const auto cpu = RingOf<double>({80, std::numeric_limits<double>::quiet_NaN(), 12.5});
     GraphSeries series;
+    const auto unused = RingOf<double>({99});
     series.primary = RefTo(cpu);
+    series.secondary = RefTo(unused);
     const GraphView view = MakeGraphView(GraphKind::Cpu, MakeDefaultSettings(), series);
     const Lines expected = {{L"(Máx: 80 %)", 0xE0E0E0}, {L"CPU: 13 %", ReadableColor(0x007BB7, 0)}};
     EXPECT_EQ(PlotLegend(view, 3, L','), expected);

@@ -54,6 +54,7 @@ TEST(ValueToHeight, RoundsAndStaysWithinTheHeight) {
         {"50.5 rounds up", 50, 100, 101, 51},
         {"50.49 rounds down", 49.99, 100, 101, 50},
         {"over the maximum", 500, 100, 80, 80},
+        {"over the maximum by less than a pixel", 101, 100, 80, 80},
         {"below zero", -3, 100, 80, 0},
         {"zero", 0, 100, 80, 0},
         {"the maximum itself", 100, 100, 80, 80},

@@ -105,14 +105,14 @@ TEST(ComputePlotScale, PercentagesNeedNoPoints) {
 // has columns, but the plot that this leaves is narrower: in the second round the peak is out.
 TEST(ComputePlotScale, ThePlotsOwnWidthDecides) {
     Counters points(100, 20000);
-    points[9] = 50000000;
+    points[9] = 500000000;
     const auto down = RingOf(points);
     const PlotFrame frame = {100, 40, 0, 10, L','};
     const PlotScale scale = ComputePlotScale(ViewOf(GraphKind::Network, RefTo(down)), frame, SixPerCharacter);
-    // First round: "50,0 Mbps-" is 60 wide, which leaves columns 63 to 98.
-    EXPECT_EQ(scale.columns, 36);
+    // First round: "500,0 Mbps-" is 66 wide, which leaves columns 69 to 98.
+    EXPECT_EQ(scale.columns, 30);
     EXPECT_EQ(scale.maximum, 20000);
-    // Second round: "20,0 kbps-" is as wide.
+    // Second round: "20,0 kbps-" is 60 wide.
     EXPECT_EQ(scale.layout, ComputePlotLayout(100, 40, 0, 10, 60));
     EXPECT_EQ(LabelsOf(scale), (std::vector<std::wstring>{L"20,0 kbps-"}));
 }

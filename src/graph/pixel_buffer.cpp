@@ -18,7 +18,7 @@ void FillPixels(const PixelBuffer& buffer, std::int32_t left, std::int32_t top, 
     const std::int32_t endX = std::min(right, buffer.width);
     const std::int32_t endY = std::min(bottom, buffer.height);
     if (firstX >= endX) return;
-    const std::uint32_t pixel = color == ColorNone ? 0 : color & 0xFFFFFF;
+    const std::uint32_t pixel = color & 0xFFFFFF;  // of ColorNone nothing is left, which is black
     for (std::int32_t y = std::max(top, 0); y < endY; ++y) {
         std::fill_n(PixelAt(buffer, firstX, y), endX - firstX, pixel);
     }

@@ -27,8 +27,21 @@ make_pristine_prefix() {
     exec {lock}>&-
 }
 
+# What a killed run left behind: folders that bear the number of a process that is gone.
+sweep_leftovers() {
+    local folder owner
+    for folder in "$root"/build/wine/*-*-*; do
+        owner=$(basename "$folder" | cut -d- -f2)
+        if [ -d "$folder" ] && [ ! -d "/proc/$owner" ]; then
+            WINEPREFIX=$folder/prefix wineserver -k 2>/dev/null || true
+            rm -rf "$folder"
+        fi
+    done
+}
+
 # The system's DLLs are shared as hard links; the registry, which Wine rewrites, is copied.
 copy_prefix() {
+    sweep_leftovers
     make_pristine_prefix
     cp -al "$pristine_prefix" "$1"
     cp --remove-destination "$pristine_prefix"/*.reg "$1"
@@ -40,7 +53,7 @@ begin_session() {
     trap 'exit 130' INT TERM
     if [ -z "${WINEPREFIX:-}" ]; then
         make_pristine_prefix
-        session_prefix=$(mktemp -d "$root/build/wine/session-XXXXXX")/prefix
+        session_prefix=$(mktemp -d "$root/build/wine/session-$$-XXXXXX")/prefix
         copy_prefix "$session_prefix"
         export WINEPREFIX=$session_prefix
     fi
@@ -49,7 +62,8 @@ begin_session() {
 
 start_display() {
     local numbers number
-    exec {numbers}< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp 2>/dev/null)
+    # Even if this script is killed, the screen goes with it.
+    exec {numbers}< <(exec setpriv --pdeathsig TERM Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp 2>/dev/null)
     display_pid=$!
     if ! read -r -t 60 -u "$numbers" number; then
         echo "Xvfb does not start" >&2

@@ -160,7 +160,7 @@ class Desktop:
     def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0, registry=()):
         """`registry` is a list of what set_registry takes."""
         WINE_FOLDER.mkdir(parents=True, exist_ok=True)
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="desktop-", dir=WINE_FOLDER))
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix=f"desktop-{os.getpid()}-", dir=WINE_FOLDER))
         self.prefix = self.folder / "prefix"
         self._processes = []
         self._display = None
@@ -209,7 +209,7 @@ class Desktop:
             file.write(f"\n[{key}]\n{line}\n")
 
     def _add_disks(self, letters):
-        """Wine has one fixed disk, number 0, whatever the drives are; but it counts each network drive as a disk more."""
+        """Wine has one fixed disk, number 0, whatever the drives; but it counts each network drive as a disk more."""
         for letter in letters:
             target = self.folder / f"drive_{letter}"
             target.mkdir()
@@ -218,8 +218,9 @@ class Desktop:
             file.write("\n[Software\\\\Wine\\\\Drives]\n" + "".join(f'"{letter}:"="network"\n' for letter in letters))
 
     def _start_display(self):
+        # Even if this test is killed, the screen goes with it.
         self._display = subprocess.Popen(
-            ["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            ["setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
             text=True,

@@ -26,7 +26,11 @@
 #include "hardware/cpu_facts_win32.h"
 #include "hardware/disk_facts_win32.h"
 #include "support/call_log.h"
+#include "support/icon_pixels_win32.h"
 #include "text/translation.h"
+#include "tray/icon_painting.h"
+#include "tray/icon_render_win32.h"
+#include "tray/promotion_win32.h"
 
 namespace {
 
@@ -47,7 +51,7 @@ struct World {
     std::uint64_t total = 0;
     int iconSize = 16;
     std::wstring lastTip[5];
-    int lastImageWidth[5] = {};
+    kestrane::IconPixels lastImage[5];
     bool memoryWorks = true;
     std::uint64_t clockMs = 1000000;
     std::uint64_t inOctets = 0;
@@ -76,14 +80,7 @@ BOOL WINAPI FakeShell_NotifyIconW(DWORD message, PNOTIFYICONDATAW data) {
     }
     if (message != NIM_DELETE && id < 5) {
         world.lastTip[id] = data->szTip;
-        ICONINFO info{};
-        if ((data->uFlags & NIF_ICON) != 0 && data->hIcon != nullptr && GetIconInfo(data->hIcon, &info) != FALSE) {
-            BITMAP bitmap{};
-            GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
-            world.lastImageWidth[id] = static_cast<int>(bitmap.bmWidth);
-            DeleteObject(info.hbmColor);
-            DeleteObject(info.hbmMask);
-        }
+        if ((data->uFlags & NIF_ICON) != 0) world.lastImage[id] = kestrane::ReadIconPixels(data->hIcon);
     }
     return TRUE;
 }
@@ -209,6 +206,9 @@ CpuFacts ReadCpuFacts() {
     CpuFacts facts;
     facts.isPerformanceThread = {1, 0, 1};
     return facts;
+}
+void PromoteIcons() {
+    NoteCall("promote");
 }
 std::vector<DiskFacts> ReadDiskFacts() {
     NoteCall("disks?");
@@ -398,7 +398,7 @@ TEST_F(AppTest, ADpiChangeResizesTheRingsOnceAndAllIcons) {
     }
     EXPECT_EQ(SampleAtAge(app->cpuIconRing, 2), 10);
     for (int id = 1; id <= 4; ++id)
-        EXPECT_EQ(world.lastImageWidth[id], 32) << id;
+        EXPECT_EQ(world.lastImage[id].width, 32) << id;
 }
 
 TEST_F(AppTest, AnIconSizeThatMakesNoSenseIsSixteen) {
@@ -494,7 +494,7 @@ TEST_F(AppTest, UnknownTimersDoNothing) {
 TEST_F(AppTest, ThePromotionComesOnce) {
     Start();
     EXPECT_EQ(Send(WM_TIMER, PromotionTimer), 0);
-    EXPECT_EQ(Calls().front(), "KillTimer 2");
+    EXPECT_THAT(Calls(), ElementsAre("KillTimer 2", "promote"));
 }
 
 TEST_F(AppTest, ACpuTickPushesDrawsAndTells) {
@@ -504,6 +504,37 @@ TEST_F(AppTest, ACpuTickPushesDrawsAndTells) {
     EXPECT_EQ(world.lastTip[1], L"CPU: 7 %");
     EXPECT_EQ(app->cpuIconRing.count, 1U);
     EXPECT_EQ(SampleAtAge(app->cpuRing, 0), 7.0);
+}
+
+TEST_F(AppTest, ATickGrowsTheRingBeforeItPushes) {
+    Start();
+    for (int tick = 0; tick < 16; ++tick)
+        CpuTick(50);
+    world.iconSize = 32;
+    CpuTick(50);
+    EXPECT_EQ(app->cpuIconRing.count, 17U);  // nothing was pushed out of the smaller ring
+}
+
+TEST_F(AppTest, EachIconShowsItsOwnRingsAndFigures) {
+    Start();
+    for (const std::int32_t percent : {20, 60, 90}) {
+        PushSample(app->cpuIconRing, percent);
+        PushSample(app->diskReadIconRing, percent / 2);
+        PushSample(app->diskWriteIconRing, percent / 3);
+        PushSample(app->netDownRing, static_cast<std::uint64_t>(percent) * 1000);
+        PushSample(app->netUpRing, static_cast<std::uint64_t>(percent) * 400);
+    }
+    app->sample.memoryPercent = 77;
+    for (const bool valid : {false, true}) {
+        app->sample.diskValid = valid;
+        app->RefreshAllIcons();
+        EXPECT_EQ(world.lastImage[1].pixels, PaintCpuIcon(app->settings, app->cpuIconRing, 16).pixels);
+        EXPECT_EQ(world.lastImage[2].pixels,
+                  PaintDiskIcon(app->settings, app->diskReadIconRing, app->diskWriteIconRing, valid, 16).pixels);
+        EXPECT_EQ(world.lastImage[3].pixels, ReadIconPixels(RenderMemoryIcon(app->settings, 77, 16).Get()).pixels);
+        EXPECT_EQ(world.lastImage[4].pixels,
+                  PaintNetworkIcon(app->settings, app->netDownRing, app->netUpRing, 16).pixels);
+    }
 }
 
 TEST_F(AppTest, ARefusedCpuTickChangesNothing) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -159,6 +160,31 @@ TEST_F(DiskTickTest, ARefusedReadingLeavesEverythingStanding) {
     fakePdh.collectStatus = ERROR_SUCCESS;
     OnDiskTick(*app);
     EXPECT_EQ(app->diskHistories[0].read.count, 2U);
+}
+
+TEST_F(DiskTickTest, ATickGrowsTheRingsBeforeItPushes) {
+    Start();
+    const std::uint64_t size = app->iconRingSize;
+    app->iconRingSize = 4;
+    for (auto* ring : {&app->diskReadIconRing, &app->diskWriteIconRing}) {
+        ResizeKeepNewest(*ring, 4);
+        for (std::int32_t percent = 0; percent < 4; ++percent)
+            PushSample(*ring, percent);
+    }
+    OnDiskTick(*app);
+    for (const auto* ring : {&app->diskReadIconRing, &app->diskWriteIconRing}) {
+        EXPECT_EQ(ring->data.size(), size);
+        EXPECT_EQ(ring->count, 5U);  // nothing was pushed out of the smaller ring
+    }
+}
+
+TEST_F(DiskTickTest, TheCountersAreClosedWithTheProgram) {
+    Start();
+    DestroyWindow(app->window);
+    fakePdh.calls.clear();
+    app = std::make_unique<App>();
+    EXPECT_EQ(std::count(fakePdh.calls.begin(), fakePdh.calls.end(), L"close 1"), 1);
+    EXPECT_EQ(std::count(fakePdh.calls.begin(), fakePdh.calls.end(), L"close 2"), 1);
 }
 
 TEST_F(DiskTickTest, OnlyTheTotalMeansNoDisk) {

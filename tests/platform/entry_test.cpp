@@ -26,6 +26,7 @@ HANDLE FakeHandle(std::uintptr_t number) {
 }
 const HANDLE MutexHandle = FakeHandle(0x5555001);
 const HANDLE ProcessHandle = FakeHandle(0x5555005);
+const HINSTANCE Module = reinterpret_cast<HINSTANCE>(FakeHandle(0x5550000));
 const HWND OtherWindow = reinterpret_cast<HWND>(FakeHandle(0x5555009));
 
 struct World {
@@ -121,6 +122,7 @@ ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* windowClass) {
     EXPECT_EQ(windowClass->cbSize, sizeof(WNDCLASSEXW));
     EXPECT_STREQ(windowClass->lpszClassName, L"kestrane.hidden");
     EXPECT_EQ(windowClass->lpfnWndProc, &kestrane::HiddenWindowProc);
+    EXPECT_EQ(windowClass->hInstance, Module);
     EXPECT_EQ(windowClass->style, 0U);
     EXPECT_EQ(windowClass->hIcon, nullptr);
     EXPECT_EQ(windowClass->hCursor, nullptr);
@@ -130,8 +132,10 @@ ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* windowClass) {
 }
 
 HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR, LPCWSTR title, DWORD style, int x, int y, int width, int height,
-                                HWND parent, HMENU menu, HINSTANCE, LPVOID app) {
+                                HWND parent, HMENU menu, HINSTANCE instance, LPVOID app) {
     NoteCall("CreateWindow");
+    EXPECT_EQ(instance, Module);
+    EXPECT_EQ(static_cast<kestrane::App*>(app)->instance, Module);
     EXPECT_EQ(exStyle, 128U);
     EXPECT_STREQ(title, L"kestrane");
     EXPECT_EQ(style, 0U);
@@ -250,7 +254,7 @@ using ExitTest = EntryTest;
 
 TEST_F(MainTest, NoMutexMeansNothingIsStarted) {
     world.mutex = nullptr;
-    EXPECT_EQ(Main(nullptr, L""), 0);
+    EXPECT_EQ(Main(Module, L""), 0);
     EXPECT_THAT(Calls(), ElementsAre("CreateMutex owned"));
 }
 
@@ -258,7 +262,7 @@ TEST_F(MainTest, ASecondInstanceLeavesInSilence) {
     world.mutexError = ERROR_ALREADY_EXISTS;
     for (const wchar_t* text : {L"", L"--updated ", L"--UPDATED", L"anything"}) {
         Calls().clear();
-        EXPECT_EQ(Main(nullptr, text), 0);
+        EXPECT_EQ(Main(Module, text), 0);
         EXPECT_THAT(Calls(), ElementsAre("CreateMutex owned", "CloseHandle mutex"));
     }
 }
@@ -269,7 +273,7 @@ TEST_F(MainTest, RunsInTheRequiredOrder) {
     for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), L""}) {
         Calls().clear();
         world.messages = {TRUE, TRUE};
-        EXPECT_EQ(Main(nullptr, text), 0);
+        EXPECT_EQ(Main(Module, text), 0);
         EXPECT_THAT(CallsOfMain(), ElementsAre("CreateMutex owned", "RegisterWindowMessage", "RegisterClass",
                                                "CreateWindow", "GetMessage 1", "Dispatch", "GetMessage 1", "Dispatch",
                                                "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
@@ -278,12 +282,12 @@ TEST_F(MainTest, RunsInTheRequiredOrder) {
 
 TEST_F(MainTest, ReturnsTheExitCodeOfTheQuitMessage) {
     world.lastWParam = 3;
-    EXPECT_EQ(Main(nullptr, L""), 3);
+    EXPECT_EQ(Main(Module, L""), 3);
 }
 
 TEST_F(MainTest, AnErrorOfGetMessageEndsTheLoop) {
     world.messages = {TRUE, -1, TRUE};
-    Main(nullptr, L"");
+    Main(Module, L"");
     EXPECT_EQ(CountCalls("Dispatch"), 1);
     EXPECT_EQ(CountCalls("ReleaseMutex"), 1);
 }
@@ -303,7 +307,7 @@ TEST_F(MainTest, AfterAnUpdateItWaitsForTheOutgoingInstance) {
         Calls().clear();
         world.mutexError = ERROR_ALREADY_EXISTS;
         world.waitResult = row.answer;
-        EXPECT_EQ(Main(nullptr, L"--updated"), 0) << row.answer;
+        EXPECT_EQ(Main(Module, L"--updated"), 0) << row.answer;
         EXPECT_EQ(CountCalls("Wait mutex 20000"), 1) << row.answer;
         EXPECT_EQ(CountCalls("CreateWindow"), row.starts ? 1 : 0) << row.answer;
         EXPECT_EQ(CountCalls("ReleaseMutex"), row.starts ? 1 : 0) << row.answer;
@@ -312,27 +316,27 @@ TEST_F(MainTest, AfterAnUpdateItWaitsForTheOutgoingInstance) {
 }
 
 TEST_F(MainTest, AfterAnUpdateWithoutAnotherInstanceItDoesNotWait) {
-    EXPECT_EQ(Main(nullptr, L"--updated"), 0);
+    EXPECT_EQ(Main(Module, L"--updated"), 0);
     EXPECT_EQ(CountCalls("Wait mutex 20000"), 0);
     EXPECT_EQ(CountCalls("CreateWindow"), 1);
 }
 
 TEST_F(MainTest, ARefusedClassOrWindowGivesOne) {
     world.classRegisters = false;
-    EXPECT_EQ(Main(nullptr, L""), 1);
+    EXPECT_EQ(Main(Module, L""), 1);
     EXPECT_EQ(CountCalls("CreateWindow"), 0);
     EXPECT_EQ(CountCalls("ReleaseMutex"), 0);  // left to the end of the process
 
     world = World{};
     world.windowIsMade = false;
     Calls().clear();
-    EXPECT_EQ(Main(nullptr, L""), 1);
+    EXPECT_EQ(Main(Module, L""), 1);
     EXPECT_EQ(CountCalls("GetMessage 0"), 0);
     EXPECT_EQ(CountCalls("ReleaseMutex"), 0);
 }
 
 TEST_F(MainTest, OneShotCommandsTouchNoMutex) {
-    EXPECT_EQ(Main(nullptr, L"--exit"), 0);
+    EXPECT_EQ(Main(Module, L"--exit"), 0);
     EXPECT_THAT(Calls(), ElementsAre("FindWindow"));
 }
 
@@ -400,19 +404,19 @@ std::wstring MachineRunValue() {
 TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
-    EXPECT_EQ(Main(nullptr, L"--autostart-machine set"), 0);
+    EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
     EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(path) + L"\"");
-    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
     EXPECT_EQ(MachineRunValue(), L"");
-    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);  // a missing value is as good as a removed one
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);  // a missing value is as good as a removed one
     EXPECT_TRUE(Calls().empty());
 }
 
 TEST_F(EntryTest, APathThatDoesNotFitIsCutAndStillQuoted) {
     world.longPath = true;
-    EXPECT_EQ(Main(nullptr, L"--autostart-machine set"), 0);
+    EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
     EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(259, L'x') + L"\"");
-    EXPECT_EQ(Main(nullptr, L"--autostart-machine clear"), 0);
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
 }
 
 TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
@@ -424,7 +428,7 @@ TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
         world = refusal;
         for (const wchar_t* text : {L"--autostart-machine set", L"--autostart-machine clear"}) {
             Calls().clear();
-            EXPECT_EQ(Main(nullptr, text), 1);
+            EXPECT_EQ(Main(Module, text), 1);
             EXPECT_THAT(
                 Calls(),
                 ElementsAre("kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n"));

@@ -16,6 +16,7 @@
 #include "app/timers.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
+#include "graph/graph_painter_win32.h"
 #include "settings/ini_file_win32.h"
 #include "support/call_log.h"
 #include "support/icon_pixels_win32.h"
@@ -55,6 +56,7 @@ struct World {
     bool bitmapsAreMade = true;
     HMENU menuHandle = nullptr;
     WINEVENTPROC foregroundEvent = nullptr;
+    const kestrane::GraphSeries* paintedSeries = nullptr;
     std::wstring boxText;
     std::wstring boxCaption;
     UINT boxType = 0;
@@ -128,6 +130,8 @@ HANDLE WINAPI FakeLoadImageW(HINSTANCE, LPCWSTR name, UINT type, int width, int 
 
 HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
                                     DWORD offset) {
+    EXPECT_LT(info->bmiHeader.biHeight, 0) << "top row first";
+    EXPECT_EQ(info->bmiHeader.biBitCount, 32);
     static const auto real = Real<decltype(&CreateDIBSection)>(L"gdi32", "CreateDIBSection");
     return world.bitmapsAreMade ? real(dc, info, usage, bits, section, offset) : nullptr;
 }
@@ -186,6 +190,13 @@ decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 }
 
 namespace kestrane {
+
+/// In place of the painter.
+void PaintGraph(HDC, std::int32_t, std::int32_t, GraphKind, const AppSettings&, const GraphSeries& series,
+                std::uint32_t, const HoverState&) {
+    world.paintedSeries = &series;
+}
+
 namespace {
 
 class TrayCommandsTest : public testing::Test {
@@ -227,6 +238,10 @@ class TrayCommandsTest : public testing::Test {
         constexpr std::array<const wchar_t*, GraphCount> Titles{L"kestrane - network", L"kestrane - CPU",
                                                                 L"kestrane - disk"};
         return FindWindowW(L"kestrane.graph", Titles[IndexOf(kind)]);
+    }
+
+    static bool IsClickThrough(GraphKind kind) {
+        return (GetWindowLongPtrW(WindowOf(kind), GWL_EXSTYLE) & WS_EX_TRANSPARENT) != 0;
     }
 
     /// Another program's window comes to the foreground over the graph; here it is the graph's own.
@@ -423,9 +438,11 @@ TEST_F(TrayCommandsTest, PinningKeepsTheGraphOpenAndIsSaved) {
     EXPECT_TRUE(app->settings.cpu.graph);
     EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
     EXPECT_THAT(Calls(), Contains("write cpu pinned=1"));
+    EXPECT_TRUE(IsClickThrough(GraphKind::Cpu));
     Choose(CommandPinFirst + IndexOf(GraphKind::Cpu));
     EXPECT_FALSE(app->settings.cpu.pinned);
     EXPECT_THAT(Calls(), Contains("write cpu pinned=0"));
+    EXPECT_FALSE(IsClickThrough(GraphKind::Cpu));
 }
 
 TEST_F(TrayCommandsTest, NothingChosenDoesNothing) {
@@ -533,6 +550,26 @@ TEST_F(TrayCommandsTest, GraphsReadTheRingsOfTheirMetricAtItsPeriod) {
     app->settings.refresh_ms[1] = 5000;
     app->ApplyTimers();
     EXPECT_EQ(disk.periodMs, 5000U);
+}
+
+TEST_F(TrayCommandsTest, AChangedStyleReachesAnOpenGraph) {
+    app->settings.cpu.graph = true;
+    Start();
+    app->settings.cpu.pinned = true;
+    app->OnSettingsChanged();
+    EXPECT_TRUE(IsClickThrough(GraphKind::Cpu));
+}
+
+TEST_F(TrayCommandsTest, EachGraphPaintsItsOwnSeries) {
+    for (const GraphKind kind : GraphKinds)
+        GraphSettingsOf(app->settings, kind).graph = true;
+    Start();
+    for (const GraphKind kind : GraphKinds) {
+        world.paintedSeries = nullptr;
+        InvalidateRect(WindowOf(kind), nullptr, FALSE);
+        UpdateWindow(WindowOf(kind));
+        EXPECT_EQ(world.paintedSeries, &app->graphSources[IndexOf(kind)]) << IndexOf(kind);
+    }
 }
 
 TEST_F(TrayCommandsTest, EqualPeriodsStillReachTheGraphs) {

@@ -67,7 +67,7 @@ class NetworkTest(DesktopTest):
         return heights
 
     def assert_columns_follow_the_rates(self, calls):
-        """Each image is the history of the rates in the texts, which are rounded: a row more or less may come of that."""
+        """Each image is the history of the rates in the texts, which are rounded: that may make a row more or less."""
         history = []
         for call in calls:
             if rates_of(call) is not None:
@@ -87,7 +87,8 @@ class Traffic:
         self._rate = bytes_per_second
         self._ends = threading.Event()
         self._thread = threading.Thread(target=self._send)
-        self._receiver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)  # nobody reads it; what is full drops the rest
+        # Nobody reads from it. When it is full the rest is dropped, behind the counters of the interface.
+        self._receiver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
         self._receiver.bind(("127.0.0.1", 0))
 
     def __enter__(self):
@@ -241,7 +242,15 @@ class Connections(ScriptedTable):
     def test_download_and_upload_have_their_rates_and_colours(self):
         zero = [row(1, "Ethernet", 0, 0)]
         self.start_with(zero)
-        for down, up in ((5_000_000, 0), (0, 5_000_000), (4_000_000, 2_000_000), (300, 40_000_000), (0, 0), (10**11, 1)):
+        million = 10**6
+        for down, up in (
+            (5 * million, 0),
+            (0, 5 * million),
+            (4 * million, 2 * million),
+            (300, 40 * million),
+            (0, 0),
+            (10**11, 1),
+        ):
             with self.subTest(down=down, up=up):
                 self.assert_rates(zero, [row(1, "Ethernet", down, up)], down, up)
         changes = self.network_changes(self.first)

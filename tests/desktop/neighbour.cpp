@@ -4,6 +4,7 @@
 //     windows              all top-level windows, the topmost first
 //     texts CLASS          the texts of the children of the first visible window of this class
 //     mode CLASS           what the thread of this window is at: {"moving":...,"menu":...}
+//     foreground           the class of the window that has the keyboard
 //     move HANDLE X Y      moves any window, as the system does when a monitor goes
 //     paint HANDLE COUNT   has a window painted so often, each time to its end
 //     show X Y W H         its own window, in one colour, below all that are topmost
@@ -129,6 +130,13 @@ bool Paint(HWND window, int count) {
     return true;
 }
 
+/// Windows tells every hook that the foreground has changed; Wine leaves that out.
+bool ComeToFront(HWND own) {
+    if (!SetForegroundWindow(own)) return false;
+    NotifyWinEvent(EVENT_SYSTEM_FOREGROUND, own, OBJID_WINDOW, CHILDID_SELF);
+    return true;
+}
+
 std::string Obey(HWND own, const std::string& command) {
     std::istringstream words(command);
     std::string verb;
@@ -143,6 +151,7 @@ std::string Obey(HWND own, const std::string& command) {
     bool done = true;
     if (verb == "windows") return ListWindows();
     if (verb == "texts") return ListTexts(name);
+    if (verb == "foreground") return ClassOf(GetForegroundWindow());
     if (verb == "mode") return TellMode(name);
     if (verb == "move")
         done = SetWindowPos(named, nullptr, numbers[1], numbers[2], 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -150,7 +159,7 @@ std::string Obey(HWND own, const std::string& command) {
     if (verb == "show")
         done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
                             SWP_SHOWWINDOW | SWP_NOACTIVATE);
-    if (verb == "front") done = SetForegroundWindow(own);
+    if (verb == "front") done = ComeToFront(own);
     if (verb == "hide") ShowWindow(own, SW_HIDE);
     if (verb == "hotkey") done = RegisterHotKey(own, 1, MOD_CONTROL | MOD_SHIFT, 'B');
     if (verb == "quit") PostQuitMessage(0);

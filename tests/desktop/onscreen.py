@@ -7,7 +7,7 @@ import subprocess
 import threading
 import types
 
-from harness import BUILD, HIDDEN_WINDOW, TIMEOUT, DesktopTest, wait_until, windows_path
+from harness import HIDDEN_WINDOW, TIMEOUT, DesktopTest, wait_until
 
 GRAPH_CLASS = "kestrane.graph"
 MENU_CLASS = "#32768"
@@ -18,8 +18,6 @@ WS_EX_LAYERED, WS_EX_NOACTIVATE = 0x80000, 0x8000000
 
 # The notification area's events, as the program gets them.
 WM_CONTEXTMENU, WM_LBUTTONDBLCLK, NIN_SELECT, NIN_KEYSELECT = 0x7B, 0x203, 0x400, 0x401
-WM_DISPLAYCHANGE = 0x7E
-
 ICON_OF = {"cpu": 1, "disk": 2, "network": 4}
 TITLES = {
     "en_US": {"cpu": "kestrane - CPU", "disk": "kestrane - disk", "network": "kestrane - network"},
@@ -29,14 +27,56 @@ TITLES = {
 LEFT_BUTTON, RIGHT_BUTTON = 1, 3
 
 
+KINDS = ("cpu", "disk", "network")
+
+# Where the graphs open at first on a screen of 1280 by 800: all with their foot in the lower right corner.
+FIRST_PLACES = {
+    "network": (790, 650, 1280, 800),
+    "cpu": (790, 500, 1280, 800),
+    "disk": (790, 350, 1280, 800),
+}
+
+# A place for each where it touches no other.
+PLACES = {"cpu": (100, 100, 500, 300), "disk": (600, 100, 1000, 300), "network": (100, 400, 500, 600)}
+
+
+def open_at(kind, rect, *more):
+    """The settings of one open graph."""
+    left, top, right, bottom = rect
+    keys = ["graph=1", "refresh_ms=10000", f"x={left}", f"y={top}", f"width={right - left}", f"height={bottom - top}"]
+    return "\n".join([f"[{kind}]", *keys, *more, ""])
+
+
+def all_open(*more):
+    return "".join(open_at(kind, PLACES[kind], *more) for kind in KINDS)
+
+
+def double_click_time(milliseconds):
+    """The options of a Desktop with this setting of the mouse."""
+    return {"registry": [("Control Panel\\\\Mouse", f'"DoubleClickSpeed"="{milliseconds}"')]}
+
+
+TOTAL = r"\Processor Information(_Total)\% Processor Utility"
+CORES = r"\Processor Information(*)\% Processor Utility"
+DISK = r"\PhysicalDisk(*)"
+
+
+def counters(value, disk_value=None, cores=8):
+    """A machine on which everything has this value."""
+    disk_value = value if disk_value is None else disk_value
+    lines = [f"value|{TOTAL}||{value}|0"]
+    lines += [f"value|{CORES}|0,{number}|{value}|0" for number in range(cores)]
+    for name in ("% Idle Time", "% Disk Read Time", "% Disk Write Time", "Disk Read Bytes/sec", "Disk Write Bytes/sec"):
+        lines.append(rf"value|{DISK}\{name}|0 C:|{disk_value}|0")
+    return lines
+
+
 class Neighbour:
     """Another program on the same desktop, in the syntax of neighbour.cpp; what it told by itself is in `told`."""
 
     def __init__(self, desktop, where=None):
         arguments = [where] if where else []
-        self._process = desktop.start(
-            "neighbour.exe", *arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE
-        )
+        self._process = desktop.start("neighbour.exe", *arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._answers = queue.Queue()
         self.told = []
         threading.Thread(target=self._read, daemon=True).start()
@@ -44,7 +84,10 @@ class Neighbour:
 
     def _read(self):
         for line in self._process.stdout:
-            record = json.loads(line, object_hook=lambda fields: types.SimpleNamespace(**fields))
+            try:
+                record = json.loads(line, object_hook=lambda fields: types.SimpleNamespace(**fields))
+            except json.JSONDecodeError:
+                record = types.SimpleNamespace(answer=AssertionError(f"the neighbour says {line!r}"))
             if hasattr(record, "answer"):
                 self._answers.put(record.answer)
             else:
@@ -52,9 +95,12 @@ class Neighbour:
 
     def _take_answer(self, what):
         try:
-            return self._answers.get(timeout=TIMEOUT)
+            answer = self._answers.get(timeout=TIMEOUT)
         except queue.Empty:
             raise AssertionError(f"no answer of the neighbour to {what}") from None
+        if isinstance(answer, AssertionError):
+            raise answer
+        return answer
 
     def ask(self, *words):
         command = " ".join(map(str, words))
@@ -127,6 +173,17 @@ class GraphTest(DesktopTest):
         self.point_at(1, 1)
         self.addCleanup(self.neighbour.ask, "hide")
 
+    def start_with(self, *kinds):
+        """Starts the program and waits for these graphs, which the settings have open."""
+        process = self.start()
+        for kind in kinds:
+            self.wait_for_graph(kind)
+        return process
+
+    def restart_with(self, *kinds):
+        self.desktop.end_kestrane()
+        return self.start_with(*kinds)
+
     # What is there.
 
     def graph(self, kind):
@@ -147,20 +204,28 @@ class GraphTest(DesktopTest):
         wait_until(lambda: self.rect(kind) == rect, f"the {kind} graph at {rect}, which is at {self.rect(kind)}", 30)
 
     def saved(self, section):
-        """A section of the settings file as it is now."""
-        file = configparser.ConfigParser()
-        file.read(self.desktop.ini_path, encoding="utf-8")
+        """A section of the settings file as it is now. The file may be seen half written: so wait for what is to come."""
+        file = configparser.ConfigParser(strict=False)
+        try:
+            file.read(self.desktop.ini_path, encoding="utf-8")
+        except configparser.Error:
+            return {}
         return dict(file[section]) if section in file else {}
 
     def saved_rect(self, kind):
         state = self.saved(kind)
-        x, y, width, height = (int(state[key]) for key in ("x", "y", "width", "height"))
+        if not {"x", "y", "width", "height"} <= state.keys():
+            return None
+        x, y, width, height = (int(state[key] or 0) for key in ("x", "y", "width", "height"))
         return x, y, x + width, y + height
 
     def wait_for_saved(self, section, **values):
         wanted = {key: str(value) for key, value in values.items()}
         holds = lambda: wanted.items() <= self.saved(section).items()
         wait_until(holds, f"{wanted} in [{section}], which is {self.saved(section)}", 30)
+
+    def wait_for_saved_rect(self, kind, rect):
+        wait_until(lambda: self.saved_rect(kind) == rect, f"the {kind} graph saved at {rect}", 30)
 
     # The mouse.
 
@@ -184,5 +249,10 @@ class GraphTest(DesktopTest):
         self.point_at(start[0] + dx, start[1] + dy)
         self.release()
 
+    # The icons, as the shell passes on what happens to them.
+
     def send_to_icon(self, kind, event, x=600, y=600):
         self.shell.command(f"callback {ICON_OF[kind]} {event} {x} {y}")
+
+    def click_icon(self, kind):
+        self.send_to_icon(kind, NIN_SELECT)

@@ -9,6 +9,8 @@ packages=(
     clang-format clang-tidy python3 python3-pefile
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
     wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
+    # what Wine loads only if it is there: encryption, and the finer parts of windows, mouse and text
+    libgnutls30 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 ca-certificates
 )
 installed=$(dpkg-query -W -f='${binary:Package} ${Status}\n' | sed -n 's/^\([^ :]*\).* ok installed$/\1/p')
 missing=()

@@ -27,8 +27,8 @@ struct CorePlot {
     std::int32_t top = 0;
     std::int32_t bottom = 0;
     std::int32_t plotHeight = 0;
-    std::vector<double> raw;    // one value a column, zeros where there is no history
-    std::vector<double> shown;  // the same as it is drawn
+    std::vector<double> raw;            // one value a column, zeros where there is no history
+    std::vector<std::int32_t> heights;  // the same as they are drawn, in pixels
 };
 
 void PlaceCell(CorePlot& plot, const GridCell& cell, const Point& origin) {
@@ -47,17 +47,14 @@ void ReadCell(CorePlot& plot, std::int32_t smoothing) {
     const auto columns = static_cast<std::size_t>(std::max(0, plot.plotRight - plot.plotLeft + 1));
     const SeriesRef ref = {nullptr, plot.ring};
     plot.raw = SmoothedWindow(ref, columns, 0);
-    plot.shown = smoothing == 0 ? plot.raw : SmoothedWindow(ref, columns, smoothing);
+    for (const double value : smoothing == 0 ? plot.raw : SmoothedWindow(ref, columns, smoothing))
+        plot.heights.push_back(ValueToHeight(value, FullScale, plot.plotHeight));
 }
 
 /// The first of the columns that have a point.
 std::size_t FirstVisible(const CorePlot& plot) {
     const std::size_t columns = plot.raw.size();
     return columns - static_cast<std::size_t>(std::min<std::uint64_t>(plot.ring->count, columns));
-}
-
-std::int32_t HeightAt(const CorePlot& plot, std::size_t index) {
-    return ValueToHeight(plot.shown[index], FullScale, plot.plotHeight);
 }
 
 std::int32_t ColumnOf(const CorePlot& plot, std::size_t index) {
@@ -72,20 +69,27 @@ double RaiseToVisible(double maximum, const CorePlot& plot) {
 }
 
 void DrawCoreBars(const PixelBuffer& buffer, const CorePlot& plot) {
-    for (std::size_t i = FirstVisible(plot); i < plot.shown.size(); ++i) {
-        const std::int32_t x = ColumnOf(plot, i);
-        FillPixels(buffer, x, plot.bottom - HeightAt(plot, i), x + 1, plot.bottom, plot.color);
-    }
+    DrawInBands(buffer, plot.top, plot.bottom, [&plot](const PixelBuffer& band, std::int32_t top) {
+        for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i) {
+            const std::int32_t x = ColumnOf(plot, i);
+            FillPixels(band, x, plot.bottom - plot.heights[i] - top, x + 1, plot.bottom - top, plot.color);
+        }
+    });
 }
 
-PlotLine DrawCoreLine(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
+void BlendCoreFill(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
+    DrawInBands(buffer, plot.top, plot.bottom, [&plot, alpha](const PixelBuffer& band, std::int32_t top) {
+        for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i) {
+            const std::int32_t bottom = plot.bottom - top;
+            BlendColumn(band, ColumnOf(plot, i), bottom - plot.heights[i], bottom, plot.color, alpha);
+        }
+    });
+}
+
+PlotLine CoreLine(const CorePlot& plot) {
     PlotLine line = {{}, plot.color};
-    for (std::size_t i = FirstVisible(plot); i < plot.shown.size(); ++i) {
-        const std::int32_t x = ColumnOf(plot, i);
-        const std::int32_t height = HeightAt(plot, i);
-        if (alpha > 0) BlendColumn(buffer, x, plot.bottom - height, plot.bottom, plot.color, alpha);
-        line.points.push_back({x, CurveRow(plot.bottom, height)});
-    }
+    for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i)
+        line.points.push_back({ColumnOf(plot, i), CurveRow(plot.bottom, plot.heights[i])});
     return line;
 }
 
@@ -101,7 +105,7 @@ std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::
     const std::int32_t index = HoverColumnIndex(x, plot.plotLeft, plot.plotRight, count);
     if (index < 0) return std::nullopt;
     const std::uint64_t age = count - static_cast<std::uint64_t>(index) - 1;
-    const std::int32_t y = CurveRow(plot.bottom, HeightAt(plot, plot.shown.size() - 1 - static_cast<std::size_t>(age)));
+    const std::int32_t y = CurveRow(plot.bottom, plot.heights[plot.heights.size() - 1 - static_cast<std::size_t>(age)]);
     return HoverReadout{
         x,           plot.top,
         plot.bottom, {{y, plot.color}},
@@ -112,7 +116,8 @@ std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::
 void DrawCore(const PixelBuffer& buffer, const CorePlot& plot, const GraphView& view, CoreGridDrawing& drawing) {
     drawing.coreMax = RaiseToVisible(drawing.coreMax, plot);
     if (view.lines) {
-        drawing.polylines.push_back(DrawCoreLine(buffer, plot, view.alpha));
+        if (view.alpha > 0) BlendCoreFill(buffer, plot, view.alpha);
+        drawing.polylines.push_back(CoreLine(plot));
     } else {
         DrawCoreBars(buffer, plot);
     }

@@ -45,36 +45,53 @@ void DrawBarPair(const PixelBuffer& buffer, const GraphView& view, std::int32_t 
             view.kind == GraphKind::Network ? view.bothColor : shortColor);
 }
 
-void DrawBars(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale, const PlotWindow& window) {
-    const Curve first = {window.first, view.firstColor};
-    const Curve second = {window.second, view.secondColor};
-    const std::int32_t bottom = scale.layout.plotBottom;
-    for (std::size_t i = 0; i < window.first.size(); ++i) {
+/// Of each column, so that they are reckoned once and not once a band.
+struct ColumnHeights {
+    std::vector<std::int32_t> first;
+    std::vector<std::int32_t> second;  // none without a second series
+};
+
+std::vector<std::int32_t> HeightsOf(const std::vector<double>& values, const PlotScale& scale) {
+    std::vector<std::int32_t> heights;
+    heights.reserve(values.size());
+    for (const double value : values)
+        heights.push_back(ValueToHeight(value, scale.maximum, scale.plotHeight));
+    return heights;
+}
+
+void DrawBars(const PixelBuffer& buffer, const GraphView& view, const PlotWindow& window, const ColumnHeights& heights,
+              std::int32_t bottom) {
+    for (std::size_t i = 0; i < heights.first.size(); ++i) {
         const std::int32_t x = ColumnOf(window, i);
-        const std::int32_t firstHeight = HeightAt(first, i, scale);
         if (view.twoSeries) {
-            DrawBarPair(buffer, view, x, bottom, firstHeight, HeightAt(second, i, scale));
+            DrawBarPair(buffer, view, x, bottom, heights.first[i], heights.second[i]);
         } else {
-            DrawBar(buffer, x, bottom, firstHeight, view.firstColor);
+            DrawBar(buffer, x, bottom, heights.first[i], view.firstColor);
         }
     }
 }
 
 /// The taller fill goes under the shorter one, so the pixels that both cover are a mixture of both.
-void DrawFills(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale, const PlotWindow& window) {
-    const std::int32_t bottom = scale.layout.plotBottom;
-    for (std::size_t i = 0; i < window.first.size(); ++i) {
-        const std::int32_t x = ColumnOf(window, i);
-        const auto blend = [&](const Curve& curve) {
-            BlendColumn(buffer, x, bottom - HeightAt(curve, i, scale), bottom, curve.color, view.alpha);
+void DrawFills(const PixelBuffer& buffer, const GraphView& view, const PlotWindow& window, const ColumnHeights& heights,
+               std::int32_t bottom) {
+    for (std::size_t i = 0; i < heights.first.size(); ++i) {
+        const auto blend = [&](std::int32_t height, ColorValue color) {
+            BlendColumn(buffer, ColumnOf(window, i), bottom - height, bottom, color, view.alpha);
         };
-        const Curve first = {window.first, view.firstColor};
-        const Curve second = {window.second, view.secondColor};
-        const bool secondIsTall = view.twoSeries && HeightAt(first, i, scale) < HeightAt(second, i, scale);
-        if (secondIsTall) blend(second);
-        blend(first);
-        if (view.twoSeries && !secondIsTall) blend(second);
+        const bool secondIsTall = view.twoSeries && heights.first[i] < heights.second[i];
+        if (secondIsTall) blend(heights.second[i], view.secondColor);
+        blend(heights.first[i], view.firstColor);
+        if (view.twoSeries && !secondIsTall) blend(heights.second[i], view.secondColor);
     }
+}
+
+void DrawColumns(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale, const PlotWindow& window) {
+    const ColumnHeights heights = {HeightsOf(window.first, scale), HeightsOf(window.second, scale)};
+    const PlotLayout& layout = scale.layout;
+    DrawInBands(buffer, layout.plotTop, layout.plotBottom, [&](const PixelBuffer& band, std::int32_t top) {
+        const auto draw = view.lines ? DrawFills : DrawBars;
+        draw(band, view, window, heights, layout.plotBottom - top);
+    });
 }
 
 PlotLine CurveLine(const Curve& curve, const PlotScale& scale, const PlotWindow& window) {
@@ -114,16 +131,10 @@ PlotWindow MakePlotWindow(const GraphView& view, const PlotScale& scale) {
 
 std::vector<PlotLine> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
                                const PlotWindow& window, std::int32_t margin) {
-    std::vector<PlotLine> polylines;
     DrawGridLines(buffer, view, scale);
-    if (view.lines) {
-        if (view.alpha > 0) DrawFills(buffer, view, scale, window);
-        polylines = CurveLines(view, scale, window);
-    } else {
-        DrawBars(buffer, view, scale, window);
-    }
+    if (!view.lines || view.alpha > 0) DrawColumns(buffer, view, scale, window);
     DrawAxes(buffer, view, scale.layout, margin);
-    return polylines;
+    return view.lines ? CurveLines(view, scale, window) : std::vector<PlotLine>();
 }
 
 std::optional<HoverReadout> ReadPlot(const GraphView& view, const GraphSeries& series, const PlotScale& scale,

@@ -1,6 +1,8 @@
 #pragma once
 // The pixels of a graph, written one by one. A pixel is 0x00RRGGBB like a ColorValue, top row first, rows without gaps.
 // All operations clip to the buffer, and need nothing of it but width, height and bits.
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -20,6 +22,29 @@ struct PixelBuffer {
     HBITMAP__* previousBitmap = nullptr;  // to select back
     std::uint32_t* bits = nullptr;        // width * height pixels
 };
+
+/// The part of a buffer from row `top` to `bottom`, exclusive, as a buffer with rows counted from its own top. Both lie
+/// within the buffer.
+inline PixelBuffer BandOf(const PixelBuffer& buffer, std::int32_t top, std::int32_t bottom) {
+    PixelBuffer band = buffer;
+    band.height = bottom - top;
+    band.bits += static_cast<std::ptrdiff_t>(top) * buffer.width;
+    return band;
+}
+
+/// What is drawn column by column is better drawn in bands of so many rows, each across all columns: down a whole
+/// screen every pixel lies in another line of the processor's cache, and the line is gone again before the next column
+/// comes. Few rows, because rows of a screen's width compete for the same few places in the cache: 256 gain nothing.
+inline constexpr std::int32_t BandRows = 32;
+
+/// Calls `draw(band, top)` for every band of the rows from `top` to `bottom`, exclusive and clipped to the buffer.
+/// `draw` draws the whole and leaves it to the band to clip it; row y of the buffer is row y - top of the band.
+template <typename Draw>
+void DrawInBands(const PixelBuffer& buffer, std::int32_t top, std::int32_t bottom, const Draw& draw) {
+    const std::int32_t end = std::min(bottom, buffer.height);
+    for (std::int32_t row = std::max(top, 0); row < end; row += BandRows)
+        draw(BandOf(buffer, row, std::min(row + BandRows, end)), row);
+}
 
 /// The grey of the frame and the baseline, on every background.
 inline constexpr ColorValue FrameColor = 0x6D6D6D;

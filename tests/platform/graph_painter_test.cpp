@@ -434,6 +434,55 @@ TEST_F(GraphPainter, HoverDrawsCrosshairAndBox) {
     EXPECT_EQ(world.texts.back(), time);
 }
 
+TEST_F(GraphPainter, EverythingGrowsWithTheDpi) {
+    constexpr ColorValue background = 0x202020;
+    settings_.colors[CpuGraphBg] = background;
+    settings_.cpu.font_size = 9;
+    settings_.cpu.margin = 4;
+    SetSeries({10, 100, 100, 100, 100});
+    const Target target(600, 200);
+    Paint(target, GraphKind::Cpu, 192, {true, 586, 50});
+    // A margin of 8, a line of text 18 high: plot rows 18 to 163 over the baseline in row 164.
+    EXPECT_EQ(target.At(595, 100), background);
+    EXPECT_EQ(target.At(8, 164), background);
+    EXPECT_EQ(target.At(9, 164), FrameColor);
+    // 10 % is 15 pixels high: a marker of 9 around row 149.
+    EXPECT_EQ(target.At(582, 145), ReadableColor(0x007BB7, background));
+    EXPECT_EQ(target.At(581, 144), 0U);
+    EXPECT_EQ(target.At(580, 144), background);
+    // Two lines of 18, the wider one of 54, with an inset of 6: a box of 66 by 48.
+    EXPECT_EQ(target.At(508, 95), HoverBoxFrameColor);
+    EXPECT_EQ(target.At(573, 142), HoverBoxFrameColor);
+    EXPECT_EQ(target.At(574, 143), background);
+}
+
+TEST_F(GraphPainter, TheMarginIsHeldWithinItsChoices) {
+    settings_.cpu.font_size = 9;
+    for (const auto& [margin, held] : {std::pair{1000, MarginChoices.back()}, {-1000, MarginChoices.front()}}) {
+        settings_.cpu.margin = margin;
+        const Target target(300, 100);
+        Paint(target, GraphKind::Cpu);
+        const std::int32_t baseline = 100 - 2 * held - 9 - 2;
+        EXPECT_EQ(target.At(held + 1, baseline), FrameColor) << margin;
+        EXPECT_EQ(target.At(298 - held, baseline), FrameColor) << margin;
+        EXPECT_EQ(target.At(held + 1, baseline + 1), 0U) << margin;
+    }
+}
+
+// A window that is being destroyed has a DPI of 0.
+TEST_F(GraphPainter, HoldsWithoutADpi) {
+    settings_.disk.style = 1;
+    SetSeries({1, 2, 3}, {1, 2, 3});
+    const Target target(200, 80);
+    Paint(target, GraphKind::Disk, 0, {true, 198, 40});
+    ASSERT_EQ(world.lines.size(), 2U);
+    EXPECT_EQ(world.lines[0].width, 1);
+    ASSERT_GT(world.texts.size(), 8U);
+    EXPECT_EQ(world.texts[8].at.y, 78) << "the legend, after eight ticks: a line of text is 1 pixel high at least";
+    EXPECT_EQ(target.At(196, 74), ReadableColor(0x167B04, 0)) << "the marker keeps its least size";
+    EXPECT_EQ(target.At(195, 73), 0U);
+}
+
 TEST_F(GraphPainter, HoverOverNothingDrawsNothing) {
     settings_.cpu.font_size = 9;
     SetSeries({10, 100, 100, 100, 100});
@@ -469,8 +518,10 @@ TEST_F(GraphPainter, OneCellAProcessor) {
     EXPECT_EQ(world.lines[1].color, 0x2EBD72U);
     EXPECT_EQ(world.lines[0].last, (Point{48, 2}));
     std::vector<std::wstring> texts;
-    for (const TextCall& text : world.texts)
+    for (const TextCall& text : world.texts) {
         texts.push_back(text.text);
+        EXPECT_EQ(text.backgroundMode, TRANSPARENT) << testing::PrintToString(text.text);
+    }
     EXPECT_EQ(texts, (std::vector<std::wstring>{L"(Máx núcleo: 100 %)", L"CPU: 42 %"}))
         << "no labels, and nothing to read where there is no history";
 

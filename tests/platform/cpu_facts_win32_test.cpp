@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -60,6 +62,7 @@ BOOL WINAPI FakeGetLogicalProcessorInformationEx(LOGICAL_PROCESSOR_RELATIONSHIP 
         return FALSE;
     }
     fakeProcessor.calls.emplace_back("records");
+    EXPECT_GE(_msize(buffer), *bytes);
     std::memcpy(buffer, fakeProcessor.records.data(), std::min(*bytes, size));
     *bytes = fakeProcessor.returnedSize != 0 ? fakeProcessor.returnedSize : size;
     return fakeProcessor.secondCallWorks ? TRUE : FALSE;

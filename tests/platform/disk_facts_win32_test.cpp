@@ -102,6 +102,7 @@ void ExpectStorageQuery(const void* in, DWORD inBytes) {
 
 BOOL WINAPI FakeDeviceIoControl(HANDLE handle, DWORD code, void* in, DWORD inBytes, void* out, DWORD outBytes,
                                 DWORD* returned, OVERLAPPED* overlapped) {
+    EXPECT_NE(handle, INVALID_HANDLE_VALUE);
     if (!IsFakeHandle(handle)) {
         return Real<decltype(DeviceIoControl)>("DeviceIoControl")(handle, code, in, inBytes, out, outBytes, returned,
                                                                   overlapped);
@@ -133,12 +134,12 @@ BOOL WINAPI FakeDeviceIoControl(HANDLE handle, DWORD code, void* in, DWORD inByt
 
 DWORD WINAPI FakeGetLogicalDriveStringsW(DWORD length, wchar_t* buffer) {
     EXPECT_EQ(length, 127u);
-    if (!fakeMachine.driveStringsWork) return 0;
     std::wstring strings;
     for (const auto& [root, volume] : fakeMachine.volumes)
         strings += root + L'\0';
     if (strings.size() + 1 > length) return static_cast<DWORD>(strings.size() + 1);
     std::ranges::copy(strings, buffer);
+    if (!fakeMachine.driveStringsWork) return 0;  // after writing, as a failing call may
     return fakeMachine.driveStringsLength != 0 ? fakeMachine.driveStringsLength : static_cast<DWORD>(strings.size());
 }
 

@@ -143,7 +143,10 @@ TEST_F(DiskTickTest, AnExternalDiskReachesTheIconAlone) {
     machineDisks.push_back(DiskNumbered(0));  // plugged in later: the list is that of the start
     OnDiskTick(*app);
     EXPECT_EQ(SampleAtAge(app->diskReadIconRing, 0), 45);
+    EXPECT_EQ(SampleAtAge(app->diskWriteIconRing, 0), 15);
     EXPECT_EQ(SampleAtAge(app->diskReadBytesRing, 0), 2048.0);
+    EXPECT_EQ(SampleAtAge(app->diskReadPercentRing, 0), 0.0);
+    EXPECT_EQ(SampleAtAge(app->diskWritePercentRing, 0), 0.0);
     EXPECT_EQ(app->diskTotals.diskCount, 1);
     ASSERT_EQ(app->diskHistories.size(), 1U);
     EXPECT_EQ(app->diskHistories[0].number, 1);

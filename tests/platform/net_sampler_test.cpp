@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -296,7 +298,7 @@ TEST_F(NetSamplerTest, OnlyIpv4BecomesText) {
     fakeNetwork.adapters = {{.key = 1, .address = Ipv4(255, 0, 10, 9)},
                             {.key = 2, .hasAddress = false},
                             {.key = 3, .address = ipv6},
-                            {.key = 4, .nullAddress = true},
+                            {.key = 4, .address = Ipv4(1, 2, 3, 4), .nullAddress = true},
                             {.key = 5, .address = {AF_INET, 0, 0, 0, 9, 9, 9, 9}}};  // too short for its kind
     RefreshAdapterAddresses(sampler);
     std::vector<std::pair<std::uint64_t, std::wstring>> addresses;
@@ -331,12 +333,12 @@ TEST_F(NetSamplerTest, TakesTheFlagsOfEachEntry) {
     down.OperStatus = IfOperStatusDown;
     MIB_IF_ROW2 filter = Entry(2, L"filter", 3, 4);
     filter.InterfaceAndOperStatusFlags.FilterInterface = 1;
-    filter.InterfaceAndOperStatusFlags.ConnectorPresent = 1;
     MIB_IF_ROW2 loopback = Entry(3, L"loopback", 5, 6);
     loopback.Type = 24;
     loopback.InterfaceAndOperStatusFlags.HardwareInterface = 0;
     MIB_IF_ROW2 tunnel = Entry(4, L"tunnel", 7, 0xFFFF'FFFF'FFFF'FFFF);
     tunnel.Type = 131;
+    tunnel.InterfaceAndOperStatusFlags.ConnectorPresent = 1;  // the flag behind the two that count
     MIB_IF_ROW2 dormant = Entry(5, L"dormant", 0, 0);
     dormant.OperStatus = IfOperStatusDormant;
     MIB_IF_ROW2 unended = Entry(6, L"", 0, 0);
@@ -383,6 +385,8 @@ decltype(&GetTickCount64) __imp_GetTickCount64 = &kestrane::FakeGetTickCount64;
 NETIO_STATUS NTAPI GetIfTable2(PMIB_IF_TABLE2* table) {
     using kestrane::fakeNetwork;
     fakeNetwork.calls.emplace_back("table");
+    static MIB_IF_TABLE2 leftover{.NumEntries = 1, .Table = {}};
+    *table = &leftover;  // what a failing call leaves there is nobody's table
     if (fakeNetwork.tableError != NO_ERROR) return fakeNetwork.tableError;
     *table = nullptr;
     if (fakeNetwork.nullTable) return NO_ERROR;
@@ -406,6 +410,7 @@ ULONG WINAPI GetAdaptersAddresses(ULONG family, ULONG flags, PVOID, PIP_ADAPTER_
     fakeNetwork.calls.push_back("addresses " + std::to_string(family) + " " + std::to_string(flags) + " " +
                                 std::to_string(*bytes));
     fakeNetwork.offeredBytes.push_back(*bytes);
+    EXPECT_GE(_msize(adapters), *bytes);
     fakeNetwork.now += fakeNetwork.addressDelayMs;
     ULONG error = ERROR_SUCCESS;
     if (!fakeNetwork.addressErrors.empty()) {

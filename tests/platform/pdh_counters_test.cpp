@@ -120,6 +120,7 @@ TEST_F(PdhCountersTest, ClosesWhatIsOpenAndNothingElse) {
     fakePdh.calls.clear();
     ClosePdhCounters(counters);
     EXPECT_THAT(fakePdh.calls, ElementsAre(L"close 1", L"close 2"));
+    EXPECT_FALSE(counters.diskReady);
     ClosePdhCounters(counters);
     EXPECT_EQ(fakePdh.calls.size(), 2u);
     PdhCounters never;
@@ -223,6 +224,19 @@ TEST_F(ReadCounterArrayTest, AnItemCountBeyondTheBufferIsCutToIt) {
         ASSERT_EQ(values.size(), 2u) << claimed;  // the names' bytes are too few for a third item
         EXPECT_EQ(values[1].name, L"0,1");
     }
+}
+
+TEST_F(ReadCounterArrayTest, AnItemThatIsCutInTheMiddleIsNotRead) {
+    constexpr DWORD Size = sizeof(PDH_FMT_COUNTERVALUE_ITEM_W) + offsetof(PDH_FMT_COUNTERVALUE_ITEM_W, FmtValue) + 8;
+    Counter().array = RawAnswer(Size, [](PDH_FMT_COUNTERVALUE_ITEM_W* items) {
+        auto* text = reinterpret_cast<wchar_t*>(reinterpret_cast<std::byte*>(items) + Size) - 2;
+        std::copy_n(L"a", 2, text);
+        items[0].szName = text;
+        items[1].szName = text;  // its name and status lie within the size, its value does not
+        return DWORD{2};
+    });
+    ASSERT_TRUE(Read());
+    EXPECT_THAT(Names(), ElementsAre(L"a"));
 }
 
 TEST_F(ReadCounterArrayTest, ASizeWithoutRoomForAnItemGivesNone) {

@@ -6,6 +6,9 @@
 #include <pdh.h>
 #include <pdhmsg.h>
 
+#include <gtest/gtest.h>
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -107,6 +110,7 @@ PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR source, DWORD_PTR user, PDH_HQUERY* quer
 PDH_STATUS WINAPI PdhAddEnglishCounterW(PDH_HQUERY query, LPCWSTR path, DWORD_PTR user, PDH_HCOUNTER* counter) {
     using namespace kestrane;
     fakePdh.calls.push_back(L"add " + HandleName(query) + L" " + path + (user != 0 ? L" with user value" : L""));
+    if (query == nullptr) return static_cast<PDH_STATUS>(PDH_INVALID_HANDLE);
     if (fakePdh.missing.contains(path)) return static_cast<PDH_STATUS>(PDH_CSTATUS_NO_OBJECT);
     fakePdh.added.emplace_back(path);
     *counter = HandleOf(fakePdh.added.size());
@@ -138,6 +142,7 @@ PDH_STATUS WINAPI PdhGetFormattedCounterArrayW(PDH_HCOUNTER counter, DWORD forma
     const FakeCounter& fake = CounterOf(counter);
     fakePdh.calls.push_back((items == nullptr ? L"size " : L"array ") +
                             fakePdh.added.at(reinterpret_cast<std::uintptr_t>(counter) - 1));
+    EXPECT_TRUE(items == nullptr || _msize(items) >= *bytes);
     if (fake.array) return fake.array(bytes, count, items);
     const DWORD needed = AnswerBytes(fake.instances);
     const bool fits = items != nullptr && *bytes >= needed;

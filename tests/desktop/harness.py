@@ -104,6 +104,11 @@ class Recorder:
         with self._arrived:
             return len(self.calls)
 
+    def drop(self):
+        """Forgets all calls so far. Marks from before mean nothing any more."""
+        with self._arrived:
+            self.calls.clear()
+
     def since(self, start):
         """All calls from number `start` to this moment."""
         self.command("report")

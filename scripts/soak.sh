@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# The real program takes 200,000 ticks of each kind with its graphs open and painted, its menu opened and closed and the
+# shell restarted after every thousand: scripts/soak.sh [TICKS]. Half an hour. Says how its memory goes; fails if it grows
+# after the first thousand, if an icon is lost, or if the program stops painting or answering.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target kestrane recorder poster scripted_pdh scripted_iphlpapi neighbour
+export LC_ALL=C.UTF-8 KESTRANE_SOAK_TICKS=${1:-200000}
+exec /usr/bin/python3 tests/desktop/test_soak.py

@@ -1,4 +1,5 @@
 #pragma once
+// The processor's facts, from the registry and from the system's own records.
 #include "hardware/cpu_facts.h"
 
 namespace kestrane {

@@ -14,7 +14,7 @@
 namespace kestrane {
 
 struct VolumeFacts {
-    wchar_t letter = 0;
+    wchar_t letter = 0;            // as the root string has it
     std::uint64_t totalBytes = 0;  // 0 if unreadable
     std::uint64_t freeBytes = 0;   // available to the caller; 0 if unreadable
 };
@@ -44,7 +44,7 @@ std::wstring ComposeModel(const std::wstring& vendor, const std::wstring& produc
 /// disk is taken as fixed and unknown. A text ends at its zero or with the buffer.
 StorageFacts ParseStorageDescriptor(ByteSpan buffer, std::size_t returnedBytes);
 
-/// `DiskSize` of a DISK_GEOMETRY_EX.
+/// `DiskSize` of a DISK_GEOMETRY_EX, in bytes; 0 if it does not lie within the bytes.
 std::uint64_t ParseDiskSize(ByteSpan geometry);
 
 /// The disk of the first of the VOLUME_DISK_EXTENTS; none if there is no extent. A volume that spans several disks is

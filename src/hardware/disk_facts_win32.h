@@ -1,4 +1,5 @@
 #pragma once
+// The disks' facts, from the drivers of the disks and volumes.
 #include <vector>
 
 #include "hardware/disk_facts.h"

@@ -36,14 +36,14 @@ struct DiskTotals {
 struct MetricSample {
     std::int32_t cpuPercent = 0;            // 0 to 100
     std::vector<std::int32_t> corePercent;  // 0 to 100, by logical number: group * 64 + number; gaps stay 0
-    bool diskValid = false;
-    std::int32_t diskReadPercent = 0;
-    std::int32_t diskWritePercent = 0;
-    std::wstring busiestReadDisk;
+    bool diskValid = false;                 // there is a disk, and its counters could be read
+    std::int32_t diskReadPercent = 0;       // 0 to 100
+    std::int32_t diskWritePercent = 0;      // 0 to 100
+    std::wstring busiestReadDisk;           // instance names, such as "0 C:"; empty without a disk
     std::wstring busiestWriteDisk;
-    std::uint32_t diskInstanceCount = 0;
-    std::vector<DiskSample> disks;
-    std::uint32_t memoryPercent = 0;  // 0 to 100
+    std::uint32_t diskInstanceCount = 0;  // disks of the machine, those without a number too
+    std::vector<DiskSample> disks;        // those with a number; empty when the last reading failed
+    std::uint32_t memoryPercent = 0;      // 0 to 100
     std::uint64_t memoryTotalBytes = 0;
     std::uint64_t memoryAvailableBytes = 0;
 };

@@ -8,11 +8,12 @@
 
 namespace kestrane {
 
-/// One tick for the chosen `interfaces`, with their stored names in `aliases`; empty means all connections.
+/// One tick for the chosen `interfaces`, with their stored names in `aliases`; empty means all connections. When the
+/// system gives no table of interfaces, nothing counts on this tick, and what is chosen is not connected.
 NetSample SampleNetwork(NetSampler& sampler, const std::vector<std::uint64_t>& interfaces,
                         const std::vector<std::wstring>& aliases);
 
-/// All interfaces with fresh addresses, for the user to choose from.
+/// All interfaces with fresh addresses, for the user to choose from. Empty when the system does not answer.
 std::vector<NetRow> ListInterfaces(NetSampler& sampler);
 
 /// All interfaces in the system's order, with the addresses that the sampler has. Empty when the system does not

@@ -1,71 +1,62 @@
 // Bands are invisible: every row is in exactly one, and columns drawn in bands look as if drawn at once.
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <vector>
 
 #include "graph/pixel_buffer.h"
+#include "support/graph_picture.h"
 
 namespace kestrane {
 namespace {
 
-struct Picture {
-    Picture(std::int32_t width, std::int32_t height)
-        : pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {
-        buffer.width = width;
-        buffer.height = height;
-        buffer.bits = pixels.data();
+TEST(DrawInBands, CoversEachRowOnceAndNoOther) {
+    struct Row {
+        const char* reason;
+        std::int32_t height;
+        std::int32_t top, bottom;
+    };
+    const std::vector<Row> rows = {
+        {"none", 10, 5, 5},
+        {"upside down", 10, 6, 5},
+        {"one row", 10, 5, 6},
+        {"a whole band", BandRows, 0, BandRows},
+        {"one row more", BandRows + 1, 0, BandRows + 1},
+        {"three bands and a rest", 120, 3, 3 + 3 * BandRows + 7},
+        {"beyond both ends", 70, -5, 1000},
+    };
+    for (const Row& row : rows) {
+        Picture picture(1, row.height);
+        const std::uint32_t* first = picture.Buffer().bits;
+        DrawInBands(picture.Buffer(), row.top, row.bottom, [&](const PixelBuffer& band, std::int32_t top) {
+            EXPECT_LE(band.height, BandRows) << row.reason;
+            EXPECT_EQ(band.bits, first + top) << row.reason;
+            for (std::int32_t y = 0; y < band.height; ++y)
+                ++band.bits[y];
+        });
+        for (std::int32_t y = 0; y < row.height; ++y)
+            EXPECT_EQ(picture.At(0, y), y >= row.top && y < row.bottom ? 1U : 0U) << row.reason << ", row " << y;
     }
-
-    std::vector<std::uint32_t> pixels;
-    PixelBuffer buffer;
-};
-
-struct Rows {
-    const char* what;
-    std::int32_t height;
-    std::int32_t top;
-    std::int32_t bottom;
-};
-
-class Bands : public testing::TestWithParam<Rows> {};
-
-TEST_P(Bands, CoverEachRowOnceAndNoOther) {
-    const Rows& rows = GetParam();
-    Picture picture(1, rows.height);
-    DrawInBands(picture.buffer, rows.top, rows.bottom, [&](const PixelBuffer& band, std::int32_t top) {
-        EXPECT_LE(band.height, BandRows);
-        EXPECT_EQ(band.bits, picture.buffer.bits + top);
-        for (std::int32_t y = 0; y < band.height; ++y)
-            ++band.bits[y];
-    });
-    for (std::int32_t y = 0; y < rows.height; ++y)
-        EXPECT_EQ(picture.pixels[static_cast<std::size_t>(y)], y >= rows.top && y < rows.bottom ? 1u : 0u) << y;
 }
 
-INSTANTIATE_TEST_SUITE_P(, Bands,
-                         testing::Values(Rows{"none", 10, 5, 5}, Rows{"upside down", 10, 6, 5},
-                                         Rows{"one row", 10, 5, 6}, Rows{"a whole band", BandRows, 0, BandRows},
-                                         Rows{"one row more", BandRows + 1, 0, BandRows + 1},
-                                         Rows{"three bands and a rest", 120, 3, 3 + 3 * BandRows + 7},
-                                         Rows{"beyond both ends", 70, -5, 1000}));
-
-TEST(BandedColumns, LookAsIfDrawnAtOnce) {
-    constexpr std::int32_t Width = 40;
-    constexpr std::int32_t Height = 100;
-    constexpr std::int32_t Bottom = 97;
+TEST(DrawInBands, ColumnsLookAsIfDrawnAtOnce) {
+    constexpr std::int32_t width = 40;
+    constexpr std::int32_t height = 100;
+    constexpr std::int32_t baseline = 97;
     const auto drawColumns = [](const PixelBuffer& buffer, std::int32_t bottom) {
-        for (std::int32_t x = 0; x < Width; ++x) {
+        for (std::int32_t x = 0; x < width; ++x) {
             FillPixels(buffer, x, bottom - 2 * x, x + 1, bottom, 0x102030);
             BlendColumn(buffer, x, bottom - 3 * x, bottom, 0xFFFFFF, 0.5);
         }
     };
-    Picture whole(Width, Height);
-    drawColumns(whole.buffer, Bottom);
-    Picture banded(Width, Height);
-    DrawInBands(banded.buffer, 0, Height,
-                [&](const PixelBuffer& band, std::int32_t top) { drawColumns(band, Bottom - top); });
-    EXPECT_EQ(banded.pixels, whole.pixels);
+    Picture whole(width, height);
+    drawColumns(whole.Buffer(), baseline);
+    Picture banded(width, height);
+    DrawInBands(banded.Buffer(), 0, height,
+                [&](const PixelBuffer& band, std::int32_t top) { drawColumns(band, baseline - top); });
+    for (std::int32_t y = 0; y < height; ++y) {
+        for (std::int32_t x = 0; x < width; ++x)
+            ASSERT_EQ(banded.At(x, y), whole.At(x, y)) << "column " << x << ", row " << y;
+    }
 }
 
 }  // namespace

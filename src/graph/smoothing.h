@@ -1,6 +1,6 @@
 #pragma once
-// The centred moving average over the window that a graph shows. Figures that are not numbers pass through and spoil
-// the points they are averaged with, nothing worse.
+// The centred moving average over the window that a graph shows. A figure that is not a number spoils the points that
+// it is averaged with and all later ones, which come from the same running sums, until it leaves the window.
 #include <cstddef>
 #include <cstdint>
 #include <vector>

@@ -23,9 +23,9 @@ void DrawBorderIfAny(Canvas& canvas, ColorValue color) {
     if (color != ColorNone) DrawBorder(canvas, color);
 }
 
-/// Halfway between the text and its background, a transparent one counting as black.
+/// Halfway between the text and its background. A transparent one counts as black: ColorNone has no bits of a colour.
 ColorValue TrackColor(const MemoryColors& colors) {
-    return BlendColor(colors.text, colors.background == ColorNone ? 0 : colors.background, 0.5);
+    return BlendColor(colors.text, colors.background, 0.5);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@ namespace {
 
 constexpr int FallbackIconSize = 16;
 constexpr COLORREF White = 0xFFFFFF;
-constexpr ColorValue Black = 0;
 
 BITMAPV5HEADER TopDownHeader(std::int32_t size) {
     BITMAPV5HEADER header{};
@@ -80,9 +79,7 @@ void DrawFittedText(HDC dc, const PlacedText& placed) {
 
 /// A black bitmap with the text in white, ready to be read; empty if it cannot be made.
 CanvasBitmap MakeTextMask(const PlacedText& placed) {
-    Canvas black(placed.size);
-    Clear(black, Black);
-    CanvasBitmap mask = CanvasToBitmap(black);
+    CanvasBitmap mask = CanvasToBitmap(Canvas(placed.size));
     if (!mask.bitmap) return {};
     {
         const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));

@@ -57,8 +57,9 @@ TEST(PassesClickFilter, LetsTheFirstOfADoubleClickThrough) {
     EXPECT_FALSE(PassesClickFilter(EventDoubleClick, 1200, 500, next));
     EXPECT_FALSE(PassesClickFilter(EventSelect, 1499, 500, next));
     EXPECT_EQ(next, 1500U);  // a swallowed click does not prolong the wait
-    EXPECT_TRUE(PassesClickFilter(EventSelect, 1500, 500, next));
+    EXPECT_TRUE(PassesClickFilter(EventKeySelect, 1500, 500, next));
     EXPECT_EQ(next, 2000U);
+    EXPECT_TRUE(PassesClickFilter(EventDoubleClick, 2000, 500, next));
 }
 
 TEST(PassesClickFilter, IgnoresAllOtherEvents) {

@@ -376,6 +376,12 @@ TEST_F(IconRenderTest, TextWithoutBitmapMaskOrContextGivesNone) {
     }
 }
 
+TEST_F(IconRenderTest, TextWithoutASelectedMaskGivesNone) {
+    world.refuseSelectedBitmap = true;
+    EXPECT_FALSE(TextIcon(Canvas(16), 12, 0, 16));
+    EXPECT_THAT(world.fonts, IsEmpty());
+}
+
 TEST_F(IconRenderTest, TheMemoryIconsTextGoesWhereItsPaintingSays) {
     AppSettings settings = MakeDefaultSettings();
     settings.font_name = L"Memory Font";

@@ -41,6 +41,7 @@ struct World {
     std::set<int> refusedDibs;           // ordinals of the CreateDIBSection calls that fail, from 1
     std::set<int> refusedIcons;          // the same for CreateIconIndirect
     bool refuseDc = false;
+    bool refuseSelectedBitmap = false;
     bool refuseFont = false;
     bool refuseMaskBitmap = false;
     bool refuseScreenDc = false;
@@ -114,6 +115,11 @@ inline HDC WINAPI FakeCreateCompatibleDC(HDC dc) {
     EXPECT_EQ(dc, nullptr) << "compatible with the screen";
     static const auto real = REAL(L"gdi32.dll", CreateCompatibleDC);
     return world.refuseDc ? nullptr : Born("memory dc", real(dc));
+}
+
+inline HGDIOBJ WINAPI FakeSelectObject(HDC dc, HGDIOBJ object) {
+    static const auto real = REAL(L"gdi32.dll", SelectObject);
+    return world.refuseSelectedBitmap && GetObjectType(object) == OBJ_BITMAP ? nullptr : real(dc, object);
 }
 
 inline HFONT WINAPI FakeCreateFontW(int height, int width, int escapement, int orientation, int weight, DWORD italic,
@@ -218,6 +224,7 @@ decltype(&CreateDIBSection) __imp_CreateDIBSection = &kestrane::FakeCreateDIBSec
 decltype(&CreateBitmap) __imp_CreateBitmap = &kestrane::FakeCreateBitmap;
 decltype(&CreateIconIndirect) __imp_CreateIconIndirect = &kestrane::FakeCreateIconIndirect;
 decltype(&CreateCompatibleDC) __imp_CreateCompatibleDC = &kestrane::FakeCreateCompatibleDC;
+decltype(&SelectObject) __imp_SelectObject = &kestrane::FakeSelectObject;
 decltype(&CreateFontW) __imp_CreateFontW = &kestrane::FakeCreateFontW;
 decltype(&DeleteObject) __imp_DeleteObject = &kestrane::FakeDeleteObject;
 decltype(&DeleteDC) __imp_DeleteDC = &kestrane::FakeDeleteDC;

@@ -34,12 +34,14 @@ UniqueKernelHandle BecomeRunningInstance(const wchar_t* commandLine) {
     return mutex;
 }
 
-int PumpMessages() {
+int PumpMessages(const App& app) {
     MSG msg{};
     // An error of GetMessageW (-1) ends the loop as WM_QUIT does.
     while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
+        // The window can go in a loop of the system's own, of a drag or a menu, which may have taken WM_QUIT for itself.
+        if (app.shuttingDown) PostQuitMessage(0);
     }
     return static_cast<int>(msg.wParam);
 }
@@ -72,7 +74,7 @@ int Main(HINSTANCE instance, const wchar_t* commandLine) {
     app.taskbarCreatedMessage = RegisterWindowMessageW(TaskbarCreatedName);
     if (!CreateHiddenWindow(app)) return 1;
 
-    const int exitCode = PumpMessages();
+    const int exitCode = PumpMessages(app);
     ReleaseMutex(mutex.Get());
     mutex.Reset();
     return exitCode;

@@ -65,6 +65,9 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (wParam != HTCAPTION) break;
             OnCaptionPress(wParam, lParam);
             return 0;
+        case WM_NCRBUTTONDOWN:
+            // DefWindowProcW may wait for the release here and keep it: Wine does.
+            return 0;
         case WM_NCRBUTTONUP:
             ShowMenu(PointFromMessage(lParam));
             return 0;

@@ -40,7 +40,8 @@ int PumpMessages(const App& app) {
     while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
-        // The window can go in a loop of the system's own, of a drag or a menu, which may have taken WM_QUIT for itself.
+        // The window can go in a loop of the system's own, of a drag or a menu, which may have taken WM_QUIT for
+        // itself.
         if (app.shuttingDown) PostQuitMessage(0);
     }
     return static_cast<int>(msg.wParam);

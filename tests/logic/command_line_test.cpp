@@ -32,8 +32,7 @@ TEST(ClassifyCommandLine, TakesTheTextWholeAndExactly) {
         {L"kestrane", StartKind::Ordinary},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(ClassifyCommandLine(row.text), row.kind)
-            << "row " << &row - rows << " of the table";
+        EXPECT_EQ(ClassifyCommandLine(row.text), row.kind) << "row " << &row - rows << " of the table";
     }
 }
 

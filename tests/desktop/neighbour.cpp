@@ -180,6 +180,8 @@ LRESULT CALLBACK NeighbourProc(HWND window, UINT message, WPARAM wParam, LPARAM 
             Print("{\"answer\":" + Obey(window, *std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam))) +
                   '}');
             return 0;
+        case WM_MOUSEACTIVATE:
+            return MA_NOACTIVATE;  // a click leaves it where it is in the stack of windows
         case WM_LBUTTONDOWN:
             TellClick(window, lParam);
             return 0;

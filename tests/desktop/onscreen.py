@@ -61,13 +61,16 @@ CORES = r"\Processor Information(*)\% Processor Utility"
 DISK = r"\PhysicalDisk(*)"
 
 
-def counters(value, disk_value=None, cores=8):
-    """A machine on which everything has this value."""
-    disk_value = value if disk_value is None else disk_value
+def counters(value, read=None, write=None, cores=8):
+    """A machine on which everything has this value; but for its one disk, if its speeds are told."""
+    read = value if read is None else read
+    write = value if write is None else write
     lines = [f"value|{TOTAL}||{value}|0"]
     lines += [f"value|{CORES}|0,{number}|{value}|0" for number in range(cores)]
-    for name in ("% Idle Time", "% Disk Read Time", "% Disk Write Time", "Disk Read Bytes/sec", "Disk Write Bytes/sec"):
-        lines.append(rf"value|{DISK}\{name}|0 C:|{disk_value}|0")
+    for name in ("% Idle Time", "% Disk Read Time", "% Disk Write Time"):
+        lines.append(rf"value|{DISK}\{name}|0 C:|{value}|0")
+    lines.append(rf"value|{DISK}\Disk Read Bytes/sec|0 C:|{read}|0")
+    lines.append(rf"value|{DISK}\Disk Write Bytes/sec|0 C:|{write}|0")
     return lines
 
 
@@ -159,6 +162,15 @@ def middle_of(rect):
     return (left + right) // 2, (top + bottom) // 2
 
 
+# The lines round a graph and under its plot, and round the readout's box.
+FRAME, BOX_FRAME = 0x6D6D6D, 0x8A8A8A
+
+
+def shows_readout(picture, rect):
+    """Whether the upper side of a readout's box is seen in a graph."""
+    return BOX_FRAME.to_bytes(3, "big") * 30 in picture.part(rect)
+
+
 class GraphTest(DesktopTest):
     """The graph windows of the real program, with another program beside it."""
 
@@ -230,14 +242,14 @@ class GraphTest(DesktopTest):
     # The mouse.
 
     def point_at(self, x, y):
-        self.desktop.use_mouse("mousemove", x, y)
+        self.desktop.use_mouse("mousemove", "--", x, y)
 
     def click(self, x, y, button=LEFT_BUTTON):
-        self.desktop.use_mouse("mousemove", x, y, "click", button)
+        self.desktop.use_mouse("mousemove", "--", x, y, "click", button)
 
     def press(self, x, y):
         """Presses the left button on a graph and waits until the system's own loop has taken it."""
-        self.desktop.use_mouse("mousemove", x, y, "mousedown", LEFT_BUTTON)
+        self.desktop.use_mouse("mousemove", "--", x, y, "mousedown", LEFT_BUTTON)
         wait_until(lambda: self.neighbour.mode().moving, f"a drag that begins at {x}, {y}")
 
     def release(self):

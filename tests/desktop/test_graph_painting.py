@@ -66,7 +66,7 @@ class Painting(GraphTest):
 
         # It still shows what comes.
         picture = Picture(self.desktop).part(rects["disk"])
-        self.desktop.write_counters(counters(90, disk_value=9000000))
+        self.desktop.write_counters(counters(90, read=9000000))
         self.assertTrue(self.desktop.send_messages(50, WM_TIMER, CPU_TIMER, DISK_TIMER))
         wait_until(lambda: Picture(self.desktop).part(rects["disk"]) != picture, "a new picture")
 

@@ -12,9 +12,9 @@ namespace {
 // From here on a figure with one decimal would read 1000.0, so the next unit takes over.
 constexpr double NextUnitFrom = 999.95;
 
+/// `text` holds a point.
 std::wstring ReplacePoint(std::wstring text, const std::wstring& separator) {
-    const std::size_t point = text.find(L'.');
-    if (point != std::wstring::npos) text.replace(point, 1, separator);
+    text.replace(text.find(L'.'), 1, separator);
     return text;
 }
 

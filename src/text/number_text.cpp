@@ -46,7 +46,7 @@ std::wstring PadWithZeros(std::wstring digits, std::size_t width) {
     return digits;
 }
 
-/// mantissa * 2^doublings in decimal. The limbs hold nine digits each, the lowest first.
+/// mantissa * 2^doublings in decimal; `mantissa` is not 0. The limbs hold nine digits each, the lowest first.
 std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
     constexpr std::uint64_t LimbBase = 1'000'000'000;
     constexpr std::size_t LimbDigits = 9;
@@ -66,7 +66,7 @@ std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
         }
         if (carry != 0) limbs.push_back(carry);
     }
-    std::wstring text = limbs.empty() ? L"0" : FormatUnsigned(limbs.back());
+    std::wstring text = FormatUnsigned(limbs.back());
     for (std::size_t i = limbs.size(); i-- > 1;) {
         text += PadWithZeros(FormatUnsigned(limbs[i - 1]), LimbDigits);
     }
@@ -77,6 +77,7 @@ std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
 std::wstring FixedDigits(const BinaryParts& parts, int decimals) {
     constexpr std::array<std::uint64_t, MaxFixedDecimals + 1> PowersOfTen = {1, 10, 100, 1000};
     const auto places = static_cast<std::size_t>(decimals);
+    // So large a number is not 0.
     if (parts.exponent >= 0) return FormatWhole(parts.mantissa, parts.exponent) + std::wstring(places, L'0');
     const std::uint64_t scaled = parts.mantissa * PowersOfTen[places];
     return PadWithZeros(FormatUnsigned(DividePowerOfTwo(scaled, -parts.exponent)), places + 1);

@@ -62,6 +62,10 @@ TEST(ScaleMaximum, IsTheGreatestVisibleValueOverAFloor) {
     };
     for (const Row& row : rows)
         EXPECT_EQ(ScaleMaximum(row.view, row.samples), row.maximum) << row.reason;
+
+    GraphView alone = ViewOf(GraphKind::Network, RefTo(down), RefTo(up));
+    alone.twoSeries = false;
+    EXPECT_EQ(ScaleMaximum(alone, 3), 20000) << "the second series does not count where it plays no part";
 }
 
 TEST(ScaleMaximum, FollowsTheCurveThatIsDrawn) {

@@ -95,6 +95,7 @@ TEST(SnapSizedRect, MovesOnlyTheSidesThatAreDragged) {
         {"a corner: each side by itself", {4, 5, 400, 250}, EdgeLeft | EdgeTop, {0, 0, 400, 250}},
         {"the side that is not dragged stays", {3, 4, 400, 250}, EdgeRight | EdgeBottom, {3, 4, 400, 250}},
         {"no side at all", {3, 4, 997, 796}, 0, {3, 4, 997, 796}},
+        {"nothing in reach", {300, 100, 900, 250}, EdgeLeft | EdgeTop, {300, 100, 900, 250}},
         {"left: the snap would leave 199, so it is dropped", {-4, 100, 199, 250}, EdgeLeft, {-4, 100, 199, 250}},
         {"left: the snap leaves exactly 200", {-4, 100, 200, 250}, EdgeLeft, {0, 100, 200, 250}},
         {"right: dropped", {801, 100, 1004, 250}, EdgeRight, {801, 100, 1004, 250}},

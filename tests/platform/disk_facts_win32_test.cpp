@@ -1,4 +1,5 @@
 #include "hardware/disk_facts_win32.h"
+#include "support/real_call_win32.h"
 
 #include <windows.h>
 
@@ -52,12 +53,6 @@ struct FakeMachine {
 FakeMachine fakeMachine;
 
 /// The function of the real system behind a replaced import.
-template <typename Function>
-Function* Real(const char* name) {
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-}
-
 constexpr std::uintptr_t FirstHandle = 0x0FAC'0000;
 
 bool IsFakeHandle(HANDLE handle) {
@@ -69,7 +64,7 @@ bool IsFakeHandle(HANDLE handle) {
 HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                               DWORD disposition, DWORD flags, HANDLE pattern) {
     if (!std::wstring_view(path).starts_with(L"\\\\.\\")) {
-        return Real<decltype(CreateFileW)>("CreateFileW")(path, access, share, security, disposition, flags, pattern);
+        return REAL(L"kernel32", CreateFileW)(path, access, share, security, disposition, flags, pattern);
     }
     EXPECT_EQ(access, 0u);
     EXPECT_EQ(share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
@@ -82,7 +77,7 @@ HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share, SE
 }
 
 BOOL WINAPI FakeCloseHandle(HANDLE handle) {
-    if (!IsFakeHandle(handle)) return Real<decltype(CloseHandle)>("CloseHandle")(handle);
+    if (!IsFakeHandle(handle)) return REAL(L"kernel32", CloseHandle)(handle);
     --fakeMachine.openHandles;
     return TRUE;
 }
@@ -104,8 +99,7 @@ BOOL WINAPI FakeDeviceIoControl(HANDLE handle, DWORD code, void* in, DWORD inByt
                                 DWORD* returned, OVERLAPPED* overlapped) {
     EXPECT_NE(handle, INVALID_HANDLE_VALUE);
     if (!IsFakeHandle(handle)) {
-        return Real<decltype(DeviceIoControl)>("DeviceIoControl")(handle, code, in, inBytes, out, outBytes, returned,
-                                                                  overlapped);
+        return REAL(L"kernel32", DeviceIoControl)(handle, code, in, inBytes, out, outBytes, returned, overlapped);
     }
     const auto index = reinterpret_cast<std::uintptr_t>(handle) - FirstHandle;
     const FakeDevice& device = fakeMachine.devices[fakeMachine.handles.at(index)];

@@ -13,6 +13,7 @@
 #include "app/entry_win32.h"
 #include "app/hidden_window_win32.h"
 #include "support/call_log.h"
+#include "support/real_call_win32.h"
 
 namespace {
 
@@ -47,14 +48,9 @@ struct World {
 };
 World world;
 
-template <typename Function>
-Function* Real(const wchar_t* module, const char* name) {
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(module), name)));
-}
-
 HANDLE WINAPI FakeCreateMutexW(LPSECURITY_ATTRIBUTES attributes, BOOL owner, LPCWSTR name) {
     if (name == nullptr || std::wstring(name) != kestrane::InstanceMutexName) {
-        return Real<decltype(CreateMutexW)>(L"kernel32", "CreateMutexW")(attributes, owner, name);
+        return REAL(L"kernel32", CreateMutexW)(attributes, owner, name);
     }
     NoteCall(owner != FALSE ? "CreateMutex owned" : "CreateMutex");
     SetLastError(world.mutexError);
@@ -63,7 +59,7 @@ HANDLE WINAPI FakeCreateMutexW(LPSECURITY_ATTRIBUTES attributes, BOOL owner, LPC
 
 DWORD WINAPI FakeWaitForSingleObject(HANDLE handle, DWORD milliseconds) {
     if (handle != MutexHandle && handle != ProcessHandle) {
-        return Real<decltype(WaitForSingleObject)>(L"kernel32", "WaitForSingleObject")(handle, milliseconds);
+        return REAL(L"kernel32", WaitForSingleObject)(handle, milliseconds);
     }
     NoteCall((handle == MutexHandle ? "Wait mutex " : "Wait process ") + std::to_string(milliseconds));
     return world.waitResult;
@@ -74,11 +70,11 @@ BOOL WINAPI FakeCloseHandle(HANDLE handle) {
         NoteCall(handle == MutexHandle ? "CloseHandle mutex" : "CloseHandle process");
         return TRUE;
     }
-    return Real<decltype(CloseHandle)>(L"kernel32", "CloseHandle")(handle);
+    return REAL(L"kernel32", CloseHandle)(handle);
 }
 
 BOOL WINAPI FakeReleaseMutex(HANDLE handle) {
-    if (handle != MutexHandle) return Real<decltype(ReleaseMutex)>(L"kernel32", "ReleaseMutex")(handle);
+    if (handle != MutexHandle) return REAL(L"kernel32", ReleaseMutex)(handle);
     NoteCall("ReleaseMutex");
     return TRUE;
 }
@@ -173,23 +169,22 @@ LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD
     EXPECT_EQ(access, 2U);
     EXPECT_EQ(options, 0U);
     if (world.machineKeyStatus != ERROR_SUCCESS) return world.machineKeyStatus;
-    return Real<decltype(RegCreateKeyExW)>(L"advapi32", "RegCreateKeyExW")(root, path, 0, nullptr, options, access,
-                                                                           nullptr, key, disposition);
+    return REAL(L"advapi32", RegCreateKeyExW)(root, path, 0, nullptr, options, access, nullptr, key, disposition);
 }
 
 LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
     if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
-    return Real<decltype(RegSetValueExW)>(L"advapi32", "RegSetValueExW")(key, name, 0, type, data, size);
+    return REAL(L"advapi32", RegSetValueExW)(key, name, 0, type, data, size);
 }
 
 LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
     if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
-    return Real<decltype(RegDeleteValueW)>(L"advapi32", "RegDeleteValueW")(key, name);
+    return REAL(L"advapi32", RegDeleteValueW)(key, name);
 }
 
 DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
     if (!world.longPath) {
-        return Real<decltype(GetModuleFileNameW)>(L"kernel32", "GetModuleFileNameW")(module, path, size);
+        return REAL(L"kernel32", GetModuleFileNameW)(module, path, size);
     }
     std::fill_n(path, size - 1, L'x');
     path[size - 1] = 0;

@@ -16,6 +16,7 @@
 #include "support/geometry_print.h"
 #include "support/graph_picture.h"
 #include "support/graph_series_fixture.h"
+#include "support/real_call_win32.h"
 #include "text/translation.h"
 
 namespace kestrane {
@@ -68,12 +69,6 @@ struct World {
 };
 World world;
 
-template <typename Function>
-Function Real(const wchar_t* library, const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(library), name)));
-}
-#define REAL(library, name) Real<decltype(&(name))>(library, #name)
-
 template <typename Handle>
 Handle Born(const char* kind, Handle handle) {
     world.live[handle] = kind;
@@ -86,13 +81,13 @@ void Closed(void* handle) {
 }
 
 HDC WINAPI FakeCreateCompatibleDC(HDC dc) {
-    static const auto real = REAL(L"gdi32.dll", CreateCompatibleDC);
+    static const auto real = REAL(L"gdi32", CreateCompatibleDC);
     return world.refused == "dc" ? nullptr : Born("dc", real(dc));
 }
 
 BOOL WINAPI FakeDeleteDC(HDC dc) {
     Closed(dc);
-    static const auto real = REAL(L"gdi32.dll", DeleteDC);
+    static const auto real = REAL(L"gdi32", DeleteDC);
     return real(dc);
 }
 
@@ -103,7 +98,7 @@ HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, 
     EXPECT_EQ(info->bmiHeader.biPlanes, 1);
     EXPECT_EQ(info->bmiHeader.biBitCount, 32);
     EXPECT_EQ(info->bmiHeader.biCompression, static_cast<DWORD>(BI_RGB));
-    static const auto real = REAL(L"gdi32.dll", CreateDIBSection);
+    static const auto real = REAL(L"gdi32", CreateDIBSection);
     if (world.refused == "bitmap") return nullptr;
     const HBITMAP bitmap = Born("bitmap", real(dc, info, usage, bits, section, offset));
     if (world.refuseBits) *bits = nullptr;
@@ -117,7 +112,7 @@ HFONT WINAPI FakeCreateFontW(int height, int width, int escapement, int orientat
     EXPECT_EQ(width, 0);
     EXPECT_EQ(escapement, 0);
     EXPECT_EQ(orientation, 0);
-    static const auto real = REAL(L"gdi32.dll", CreateFontW);
+    static const auto real = REAL(L"gdi32", CreateFontW);
     if (world.refused == "font") return nullptr;
     return Born("font", real(height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
                              outPrecision, clipPrecision, quality, pitch, name));
@@ -125,39 +120,39 @@ HFONT WINAPI FakeCreateFontW(int height, int width, int escapement, int orientat
 
 HPEN WINAPI FakeCreatePen(int style, int width, COLORREF color) {
     EXPECT_EQ(style, PS_SOLID);
-    static const auto real = REAL(L"gdi32.dll", CreatePen);
+    static const auto real = REAL(L"gdi32", CreatePen);
     return world.refused == "pen" ? nullptr : Born("pen", real(style, width, color));
 }
 
 HBRUSH WINAPI FakeCreateSolidBrush(COLORREF color) {
-    static const auto real = REAL(L"gdi32.dll", CreateSolidBrush);
+    static const auto real = REAL(L"gdi32", CreateSolidBrush);
     return world.refused == "brush" ? nullptr : Born("brush", real(color));
 }
 
 BOOL WINAPI FakeDeleteObject(HGDIOBJ object) {
     Closed(object);
-    static const auto real = REAL(L"gdi32.dll", DeleteObject);
+    static const auto real = REAL(L"gdi32", DeleteObject);
     const BOOL deleted = real(object);
     EXPECT_TRUE(deleted) << "an object that is still selected is not deleted";
     return deleted;
 }
 
 HGDIOBJ WINAPI FakeSelectObject(HDC dc, HGDIOBJ object) {
-    static const auto real = REAL(L"gdi32.dll", SelectObject);
+    static const auto real = REAL(L"gdi32", SelectObject);
     const auto found = world.live.find(object);
     const bool isBitmap = found != world.live.end() && std::string(found->second) == "bitmap";
     return isBitmap && world.refuseBitmapSelection ? nullptr : real(dc, object);
 }
 
 BOOL WINAPI FakeGetTextMetricsW(HDC dc, LPTEXTMETRICW metrics) {
-    static const auto real = REAL(L"gdi32.dll", GetTextMetricsW);
+    static const auto real = REAL(L"gdi32", GetTextMetricsW);
     if (world.writeText) return real(dc, metrics);
     metrics->tmHeight = -world.fonts.back().height;
     return TRUE;
 }
 
 BOOL WINAPI FakeGetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size) {
-    static const auto real = REAL(L"gdi32.dll", GetTextExtentPoint32W);
+    static const auto real = REAL(L"gdi32", GetTextExtentPoint32W);
     if (world.writeText) return real(dc, text, length, size);
     *size = {6 * length, -world.fonts.back().height};
     return TRUE;
@@ -170,7 +165,7 @@ BOOL WINAPI FakeTextOutW(HDC dc, int x, int y, LPCWSTR text, int length) {
                            SwapRedBlue(GetTextColor(dc)),
                            GetTextAlign(dc),
                            GetBkMode(dc)});
-    static const auto real = REAL(L"gdi32.dll", TextOutW);
+    static const auto real = REAL(L"gdi32", TextOutW);
     return world.writeText ? real(dc, x, y, text, length) : TRUE;
 }
 
@@ -182,13 +177,13 @@ BOOL WINAPI FakePolyline(HDC dc, const POINT* points, int count) {
     world.lines.push_back(
         {static_cast<std::size_t>(count), {last.x, last.y}, SwapRedBlue(pen.lopnColor), pen.lopnWidth.x});
     world.order.push_back("line");
-    static const auto real = REAL(L"gdi32.dll", Polyline);
+    static const auto real = REAL(L"gdi32", Polyline);
     return real(dc, points, count);
 }
 
 BOOL WINAPI FakeGdiFlush() {
     world.order.push_back("flush");
-    static const auto real = REAL(L"gdi32.dll", GdiFlush);
+    static const auto real = REAL(L"gdi32", GdiFlush);
     return real();
 }
 
@@ -196,7 +191,7 @@ BOOL WINAPI FakeBitBlt(HDC target, int x, int y, int width, int height, HDC sour
                        DWORD operation) {
     world.order.push_back("copy");
     EXPECT_EQ(operation, static_cast<DWORD>(SRCCOPY));
-    static const auto real = REAL(L"gdi32.dll", BitBlt);
+    static const auto real = REAL(L"gdi32", BitBlt);
     return real(target, x, y, width, height, source, sourceX, sourceY, operation);
 }
 

@@ -64,7 +64,7 @@ TEST_F(GraphWindowMessages, TakesTheRectangleOfANewDpi) {
 TEST_F(GraphWindowMessages, NothingIsPaintedInAWindowTooSmall) {
     const HWND window = Show(GraphKind::Cpu);
     // Smaller than the least size, as the system can make it all the same.
-    static const auto setPos = REAL(SetWindowPos);
+    static const auto setPos = REAL(L"user32", SetWindowPos);
     for (const auto& [width, height, paints] : {std::tuple{2, 50, 0U}, {50, 2, 0U}, {3, 3, 1U}}) {
         world.paints.clear();
         setPos(window, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOSENDCHANGING);
@@ -306,7 +306,7 @@ TEST_F(GraphWindowDrag, AltTurnsSnappingOff) {
 }
 
 TEST_F(GraphWindowDrag, TheEndStoresThePlaceAndSavesIt) {
-    static const auto setPos = REAL(SetWindowPos);
+    static const auto setPos = REAL(L"user32", SetWindowPos);
     setPos(window_, nullptr, 40, 50, 333, 222, SWP_NOZORDER | SWP_NOACTIVATE);
     EXPECT_TRUE(host_.changes.empty());
     EXPECT_EQ(SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0), 0);

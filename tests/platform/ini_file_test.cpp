@@ -18,6 +18,7 @@
 
 #include "base/handles_win32.h"
 #include "support/random_settings.h"
+#include "support/real_call_win32.h"
 
 namespace {
 
@@ -41,16 +42,8 @@ void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
     world.debugLines.emplace_back(text);
 }
 
-template <typename Function>
-Function KernelFunction(const char* name) {
-    const FARPROC address = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name);
-    Function function = nullptr;
-    std::memcpy(&function, &address, sizeof function);
-    return function;
-}
-
 BOOL WINAPI FakeWritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR path) {
-    static const auto real = KernelFunction<decltype(&WritePrivateProfileStringW)>("WritePrivateProfileStringW");
+    static const auto real = REAL(L"kernel32", WritePrivateProfileStringW);
     const std::wstring name = std::wstring(section) + L"." + key;
     world.writes.push_back(name);
     if (std::ranges::count(world.refused, name) > 0) return FALSE;
@@ -58,7 +51,7 @@ BOOL WINAPI FakeWritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR
 }
 
 DWORD WINAPI FakeGetTempPathW(DWORD length, LPWSTR buffer) {
-    static const auto real = KernelFunction<decltype(&GetTempPathW)>("GetTempPathW");
+    static const auto real = REAL(L"kernel32", GetTempPathW);
     if (world.tempFolderKnown) return real(length, buffer);
     SetLastError(ERROR_PATH_NOT_FOUND);
     return 0;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "base/handles_win32.h"
+#include "support/real_call_win32.h"
 #include "support/recorded_log.h"
 
 namespace kestrane {
@@ -33,15 +34,10 @@ Refusals refusals;
 std::vector<REGSAM> subkeyAccess;
 int openKeys = 0;
 
-template <typename Function>
-Function Real(const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), name)));
-}
-
 LSTATUS WINAPI FakeRegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
     if (!refusals.subkey.empty() && refusals.subkey == name) return ERROR_ACCESS_DENIED;
     if (parent != HKEY_CURRENT_USER) subkeyAccess.push_back(access);
-    static const auto real = Real<decltype(&RegOpenKeyExW)>("RegOpenKeyExW");
+    static const auto real = REAL(L"advapi32", RegOpenKeyExW);
     const LSTATUS result = real(parent, name, options, access, key);
     if (result == ERROR_SUCCESS) ++openKeys;
     return result;
@@ -49,20 +45,20 @@ LSTATUS WINAPI FakeRegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSA
 
 LSTATUS WINAPI FakeRegCloseKey(HKEY key) {
     --openKeys;
-    static const auto real = Real<decltype(&RegCloseKey)>("RegCloseKey");
+    static const auto real = REAL(L"advapi32", RegCloseKey);
     return real(key);
 }
 
 LSTATUS WINAPI FakeRegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
     if (refusals.promotedReads && std::wstring(name) == L"IsPromoted") return ERROR_ACCESS_DENIED;
     if (refusals.pathReads && data != nullptr) return ERROR_MORE_DATA;
-    static const auto real = Real<decltype(&RegQueryValueExW)>("RegQueryValueExW");
+    static const auto real = REAL(L"advapi32", RegQueryValueExW);
     return real(key, name, reserved, type, data, size);
 }
 
 LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
     if (refusals.writes) return ERROR_ACCESS_DENIED;
-    static const auto real = Real<decltype(&RegSetValueExW)>("RegSetValueExW");
+    static const auto real = REAL(L"advapi32", RegSetValueExW);
     return real(key, name, reserved, type, data, size);
 }
 

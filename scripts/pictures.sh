@@ -4,5 +4,5 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh
 cmake --preset windows >/dev/null
-cmake --build --preset windows --target kestrane recorder scripted_pdh scripted_iphlpapi
+cmake --build --preset windows --target kestrane recorder neighbour scripted_pdh scripted_iphlpapi
 /usr/bin/python3 tests/desktop/pictures.py docs

@@ -4,56 +4,78 @@
     pictures.py FOLDER
 """
 
-import math
 import pathlib
 import random
 import subprocess
 import sys
 import time
 
-from harness import CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER, NIM_DELETE, Desktop, every
+from harness import CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER, TASKBAR_DESKTOP, Desktop, every, wait_until
+from onscreen import GRAPH_CLASS, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture, all_open, shows_readout
 from show import latest_changes, save_icons
 
 TOTAL = r"\Processor Information(_Total)\% Processor Utility"
 CORES = r"\Processor Information(*)\% Processor Utility"
 DISK = r"\PhysicalDisk(*)"
 
-TICKS = 445
+TICKS = 420
 TICK_SECONDS = 0.05
 CORE_COUNT = 8
 ETHERNET, UP, HARDWARE = 6, 1, 1
 
-# The taskbar's colour: as dark as that of Windows, for which the colours of the icons are made.
-DARK = ("Control Panel\\\\Colors", '"Menu"="32 32 32"')
+# The taskbar as dark as that of Windows, for which the colours of the icons are made; and without the buttons that
+# Wine gives to tool windows too.
+COLORS = "Control Panel\\\\Colors"
+BUTTON_PARTS = ("Face", "Text", "Hilight", "Shadow", "Light", "DkShadow", "AlternateFace")
+DARK = [(COLORS, f'"{name}"="32 32 32"') for name in ("Menu", "Hilight", *("Button" + part for part in BUTTON_PARTS))]
 
-# Above the icons, one over the other; and the corner of the screen that holds them all.
-GRAPHS = {"cpu": (840, 292), "disk": (840, 452), "network": (840, 612)}
-GRAPH_WIDTH, GRAPH_HEIGHT = 430, 150
-CORNER = "480x540+800+260"
+# Wine copies the images of a menu without looking at what is transparent: on black it looks as on Windows.
+BLACK_MENU = [(COLORS, '"Menu"="0 0 0"\n"MenuText"="255 255 255"')]
+
+# Where the graphs stand, and the part of the screen that holds them and the icons.
+GRAPHS = {"cpu": (452, 408, 400, 360), "disk": (864, 408, 400, 174), "network": (864, 594, 400, 174)}
+LEFT, TOP, RIGHT, BOTTOM = 440, 396, 1280, 800
 
 
-def settings():
+def settings(*cpu_keys):
     text = every(10000)  # the ticks come from here
-    for section, (x, y) in GRAPHS.items():
-        place = f"graph=1\nx={x}\ny={y}\nwidth={GRAPH_WIDTH}\nheight={GRAPH_HEIGHT}\n"
-        text = text.replace(f"[{section}]\n", f"[{section}]\n{place}style=lines\nfill=40\nsmoothing=1\n")
-    return text
+    for section, (x, y, width, height) in GRAPHS.items():
+        place = f"graph=1\nx={x}\ny={y}\nwidth={width}\nheight={height}\nstyle=lines\nsmoothing=1\nfill=50\n"
+        text = text.replace(f"[{section}]\n", f"[{section}]\n{place}")
+    return text.replace("[cpu]\n", "[cpu]\n" + "".join(key + "\n" for key in cpu_keys))
+
+
+# With this seed all four icons have something to show at the end.
+SEED = 159
+chance = random.Random()
+
+
+class Load:
+    """A load between 0 and 1 that wanders about a level of its own, which changes now and then."""
+
+    def __init__(self, chance, calm, busy):
+        self._chance, self._calm, self._busy = chance, calm, busy
+        self._level = self._value = calm
+
+    def next(self):
+        if chance.random() < self._chance:
+            self._level = chance.choice((self._calm, self._calm, chance.uniform(self._calm, self._busy)))
+        self._value += 0.22 * (self._level - self._value) + chance.gauss(0, 0.02 + 0.05 * self._value)
+        self._value = max(0.0, min(1.0, self._value))
+        return self._value
 
 
 class Machine:
-    """Loads that wander, with bursts."""
-
     def __init__(self):
-        self._random = random.Random(7)
+        chance.seed(SEED)
+        self._cores = [Load(0.05, 0.08, 0.95) for _ in range(CORE_COUNT)]
+        self._read, self._write = Load(0.06, 0.02, 0.9), Load(0.06, 0.02, 0.8)
+        self._down, self._up = Load(0.05, 0.02, 0.95), Load(0.05, 0.02, 0.6)
         self._received = self._sent = 0
 
-    def _wave(self, tick, period, phase):
-        wave = 0.5 + 0.5 * math.sin(2 * math.pi * (tick / period + phase))
-        return max(0.0, min(1.0, wave**3 + self._random.gauss(0, 0.06)))
-
-    def counters(self, tick):
-        cores = [100 * self._wave(tick, 110, core / 20) for core in range(CORE_COUNT)]
-        read, write = self._wave(tick, 90, 0.1), self._wave(tick, 60, 0.6)
+    def counters(self):
+        cores = [100 * core.next() for core in self._cores]
+        read, write = self._read.next(), self._write.next()
         busy = 100 * min(1.0, 0.7 * read + 0.5 * write)
         lines = [f"value|{CORES}|0,{core}|{percent:.2f}|0" for core, percent in enumerate(cores)]
         lines.append(f"value|{TOTAL}||{sum(cores) / CORE_COUNT:.2f}|0")
@@ -62,37 +84,90 @@ class Machine:
             ("% Disk Read Time", 70 * read),
             ("% Disk Write Time", 50 * write),
             ("Disk Read Bytes/sec", 180e6 * read),
-            ("Disk Write Bytes/sec", 90e6 * write),
+            ("Disk Write Bytes/sec", 120e6 * write),
         ):
             lines.append(f"value|{DISK}\\{name}|0 C:|{value:.2f}|0")
         return lines
 
-    def network(self, tick):
-        self._received += int(TICK_SECONDS * 9e6 * self._wave(tick, 110, 0.3))
-        self._sent += int(TICK_SECONDS * 3e6 * self._wave(tick, 80, 0.7))
+    def network(self):
+        self._received += int(TICK_SECONDS * 9e6 * self._down.next())
+        self._sent += int(TICK_SECONDS * 6e6 * self._up.next())
         return [f"row|1|Ethernet|{ETHERNET}|{UP}|{HARDWARE}|{self._received}|{self._sent}"]
+
+
+class Scene:
+    """The made-up machine's desktop, with a taskbar and three graphs full of history."""
+
+    def __init__(self, language, *cpu_keys):
+        machine = Machine()
+        self.desktop = Desktop(language, counters=machine.counters(), network=machine.network(), registry=DARK)
+        self.desktop.write_ini(settings(*cpu_keys))
+        self.shell = self.desktop.start_taskbar()
+        self.neighbour = Neighbour(self.desktop, TASKBAR_DESKTOP)
+        self.desktop.start_kestrane_at_taskbar()
+        wait_until(lambda: len(self.neighbour.windows(GRAPH_CLASS)) == len(GRAPHS), "three graphs")
+        for _ in range(TICKS):
+            self.desktop.write_counters(machine.counters())
+            self.desktop.write_network(machine.network())
+            for timer in (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER):
+                self.shell.command(f"tick {timer}")
+            time.sleep(TICK_SECONDS)
+
+    def save(self, path, left=LEFT, top=TOP, right=RIGHT, bottom=BOTTOM):
+        save_part(self.desktop, path, (left, top, right, bottom))
+
+    def save_readout(self, kind, dx, dy, path):
+        """A graph with the mouse at this point of it, and with what it tells of that."""
+        x, y, width, height = GRAPHS[kind]
+        rect = x, y, x + width, y + height
+        self.desktop.use_mouse("mousemove", x + dx, y + dy)
+        wait_until(lambda: shows_readout(Picture(self.desktop), rect), "a readout")
+        self.save(path, *rect)
+
+
+def save_part(desktop, path, rect):
+    left, top, right, bottom = rect
+    desktop.take_screenshot(path)
+    part = f"{right - left}x{bottom - top}+{left}+{top}"
+    subprocess.run(["mogrify", "-crop", part, "+repage", "+dither", "-colors", "255", str(path)], check=True)
+
+
+def save_desktops(folder):
+    english = Scene("en_US", "per_core=1")
+    with english.desktop:
+        english.save(folder / "desktop.png")
+        save_icons(latest_changes(english.shell), folder / "icons.png")
+        readouts = [folder / "graphs-cpu.png", folder / "graphs-disk.png"]
+        english.save_readout("cpu", 255, 60, readouts[0])
+        english.save_readout("disk", 260, 90, readouts[1])
+    command = ["convert", "-alpha", "set", "-background", "none", "-gravity", "center", *map(str, readouts), "+smush", "12"]
+    subprocess.run([*command, "-colors", "255", str(folder / "graphs.png")], check=True)
+    for path in readouts:
+        path.unlink()
+
+    spanish = Scene("es_ES")
+    with spanish.desktop:
+        spanish.save(folder / "desktop-es.png")
+
+
+def save_menu(folder):
+    with Desktop("en_US", dpi=192, registry=BLACK_MENU) as desktop:
+        desktop.write_ini(all_open("pinned=1").replace("pinned=1", "pinned=0", 2))
+        shell, neighbour = desktop.start_recorder(), Neighbour(desktop)
+        desktop.start_kestrane()
+        wait_until(lambda: len(neighbour.windows(GRAPH_CLASS)) == len(GRAPHS), "three graphs")
+        shell.command(f"callback 1 {WM_CONTEXTMENU} 700 300")
+        menu = wait_until(lambda: neighbour.find(MENU_CLASS), "the menu")
+        blank = lambda: len(set(Picture(desktop).column(menu.rect[0] + 100, menu.rect[1] + 4, menu.rect[3] - 4))) < 3
+        wait_until(lambda: not blank(), "the entries of the menu")
+        save_part(desktop, folder / "menu.png", menu.rect)
 
 
 def main():
     folder = pathlib.Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
-    machine = Machine()
-    with Desktop(language="en_US", counters=machine.counters(0), network=machine.network(0), registry=[DARK]) as desktop:
-        desktop.write_ini(settings())
-        shell = desktop.start_taskbar()
-        desktop.start_kestrane_at_taskbar()
-        shell.wait_for_ticks(2, icon=4, start=0)
-        for tick in range(TICKS):
-            desktop.write_counters(machine.counters(tick))
-            desktop.write_network(machine.network(tick))
-            for timer in (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER):
-                shell.command(f"tick {timer}")
-            time.sleep(TICK_SECONDS)
-        desktop.take_screenshot(folder / "desktop.png")
-        subprocess.run(["mogrify", "-crop", CORNER, "+repage", str(folder / "desktop.png")], check=True)
-        save_icons(latest_changes(shell), folder / "icons.png")
-        desktop.start_kestrane_at_taskbar("--exit")
-        shell.wait_for_count(4, lambda call: call.message == NIM_DELETE and call.answer)
+    save_desktops(folder)
+    save_menu(folder)
 
 
 if __name__ == "__main__":

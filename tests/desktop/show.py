@@ -15,7 +15,7 @@ from harness import NIM_DELETE, NIM_MODIFY, Desktop, every, pixels
 # So many ticks fill the history of an icon of 16 columns.
 TICKS = 18
 
-ENLARGED = "1000%"
+ENLARGED = "800%"
 BEHIND_ICONS = "#303030"
 
 

@@ -77,7 +77,7 @@ class Soak(GraphTest):
 
     def assert_graphs_show_what_comes(self):
         before = Picture(self.desktop)
-        self.desktop.write_counters(counters(90, disk_value=90000000))
+        self.desktop.write_counters(counters(90, read=90000000, write=90000000))
         self.assertTrue(self.desktop.send_messages(100, WM_TIMER, CPU_TIMER, DISK_TIMER))
         for kind in ("cpu", "disk"):
             place = PLACES[kind]

@@ -12,5 +12,11 @@ fi
 source scripts/wine-env.sh
 # This one stays, and with it the settings.
 export WINEPREFIX=${WINEPREFIX:-$root/build/wine/prefix}
-[ -e "$WINEPREFIX/system.reg" ] || copy_prefix "$WINEPREFIX"
+if [ ! -e "$WINEPREFIX/system.reg" ]; then
+    copy_prefix "$WINEPREFIX"
+    # As dark as on Windows, for which the colours of the icons are made.
+    for color in "Menu=32 32 32" "MenuText=255 255 255"; do
+        wine reg add 'HKCU\Control Panel\Colors' /v "${color%%=*}" /d "${color#*=}" /f >/dev/null 2>&1
+    done
+fi
 exec wine explorer /desktop=shell,1280x800 "Z:${root//\//\\}\\build\\windows\\kestrane.exe"

@@ -38,6 +38,10 @@ HIDDEN_WINDOW = "kestrane.hidden"
 # Wine shows a taskbar in the desktop of this name alone.
 TASKBAR_DESKTOP = "shell"
 
+# Wine's taskbar and menus are white; those of Windows, for which the colours of the icons are made, are dark.
+COLORS = "Control Panel\\\\Colors"
+DARK_TASKBAR = [(COLORS, '"Menu"="32 32 32"'), (COLORS, '"MenuText"="255 255 255"')]
+
 
 def wait_until(condition, what, timeout=TIMEOUT):
     """The first true value of `condition()`; an AssertionError that says `what` was missing, when time is up."""

@@ -10,7 +10,18 @@ import subprocess
 import sys
 import time
 
-from harness import CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER, TASKBAR_DESKTOP, Desktop, every, wait_until
+from harness import (
+    COLORS,
+    CPU_TIMER,
+    DARK_TASKBAR,
+    DISK_TIMER,
+    MEMORY_TIMER,
+    NETWORK_TIMER,
+    TASKBAR_DESKTOP,
+    Desktop,
+    every,
+    wait_until,
+)
 from onscreen import GRAPH_CLASS, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture, all_open, shows_readout
 from show import latest_changes, save_icons
 
@@ -25,9 +36,9 @@ ETHERNET, UP, HARDWARE = 6, 1, 1
 
 # The taskbar as dark as that of Windows, for which the colours of the icons are made; and without the buttons that
 # Wine gives to tool windows too.
-COLORS = "Control Panel\\\\Colors"
 BUTTON_PARTS = ("Face", "Text", "Hilight", "Shadow", "Light", "DkShadow", "AlternateFace")
-DARK = [(COLORS, f'"{name}"="32 32 32"') for name in ("Menu", "Hilight", *("Button" + part for part in BUTTON_PARTS))]
+HIDDEN_BUTTONS = [(COLORS, f'"{name}"="32 32 32"') for name in ("Hilight", *("Button" + part for part in BUTTON_PARTS))]
+DARK = DARK_TASKBAR + HIDDEN_BUTTONS
 
 # Wine copies the images of a menu without looking at what is transparent: on black it looks as on Windows.
 BLACK_MENU = [(COLORS, '"Menu"="0 0 0"\n"MenuText"="255 255 255"')]

@@ -10,7 +10,7 @@ import pathlib
 import subprocess
 import sys
 
-from harness import NIM_DELETE, NIM_MODIFY, Desktop, every, pixels
+from harness import DARK_TASKBAR, NIM_DELETE, NIM_MODIFY, Desktop, every, pixels
 
 # So many ticks fill the history of an icon of 16 columns.
 TICKS = 18
@@ -48,7 +48,7 @@ def latest_changes(shell):
 
 def main():
     folder = pathlib.Path(sys.argv[1])
-    with Desktop(language=caller_language()) as desktop:
+    with Desktop(language=caller_language(), registry=DARK_TASKBAR) as desktop:
         desktop.write_ini(every(500))
         shell = desktop.start_taskbar()
         desktop.start_kestrane_at_taskbar()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Fuzzes every parser: scripts/fuzz.sh [SECONDS], 60 seconds each by default. Inputs that reach new code are kept in
+# Fuzzes every target: scripts/fuzz.sh [SECONDS], 60 seconds each by default. Inputs that reach new code are kept in
 # build/fuzz/corpus, so a second run goes on from there; a finding stays in build/fuzz/findings and makes this script
 # fail. A finding is mended together with a copy of it in tests/fuzz/seeds, which the ordinary tests replay.
 set -euo pipefail

@@ -47,6 +47,39 @@ inline std::vector<std::wstring> WideLines(Bytes bytes) {
     return lines;
 }
 
+/// Hands out the input in pieces, for targets that take numbers and no text. Behind the end there are zeros.
+class ByteSource {
+  public:
+    explicit ByteSource(Bytes input) : rest(input) {}
+
+    bool Empty() const { return rest.empty(); }
+
+    std::uint8_t Byte() {
+        if (rest.empty()) return 0;
+        const std::uint8_t byte = rest.front();
+        rest = rest.subspan(1);
+        return byte;
+    }
+
+    bool Flag() { return (Byte() & 1) != 0; }
+
+    /// `count` bytes, the highest first.
+    std::uint64_t Bits(int count) {
+        std::uint64_t bits = 0;
+        for (int i = 0; i < count; ++i)
+            bits = bits << 8 | Byte();
+        return bits;
+    }
+
+    /// Two bytes' worth of numbers from `low` to `high`.
+    std::int32_t Number(std::int32_t low, std::int32_t high) {
+        return low + static_cast<std::int32_t>(Bits(2)) % (high - low + 1);
+    }
+
+  private:
+    Bytes rest;
+};
+
 }  // namespace kestrane::fuzz
 
 #ifdef KESTRANE_FUZZ

@@ -13,32 +13,27 @@ using fuzz::Require;
 
 constexpr std::size_t RowBytes = 20;
 
-std::uint64_t NumberAt(fuzz::Bytes bytes, std::size_t offset) {
-    std::uint64_t number = 0;
-    for (std::size_t i = 0; i < 8; ++i)
-        number = number << 8 | bytes[offset + i];
-    return number;
-}
-
 /// Key and flags in two bytes, a letter for a name, then the two octet counts.
-NetRow MakeRow(fuzz::Bytes bytes) {
+NetRow MakeRow(fuzz::ByteSource source) {
     NetRow row;
-    row.key = bytes[0];
-    row.operUp = (bytes[1] & 1) != 0;
-    row.hardware = (bytes[1] & 2) != 0;
-    row.filter = (bytes[1] & 4) != 0;
-    row.loopback = (bytes[1] & 8) != 0;
-    row.tunnel = (bytes[1] & 16) != 0;
-    row.alias.assign(bytes[2] % 4, static_cast<wchar_t>(L'a' + bytes[3] % 8));
-    row.inOctets = NumberAt(bytes, 4);
-    row.outOctets = NumberAt(bytes, 12);
+    row.key = source.Byte();
+    const std::uint8_t flags = source.Byte();
+    row.operUp = (flags & 1) != 0;
+    row.hardware = (flags & 2) != 0;
+    row.filter = (flags & 4) != 0;
+    row.loopback = (flags & 8) != 0;
+    row.tunnel = (flags & 16) != 0;
+    const std::size_t length = source.Byte() % 4;
+    row.alias.assign(length, static_cast<wchar_t>(L'a' + source.Byte() % 8));
+    row.inOctets = source.Bits(8);
+    row.outOctets = source.Bits(8);
     return row;
 }
 
 std::vector<NetRow> MakeRows(fuzz::Bytes bytes) {
     std::vector<NetRow> rows;
     for (; bytes.size() >= RowBytes; bytes = bytes.subspan(RowBytes))
-        rows.push_back(MakeRow(bytes));
+        rows.push_back(MakeRow(fuzz::ByteSource(bytes)));
     return rows;
 }
 

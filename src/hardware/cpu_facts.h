@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "hardware/byte_reader.h"
+#include "base/byte_reader.h"
 
 namespace kestrane {
 

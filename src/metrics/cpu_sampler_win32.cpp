@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "metrics/counter_items.h"
 #include "metrics/cpu_rules.h"
 
 namespace kestrane {

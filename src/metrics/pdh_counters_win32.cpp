@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
-#include <string>
-#include <string_view>
+#include <cstdint>
 
 #include "base/debug_log_win32.h"
 #include "base/owned.h"
+#include "metrics/counter_items.h"
 
 namespace kestrane {
 namespace {
@@ -30,6 +29,10 @@ constexpr std::array<DiskCounterRow, 5> DiskCounterRows{{
     {L"\\PhysicalDisk(*)\\Disk Read Bytes/sec", &PdhCounters::diskReadBytesCounter},
     {L"\\PhysicalDisk(*)\\Disk Write Bytes/sec", &PdhCounters::diskWriteBytesCounter},
 }};
+
+using Item = PDH_FMT_COUNTERVALUE_ITEM_W;
+static_assert(sizeof(Item) == CounterItemBytes && offsetof(Item, FmtValue.CStatus) == CounterItemStatus &&
+              offsetof(Item, FmtValue.doubleValue) == CounterItemValue);
 
 struct QueryTraits {
     using Handle = PDH_HQUERY;
@@ -85,49 +88,6 @@ void OpenDiskCounters(PdhCounters& counters) {
     counters.diskReady = true;
 }
 
-/// An answer of PdhGetFormattedCounterArrayW: the items, and behind them, in the same bytes, their names.
-class CounterArray {
-  public:
-    explicit CounterArray(DWORD bytes)
-        : bytes_(bytes), items_(std::max<std::size_t>((bytes + sizeof(Item) - 1) / sizeof(Item), 1)) {}
-
-    bool Fetch(PDH_HCOUNTER counter) {
-        DWORD bytes = bytes_;
-        DWORD count = 0;
-        if (PdhGetFormattedCounterArrayW(counter, CounterFormat, &bytes, &count, items_.data()) != ERROR_SUCCESS) {
-            return false;
-        }
-        count_ = std::min<std::size_t>(count, bytes_ / sizeof(Item));
-        return true;
-    }
-
-    std::vector<CounterValue> Values() const {
-        std::vector<CounterValue> values;
-        for (std::size_t i = 0; i < count_; ++i) {
-            const Item& item = items_[i];
-            if (!IsUsableStatus(item.FmtValue.CStatus)) continue;
-            const auto name = NameAt(item.szName);
-            if (name) values.push_back({std::wstring(*name), item.FmtValue.doubleValue});
-        }
-        return values;
-    }
-
-  private:
-    using Item = PDH_FMT_COUNTERVALUE_ITEM_W;
-
-    /// The text at `name`, up to its zero and never beyond the buffer; none if `name` does not point into the buffer.
-    std::optional<std::wstring_view> NameAt(const wchar_t* name) const {
-        const auto offset = reinterpret_cast<std::uintptr_t>(name) - reinterpret_cast<std::uintptr_t>(items_.data());
-        if (offset >= bytes_ || offset % sizeof(wchar_t) != 0) return std::nullopt;
-        const std::wstring_view rest(name, (bytes_ - offset) / sizeof(wchar_t));
-        return rest.substr(0, rest.find(L'\0'));
-    }
-
-    DWORD bytes_;
-    std::vector<Item> items_;
-    std::size_t count_ = 0;
-};
-
 }  // namespace
 
 void OpenPdhCounters(PdhCounters& counters) {
@@ -148,14 +108,12 @@ bool ReadCounterArray(PDH_HCOUNTER counter, std::vector<CounterValue>& values) {
     DWORD count = 0;
     const PDH_STATUS status = PdhGetFormattedCounterArrayW(counter, CounterFormat, &bytes, &count, nullptr);
     if (static_cast<DWORD>(status) != PDH_MORE_DATA) return false;
-    CounterArray array(bytes);
-    if (!array.Fetch(counter)) return false;
-    values = array.Values();
+    std::vector<Item> items(std::max<std::size_t>((bytes + sizeof(Item) - 1) / sizeof(Item), 1));
+    const ByteSpan answer(reinterpret_cast<const std::uint8_t*>(items.data()), bytes);
+    if (PdhGetFormattedCounterArrayW(counter, CounterFormat, &bytes, &count, items.data()) != ERROR_SUCCESS)
+        return false;
+    values = ReadCounterItems(answer, reinterpret_cast<std::uintptr_t>(items.data()), count);
     return true;
-}
-
-bool IsUsableStatus(DWORD status) {
-    return status <= PDH_CSTATUS_NEW_DATA;
 }
 
 }  // namespace kestrane

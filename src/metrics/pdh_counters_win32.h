@@ -43,7 +43,4 @@ void ClosePdhCounters(PdhCounters& counters);
 /// the counter cannot be read; `values` is then as it was. A readable counter without instances gives an empty vector.
 bool ReadCounterArray(PDH_HCOUNTER counter, std::vector<CounterValue>& values);
 
-/// A value may be used if its status is valid or new data.
-bool IsUsableStatus(DWORD status);
-
 }  // namespace kestrane

@@ -1,0 +1,123 @@
+#include "metrics/counter_items.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint64_t Address = 0x7FF612345678;
+constexpr std::uint32_t InvalidData = 0xC0000BBA;  // PDH_CSTATUS_INVALID_DATA
+
+/// An answer while it is being put together: items of one name each, the names behind them.
+class Answer {
+  public:
+    explicit Answer(std::size_t items) : bytes_(items * CounterItemBytes) {}
+
+    void Put(std::size_t item, std::uint64_t name, std::uint32_t status, double value) {
+        Write(item * CounterItemBytes, name, 8);
+        Write(item * CounterItemBytes + CounterItemStatus, status, 4);
+        Write(item * CounterItemBytes + CounterItemValue, std::bit_cast<std::uint64_t>(value), 8);
+    }
+
+    /// Where the name now stands, as the system would write it.
+    std::uint64_t Append(std::wstring_view name) {
+        const std::uint64_t place = Address + bytes_.size();
+        for (const wchar_t c : name) {
+            bytes_.push_back(static_cast<std::uint8_t>(c & 0xFF));
+            bytes_.push_back(static_cast<std::uint8_t>(c >> 8));
+        }
+        return place;
+    }
+
+    /// Reads a copy that is just as long as the answer, so that the sanitizer sees each byte read too many.
+    std::vector<CounterValue> Read(std::size_t count) const {
+        const auto exact = std::make_unique<std::uint8_t[]>(bytes_.size());
+        std::ranges::copy(bytes_, exact.get());
+        return ReadCounterItems({exact.get(), bytes_.size()}, Address, count);
+    }
+
+  private:
+    void Write(std::size_t offset, std::uint64_t value, std::size_t size) {
+        for (std::size_t i = 0; i < size; ++i)
+            bytes_.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));
+    }
+
+    std::vector<std::uint8_t> bytes_;
+};
+
+std::vector<std::wstring> NamesOf(const std::vector<CounterValue>& values) {
+    std::vector<std::wstring> names;
+    for (const CounterValue& value : values)
+        names.push_back(value.name);
+    return names;
+}
+
+TEST(CounterItems, AreReadInTheirOrder) {
+    Answer answer(2);
+    answer.Put(0, answer.Append({L"1 D:\0", 5}), 0, 12.5);
+    answer.Put(1, answer.Append({L"0 C: \x00F1\0", 7}), 1, -3);
+    const std::vector<CounterValue> values = answer.Read(2);
+    EXPECT_THAT(NamesOf(values), ElementsAre(L"1 D:", L"0 C: \x00F1"));
+    EXPECT_EQ(values[0].value, 12.5);
+    EXPECT_EQ(values[1].value, -3);
+}
+
+TEST(CounterItems, OfBadStatusAreLeftOut) {
+    Answer answer(3);
+    const std::uint64_t name = answer.Append({L"0 C:\0", 5});
+    answer.Put(0, name, InvalidData, 1);
+    answer.Put(1, name, 2, 2);
+    answer.Put(2, name, 0, 3);
+    const std::vector<CounterValue> values = answer.Read(3);
+    ASSERT_EQ(values.size(), 1u);
+    EXPECT_EQ(values[0].value, 3);
+}
+
+TEST(CounterItems, WithANameElsewhereAreLeftOut) {
+    Answer answer(5);
+    const std::uint64_t name = answer.Append({L"0 C:\0", 5});
+    answer.Put(0, 0, 0, 1);
+    answer.Put(1, Address - 2, 0, 2);
+    answer.Put(2, name + 10, 0, 3);  // behind the last byte
+    answer.Put(3, name + 1, 0, 4);   // between two characters
+    answer.Put(4, name + 2, 0, 5);
+    EXPECT_THAT(NamesOf(answer.Read(5)), ElementsAre(L" C:"));
+}
+
+TEST(CounterItems, ANameWithoutItsZeroEndsWithTheBuffer) {
+    Answer answer(1);
+    answer.Put(0, answer.Append(L"0,_Total"), 0, 1);
+    EXPECT_THAT(NamesOf(answer.Read(1)), ElementsAre(L"0,_Total"));
+}
+
+TEST(CounterItems, AreNoMoreThanFit) {
+    Answer answer(2);
+    const std::uint64_t name = answer.Append({L"a\0", 2});
+    answer.Put(0, name, 0, 1);
+    answer.Put(1, name, 0, 2);
+    EXPECT_EQ(answer.Read(4'000'000'000).size(), 2u);
+    EXPECT_EQ(answer.Read(1).size(), 1u);
+    EXPECT_THAT(answer.Read(0), IsEmpty());
+    EXPECT_THAT(ReadCounterItems({}, Address, 3), IsEmpty());
+}
+
+TEST(IsUsableStatus, TakesValidAndNewDataOnly) {
+    EXPECT_TRUE(IsUsableStatus(0));
+    EXPECT_TRUE(IsUsableStatus(1));
+    EXPECT_FALSE(IsUsableStatus(2));
+    EXPECT_FALSE(IsUsableStatus(InvalidData));
+}
+
+}  // namespace
+}  // namespace kestrane

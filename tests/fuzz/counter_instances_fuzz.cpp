@@ -48,11 +48,20 @@ void CheckProcessors(const std::vector<CounterValue>& values) {
     }
 }
 
+/// Both halves make the busy share, each rounded by itself. Times so large that a product overflows split it anyhow.
+void CheckSplit(const DiskInstance& instance) {
+    if (!(instance.readTime < 1e300 && instance.writeTime < 1e300)) return;
+    const BusySplit split = SplitBusyTime(instance);
+    Require(std::abs(split.readPercent + split.writePercent - RoundPercent(100 - instance.idlePercent)) <= 1);
+}
+
 void CheckBusiest(const std::vector<DiskInstance>& instances) {
     MetricSample sample;
     AggregateBusiestDisks(instances, sample);
     Require(IsPercent(sample.diskReadPercent) && IsPercent(sample.diskWritePercent));
     Require(sample.diskInstanceCount <= instances.size());
+    for (const DiskInstance& instance : instances)
+        CheckSplit(instance);
     Require(sample.diskValid == (sample.diskInstanceCount > 0));
     Require(!DiskTooltipText(sample, {}, L'.').empty());
 }

@@ -1,5 +1,5 @@
 // A graph of any size, style and history under a mouse anywhere: every pixel lies in the buffer, which the sanitizer
-// watches, every curve within the window, and a readout says something of the column under the mouse.
+// watches, every curve within the plot, and a readout says something of the column under the mouse.
 #include <algorithm>
 #include <bit>
 
@@ -90,9 +90,13 @@ HoverState MakeHover(ByteSource& source, const PlotFrame& frame) {
     return {source.Flag(), source.Number(-2, frame.width + 1), source.Number(-2, frame.height + 1)};
 }
 
-void CheckLines(const std::vector<PlotLine>& lines, const PlotFrame& frame) {
+/// In a window without room for a plot a curve still takes the row above the baseline.
+void CheckLines(const std::vector<PlotLine>& lines, const PlotLayout& layout, const PlotFrame& frame) {
+    const std::int32_t top = std::min(layout.plotTop, layout.plotBottom - 1);
     for (const PlotLine& line : lines)
-        Require(std::ranges::all_of(line.points, [&](const Point& p) { return p.x >= 0 && p.x < frame.width; }));
+        Require(std::ranges::all_of(line.points, [&](const Point& p) {
+            return p.x >= 0 && p.x < frame.width && p.y >= top && p.y < layout.plotBottom;
+        }));
 }
 
 void CheckReadout(const std::optional<HoverReadout>& readout, const PixelBuffer& buffer, const GraphView& view,
@@ -118,7 +122,7 @@ void CheckPlot(const PixelBuffer& buffer, const GraphView& view, const GraphSeri
         view, frame, [&](const std::wstring& text) { return static_cast<std::int32_t>(text.size()) * 7; });
     Require(!scale.ticks.empty() && scale.columns >= 0 && scale.columns <= frame.width);
     const PlotWindow window = MakePlotWindow(view, scale);
-    CheckLines(DrawPlot(buffer, view, scale, window, frame.margin), frame);
+    CheckLines(DrawPlot(buffer, view, scale, window, frame.margin), scale.layout, frame);
     CheckReadout(ReadPlot(view, series, scale, window, hover, frame.decimal), buffer, view, hover);
     Require(!PlotLegend(view, static_cast<std::uint64_t>(window.n), frame.decimal).empty());
 }

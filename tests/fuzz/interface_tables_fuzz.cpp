@@ -1,7 +1,6 @@
-// Two ticks of any interface tables, the octets and the clock free to jump: no more interfaces count than were
-// chosen, and a rate is there only when the reading says so.
-#include <array>
-#include <utility>
+// Some ticks of any interface tables, the octets and the clock free to jump: only interfaces that are up count, and of
+// all connections only real ones; no rate comes before the sampler has settled, without growth, or without time.
+#include <algorithm>
 
 #include "fuzz/fuzz_target.h"
 #include "metrics/net_rules.h"
@@ -37,13 +36,33 @@ std::vector<NetRow> MakeRows(fuzz::Bytes bytes) {
     return rows;
 }
 
-void CheckView(const NetView& view, std::size_t choices) {
-    Require(view.counters.size() <= choices);
+bool MayCount(const NetRow& row, bool all) {
+    return row.operUp && (!all || (row.hardware && !row.filter && !row.loopback));
+}
+
+void CheckView(const NetView& view, const std::vector<NetRow>& rows, std::size_t choices) {
+    const bool all = choices == 0;
+    const auto may = [all](const NetRow& row) { return MayCount(row, all); };
+    if (all) Require(view.counters.size() == static_cast<std::size_t>(std::ranges::count_if(rows, may)));
+    if (!all) Require(view.counters.size() <= choices);
+    for (const NetCounters& counted : view.counters)
+        Require(std::ranges::any_of(rows, [&](const NetRow& row) { return row.key == counted.key && may(row); }));
     Require(view.found || !view.connected);
 }
 
-void CheckReading(const NetSample& reading) {
-    if (!reading.hasRates) Require(reading.downBitsPerSec == 0 && reading.upBitsPerSec == 0);
+bool Grows(const std::vector<NetCounters>& before, const std::vector<NetCounters>& now) {
+    const auto pair = [&](const NetCounters& counters) {
+        const auto old = std::ranges::find(before, counters.key, &NetCounters::key);
+        return old != before.end() && (counters.inOctets > old->inOctets || counters.outOctets > old->outOctets);
+    };
+    return std::ranges::any_of(now, pair);
+}
+
+void CheckReading(const NetSampler& before, const NetView& view, const NetSample& reading, std::uint64_t now) {
+    const bool mayMove = reading.hasRates && now != before.lastTick && Grows(before.lastCounters, view.counters);
+    if (!mayMove) Require(reading.downBitsPerSec == 0 && reading.upBitsPerSec == 0);
+    Require(!reading.hasRates || before.settleTicks < 1);
+    Require(before.hasBaseline || !reading.hasRates);
 }
 
 }  // namespace
@@ -62,8 +81,9 @@ FUZZ_TARGET(interface_tables) {
          {input.subspan(2, half - 2), input.subspan(half), input.subspan(2), input.subspan(half)}) {
         const std::vector<NetRow> rows = MakeRows(table);
         const NetView view = SelectInterfaces(rows, chosen, aliases);
-        CheckView(view, chosen.empty() ? rows.size() : chosen.size());
-        CheckReading(AdvanceNetSampler(sampler, view, chosen, now));
-        now = now * 3 - 7;
+        CheckView(view, rows, chosen.size());
+        const NetSampler before = sampler;
+        CheckReading(before, view, AdvanceNetSampler(sampler, view, chosen, now), now);
+        if (input[1] % 4 != 0) now = now * 3 - 7;
     }
 }

@@ -11,6 +11,7 @@ FUZZ_TARGET(processor_records) {
     Require(facts.coreCount >= 0 && facts.threadCount >= 0);
     Require(facts.performanceCores + facts.efficiencyCores == facts.coreCount);
     Require((facts.performanceCores > 0) == (facts.coreCount > 0));
+    Require((facts.threadCount > 0) == !facts.isPerformanceThread.empty());
     Require(facts.l3Megabytes < 4096);
     Require(facts.isPerformanceThread.size() <= 65536 * 64);
     // A table may hold four million flags, and looking at each would be most of the work.

@@ -15,6 +15,9 @@ FUZZ_TARGET(storage_answers) {
     Require(facts.model.size() <= 2 * answer.size() + 1);
     Require(facts.model.empty() || (facts.model.front() != L' ' && facts.model.back() != L'\t'));
     Require(claimed >= 40 || (facts.isFixed && facts.model.empty() && facts.bus.empty()));
+    // A text that would begin behind what was returned is none.
+    const auto begins = [&](std::size_t field) { return U32At(answer, field) > 0 && U32At(answer, field) < claimed; };
+    Require(begins(12) || begins(16) || facts.model.empty());
     Require(answer.size() >= 32 || ParseDiskSize(answer) == 0);
     Require(answer.size() >= 4 || !ParseFirstExtentDisk(answer));
 

@@ -437,10 +437,23 @@ class DesktopTest(unittest.TestCase):
         return self.shell.calls[start : self.shell.command(f"tick {timer}")]
 
 
-def private_kilobytes(process):
+def private_kilobytes(pid):
     """The memory that a running program has for itself alone."""
-    lines = pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text(encoding="ascii").splitlines()
+    lines = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii").splitlines()
     return sum(int(line.split()[1]) for line in lines if line.startswith("Private_"))
+
+
+def wineserver(prefix):
+    """The process id of the server of a prefix; its working folder is named after the prefix's inode."""
+    status = os.stat(prefix)
+    name = f"server-{status.st_dev:x}-{status.st_ino:x}"
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            if os.readlink(process / "cwd").endswith(name) and "wineserver" in (process / "comm").read_text():
+                return int(process.name)
+        except OSError:
+            continue  # it ended meanwhile, or belongs to somebody else
+    raise RuntimeError(f"no Wine server in {name}")
 
 
 def main():

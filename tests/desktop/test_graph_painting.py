@@ -57,9 +57,9 @@ class Painting(GraphTest):
         self.assertTrue(self.desktop.send_messages(200, WM_TIMER, CPU_TIMER, DISK_TIMER))
         self.point_at(*middle_of(rects["cpu"]))  # this graph shows its readout too
         self.paint_views(self.WARM_UP)
-        before, time_before = private_kilobytes(process), processor_seconds(process)
+        before, time_before = private_kilobytes(process.pid), processor_seconds(process)
         self.paint_views(self.PAINTS)
-        after, seconds = private_kilobytes(process), processor_seconds(process) - time_before
+        after, seconds = private_kilobytes(process.pid), processor_seconds(process) - time_before
         print(f"{style}: {3 * self.PAINTS} paints, {seconds:.1f} s, {before} KB before and {after} KB after", flush=True)
         self.assertLessEqual(after - before, self.ALLOWED_GROWTH_KB)
         self.assertGreater(seconds, self.LEAST_SECONDS)

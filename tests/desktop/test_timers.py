@@ -34,10 +34,10 @@ class Timers(DesktopTest):
     def test_many_ticks_leave_the_program_alive_and_its_memory_flat(self):
         process = self.start()
         self.send_ticks(WARM_UP)
-        before = private_kilobytes(process)
+        before = private_kilobytes(process.pid)
         start = self.shell.mark()
         self.send_ticks(TICKS)
-        after = private_kilobytes(process)
+        after = private_kilobytes(process.pid)
         self.assertLessEqual(after - before, ALLOWED_GROWTH_KB, f"{before} KB became {after} KB")
         self.assertIsNone(process.poll())
 

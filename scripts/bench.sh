@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Measures the program against what it cannot do without and against Wine's own task manager: scripts/bench.sh [NAME ...]
 # with the names growth, size, ticks, paint and minute, all by default (some 20 minutes). Prints tables and writes all
-# single figures to build/bench.json. What is compared runs in turn, and the figures are medians of processor time.
+# single figures to build/bench.json, which keeps those of the names that are left out. What is compared runs in turn,
+# and the figures are medians.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh libbenchmark-dev

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
-"""Runs the benchmarks named, or all, prints their tables and writes everything as JSON to the file named first.
+"""Runs the benchmarks named, or all, prints their tables and writes each into the JSON file named first, which keeps
+what it holds of the others.
 
     bench.py FILE [growth] [size] [ticks] [paint] [minute]
 """
 
+import argparse
 import json
 import pathlib
 import sys
@@ -17,28 +19,34 @@ import bench_size
 import bench_ticks
 from table import print_table
 
-MEASURED = {"growth": bench_growth, "ticks": bench_ticks, "paint": bench_paint, "minute": bench_minute}
+MEASURED = {
+    "growth": bench_growth,
+    "size": bench_size,
+    "ticks": bench_ticks,
+    "paint": bench_paint,
+    "minute": bench_minute,
+}
 
 
-def run_size():
-    size = bench_size.run()
-    print_table(f"kestrane.exe has {size['image']} bytes (goal: below 1,000,000), by part", bench_size.COLUMNS,
-                size["parts"])
-    print_table("The largest object files", bench_size.COLUMNS, size["objects"])
-    return size
+def parse_arguments():
+    parser = argparse.ArgumentParser(prog="scripts/bench.sh")
+    parser.add_argument("file", type=pathlib.Path, help=argparse.SUPPRESS)
+    parser.add_argument("names", nargs="*", metavar="NAME", help=", ".join(MEASURED))
+    arguments = parser.parse_args()
+    if unknown := set(arguments.names) - set(MEASURED):
+        parser.error(f"no such benchmark: {', '.join(sorted(unknown))}")
+    return arguments.file, arguments.names or list(MEASURED)
 
 
 def main():
-    target, *names = sys.argv[1:]
-    results = {}
-    for name in names or ("growth", "size", "ticks", "paint", "minute"):
-        if name == "size":
-            results[name] = run_size()
-        else:
-            results[name] = MEASURED[name].run()
-            print_table(MEASURED[name].TITLE, MEASURED[name].COLUMNS, results[name])
+    file, names = parse_arguments()
+    results = json.loads(file.read_text(encoding="utf-8")) if file.exists() else {}
+    for name in names:
+        results[name] = MEASURED[name].run()
+        for title, columns, rows in MEASURED[name].tables(results[name]):
+            print_table(title, columns, rows)
         sys.stdout.flush()
-    pathlib.Path(target).write_text(json.dumps(results, indent=1), encoding="utf-8")
+        file.write_text(json.dumps(results, indent=1), encoding="utf-8")
 
 
 if __name__ == "__main__":

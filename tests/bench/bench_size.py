@@ -55,4 +55,7 @@ def run(objects=25):
             "objects": sum_up((f"{part}: {name}", size) for part, name, size in parts)[:objects]}
 
 
-COLUMNS = ("what", "bytes")
+def tables(size):
+    title = f"kestrane.exe has {size['image']} bytes (goal: below 1,000,000), by part"
+    columns = ("what", "bytes")
+    return [(title, columns, size["parts"]), ("The largest object files", columns, size["objects"])]

@@ -72,6 +72,7 @@ void Translate(benchmark::State& state) {
     const std::wstring text = row < TranslationTable.size() ? TranslationTable[row].spanish : L"Disco {0} sin fila";
     for (auto _ : state)
         benchmark::DoNotOptimize(Tr(text.c_str()));
+    state.SetComplexityN(state.range(0) + 1);
     SetLanguage(ActiveSpanish);
 }
 BENCHMARK(Translate)
@@ -79,7 +80,8 @@ BENCHMARK(Translate)
     ->Arg(0)
     ->Arg(static_cast<std::int64_t>(TranslationRowCount) / 2)
     ->Arg(static_cast<std::int64_t>(TranslationRowCount) - 1)
-    ->Arg(static_cast<std::int64_t>(TranslationRowCount));
+    ->Arg(static_cast<std::int64_t>(TranslationRowCount))
+    ->Complexity();
 
 }  // namespace
 }  // namespace kestrane

@@ -1,4 +1,4 @@
-"""What a running process has cost: processor time to the nanosecond, memory, threads; and of Wine's server too."""
+"""What a running process has cost: processor time to the nanosecond, memory, threads."""
 
 import os
 import pathlib
@@ -20,32 +20,16 @@ def cpu_seconds(pid):
 
 
 def memory_kilobytes(pid):
-    """Private and resident memory."""
-    sizes = {"private": 0, "resident": 0}
-    for line in pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii").splitlines():
-        field, *words = line.split()
-        if field.startswith("Private_"):
-            sizes["private"] += int(words[0])
-        elif field == "Rss:":
-            sizes["resident"] = int(words[0])
-    return sizes
+    """Private memory, which the process has written and no other shares, and resident memory."""
+    sizes = {}
+    for line in pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii").splitlines()[1:]:
+        field, size, _ = line.split()
+        sizes[field] = int(size)
+    return {"private": sizes["Private_Dirty:"], "resident": sizes["Rss:"]}
 
 
 def thread_count(pid):
     return len(os.listdir(f"/proc/{pid}/task"))
-
-
-def wineserver(prefix):
-    """The process id of the server of a prefix; its working folder is named after the prefix's inode."""
-    status = os.stat(prefix)
-    name = f"server-{status.st_dev:x}-{status.st_ino:x}"
-    for process in pathlib.Path("/proc").glob("[0-9]*"):
-        try:
-            if os.readlink(process / "cwd").endswith(name) and "wineserver" in (process / "comm").read_text():
-                return int(process.name)
-        except OSError:
-            continue  # it ended meanwhile, or belongs to somebody else
-    raise RuntimeError(f"no Wine server in {name}")
 
 
 def median(values):

@@ -41,14 +41,16 @@ struct History {
 struct Graph {
     GraphKind kind = GraphKind::Network;
     bool lines = false;
+    bool activity = false;
     std::uint64_t processors = 0;  // 0: no grid
 };
 
-/// "network bars", "cpu lines", "grid64 lines"
+/// "network bars", "cpu lines", "activity bars" of the disks, "grid64 lines"
 Graph ParseGraph(const std::string& view, const std::string& style) {
     Graph graph;
     graph.lines = style == "lines";
-    if (view != "network") graph.kind = view == "disk" ? GraphKind::Disk : GraphKind::Cpu;
+    graph.activity = view == "activity";
+    if (view != "network") graph.kind = view == "disk" || graph.activity ? GraphKind::Disk : GraphKind::Cpu;
     if (view.starts_with("grid")) graph.processors = std::stoull(view.substr(4));
     return graph;
 }
@@ -57,6 +59,7 @@ AppSettings MakeSettings(const Graph& graph) {
     AppSettings settings = MakeDefaultSettings();
     GraphSettingsOf(settings, graph.kind).style = graph.lines ? 1 : 0;
     settings.per_core = graph.processors > 0;
+    settings.activity = graph.activity;
     return settings;
 }
 
@@ -68,6 +71,8 @@ GraphSeries MakeSeries(const Graph& graph, History& history) {
     } else if (graph.kind == GraphKind::Disk) {
         series.primary.valueRing = &history.read;
         series.secondary.valueRing = &history.write;
+        series.activityRead.valueRing = &history.percent;
+        series.activityWrite.valueRing = &history.percent;
     } else {
         series.primary.valueRing = &history.percent;
     }

@@ -1,6 +1,7 @@
 // The least that a tick of each metric can cost: a window that answers WM_TIMER with only the platform calls that the
 // tick cannot do without. They are the counter read, one icon from a bitmap, and one NIM_MODIFY with an image of the
-// same size; for the memory, whose icon shows a number, also one font and one text. Bitmap, mask and context are kept.
+// same size; for the memory, whose icon shows a number, also one font and one text, unless the tick is a bare one.
+// Bitmap, mask and context are kept.
 #include <winsock2.h>
 #include <ws2ipdef.h>
 // The sockets come before <windows.h>.
@@ -17,7 +18,7 @@
 
 namespace {
 
-enum TimerId : WPARAM { CpuTimer = 1, MemoryTimer = 3, NetworkTimer = 4, DiskTimer = 5 };
+enum TimerId : WPARAM { CpuTimer = 1, MemoryTimer = 3, NetworkTimer = 4, DiskTimer = 5, BareMemoryTimer = 6 };
 
 constexpr int IconSize = 16;
 
@@ -111,11 +112,16 @@ void ShowIcon(HWND window, UINT id, DWORD message) {
     DestroyIcon(data.hIcon);
 }
 
+void ReadMemory() {
+    MEMORYSTATUSEX memory{};
+    memory.dwLength = sizeof memory;
+    GlobalMemoryStatusEx(&memory);
+}
+
 void ReadMetric(WPARAM timer) {
     FILETIME idle;
     FILETIME kernel;
     FILETIME user;
-    MEMORYSTATUSEX memory{};
     MIB_IF_TABLE2* table = nullptr;
     switch (timer) {
         case CpuTimer:
@@ -126,9 +132,11 @@ void ReadMetric(WPARAM timer) {
             ReadCounters(diskCounters);
             break;
         case MemoryTimer:
-            memory.dwLength = sizeof memory;
-            GlobalMemoryStatusEx(&memory);
+            ReadMemory();
             DrawNumber();
+            break;
+        case BareMemoryTimer:
+            ReadMemory();
             break;
         default:
             if (GetIfTable2(&table) == NO_ERROR) FreeMibTable(table);
@@ -137,10 +145,9 @@ void ReadMetric(WPARAM timer) {
 
 LRESULT CALLBACK FloorProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_DESTROY) PostQuitMessage(0);
-    const bool isTick = wParam == CpuTimer || wParam == MemoryTimer || wParam == NetworkTimer || wParam == DiskTimer;
-    if (message != WM_TIMER || !isTick) return DefWindowProcW(window, message, wParam, lParam);
+    if (message != WM_TIMER || wParam > BareMemoryTimer) return DefWindowProcW(window, message, wParam, lParam);
     ReadMetric(wParam);
-    ShowIcon(window, static_cast<UINT>(wParam), NIM_MODIFY);
+    ShowIcon(window, static_cast<UINT>(wParam == BareMemoryTimer ? MemoryTimer : wParam), NIM_MODIFY);
     return 0;
 }
 

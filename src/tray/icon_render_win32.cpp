@@ -32,6 +32,20 @@ BITMAPV5HEADER TopDownHeader(std::int32_t size) {
     return header;
 }
 
+CanvasBitmap MakeBitmap(HDC screen, const Canvas& canvas) {
+    const BITMAPV5HEADER header = TopDownHeader(canvas.size);
+    void* bits = nullptr;
+    UniqueBitmap bitmap(
+        CreateDIBSection(screen, reinterpret_cast<const BITMAPINFO*>(&header), DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!bitmap || bits == nullptr) {
+        LogDebug(L"kestrane: CreateDIBSection ha fallado\n");
+        return {};
+    }
+    auto* const pixels = static_cast<std::uint32_t*>(bits);
+    std::copy(canvas.pixels.begin(), canvas.pixels.end(), pixels);
+    return {std::move(bitmap), pixels};
+}
+
 UniqueFont MakeFont(const TextFont& font, std::int32_t height) {
     return UniqueFont(CreateFontW(-height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
                                   DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
@@ -78,8 +92,8 @@ void DrawFittedText(HDC dc, const PlacedText& placed) {
 }
 
 /// A black bitmap with the text in white, ready to be read; empty if it cannot be made.
-CanvasBitmap MakeTextMask(const PlacedText& placed) {
-    CanvasBitmap mask = CanvasToBitmap(Canvas(placed.size));
+CanvasBitmap MakeTextMask(HDC screen, const PlacedText& placed) {
+    CanvasBitmap mask = MakeBitmap(screen, Canvas(placed.size));
     if (!mask.bitmap) return {};
     {
         const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
@@ -102,18 +116,8 @@ std::uint32_t IconPixelSize(HWND window) {
 }
 
 CanvasBitmap CanvasToBitmap(const Canvas& canvas) {
-    const BITMAPV5HEADER header = TopDownHeader(canvas.size);
     const ScreenDc screen;
-    void* bits = nullptr;
-    UniqueBitmap bitmap(CreateDIBSection(screen.Get(), reinterpret_cast<const BITMAPINFO*>(&header), DIB_RGB_COLORS,
-                                         &bits, nullptr, 0));
-    if (!bitmap || bits == nullptr) {
-        LogDebug(L"kestrane: CreateDIBSection ha fallado\n");
-        return {};
-    }
-    auto* const pixels = static_cast<std::uint32_t*>(bits);
-    std::copy(canvas.pixels.begin(), canvas.pixels.end(), pixels);
-    return {std::move(bitmap), pixels};
+    return MakeBitmap(screen.Get(), canvas);
 }
 
 UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size) {
@@ -131,11 +135,12 @@ UniqueIcon CanvasToIcon(const Canvas& canvas) {
 
 UniqueIcon DrawIconText(const Canvas& canvas, const std::wstring& text, const TextFont& font, ColorValue textColor,
                         std::int32_t top, std::int32_t bottom, bool alignBottom) {
-    const CanvasBitmap base = CanvasToBitmap(canvas);
+    const ScreenDc screen;  // for both bitmaps: asking for it costs more than making one
+    const CanvasBitmap base = MakeBitmap(screen.Get(), canvas);
     if (!base.bitmap) return {};
     if (textColor != ColorNone && !text.empty()) {
         const TextRows rows = ClampTextRows(canvas.size, top, bottom);
-        const CanvasBitmap mask = MakeTextMask({text, font, canvas.size, rows, alignBottom});
+        const CanvasBitmap mask = MakeTextMask(screen.Get(), {text, font, canvas.size, rows, alignBottom});
         if (!mask.bitmap) return {};
         const std::size_t count = canvas.pixels.size();
         ComposeCoverage(std::span(base.pixels, count), std::span<const std::uint32_t>(mask.pixels, count), textColor);

@@ -76,17 +76,22 @@ def start(shell, program):
     return process, time.monotonic() - started
 
 
-def watch(desktop, shell, program, seconds):
+def spent_milliseconds(pids, seconds):
+    """What each process spends in that time."""
+    before = [measure.cpu_seconds(pid) for pid in pids]
+    time.sleep(seconds)
+    return [(measure.cpu_seconds(pid) - start) * 1000 for pid, start in zip(pids, before)]
+
+
+def watch(desktop, shell, program, seconds, idle_server):
+    """`idle_server` is what the server spends in that time without the program."""
     program.set_up()
     process, first_icon = start(shell, program)
     program.settle()
     time.sleep(SETTLE_SECONDS)
-    server = wineserver(desktop.prefix)
-    before = measure.cpu_seconds(process.pid), measure.cpu_seconds(server)
-    time.sleep(seconds)
-    after = measure.cpu_seconds(process.pid), measure.cpu_seconds(server)
+    own, server = spent_milliseconds((process.pid, wineserver(desktop.prefix)), seconds)
     sizes = measure.memory_kilobytes(process.pid)
-    figures = {"cpu ms": (after[0] - before[0]) * 1000, "with server ms": (sum(after) - sum(before)) * 1000,
+    figures = {"cpu ms": own, "with server ms": own + server - idle_server,
                "private KB": sizes["private"], "resident KB": sizes["resident"],
                "threads": measure.thread_count(process.pid), "first icon ms": first_icon * 1000}
     end(desktop, program, process)
@@ -109,8 +114,9 @@ def run(rounds=3, seconds=60):
             end(desktop, program, process)
         samples = {name: [] for name in programs}
         for _ in range(rounds):
+            idle_server, = spent_milliseconds([wineserver(desktop.prefix)], seconds)
             for name, program in programs.items():
-                samples[name].append(watch(desktop, shell, program, seconds))
+                samples[name].append(watch(desktop, shell, program, seconds, idle_server))
     rows = [{"program": name, "samples": runs, **{key: measure.median([run[key] for run in runs]) for key in runs[0]}}
             for name, runs in samples.items()]
     return rows + [ratio_row(rows[0], rows[1]), ratio_row(rows[2], rows[3])]

@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <bit>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/record_bytes.h"
 
 namespace kestrane {
 namespace {
@@ -25,35 +25,25 @@ class Answer {
     explicit Answer(std::size_t items) : bytes_(items * CounterItemBytes) {}
 
     void Put(std::size_t item, std::uint64_t name, std::uint32_t status, double value) {
-        Write(item * CounterItemBytes, name, 8);
-        Write(item * CounterItemBytes + CounterItemStatus, status, 4);
-        Write(item * CounterItemBytes + CounterItemValue, std::bit_cast<std::uint64_t>(value), 8);
+        PutAt(bytes_, item * CounterItemBytes, name, 8);
+        PutAt(bytes_, item * CounterItemBytes + CounterItemStatus, status, 4);
+        PutAt(bytes_, item * CounterItemBytes + CounterItemValue, std::bit_cast<std::uint64_t>(value), 8);
     }
 
     /// Where the name now stands, as the system would write it.
     std::uint64_t Append(std::wstring_view name) {
         const std::uint64_t place = Address + bytes_.size();
-        for (const wchar_t c : name) {
-            bytes_.push_back(static_cast<std::uint8_t>(c & 0xFF));
-            bytes_.push_back(static_cast<std::uint8_t>(c >> 8));
-        }
+        for (const wchar_t c : name)
+            kestrane::Put(bytes_, static_cast<std::uint64_t>(c), 2);
         return place;
     }
 
-    /// Reads a copy that is just as long as the answer, so that the sanitizer sees each byte read too many.
     std::vector<CounterValue> Read(std::size_t count) const {
-        const auto exact = std::make_unique<std::uint8_t[]>(bytes_.size());
-        std::ranges::copy(bytes_, exact.get());
-        return ReadCounterItems({exact.get(), bytes_.size()}, Address, count);
+        return ReadCounterItems(ExactCopy(bytes_).Span(), Address, count);
     }
 
   private:
-    void Write(std::size_t offset, std::uint64_t value, std::size_t size) {
-        for (std::size_t i = 0; i < size; ++i)
-            bytes_.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));
-    }
-
-    std::vector<std::uint8_t> bytes_;
+    Bytes bytes_;
 };
 
 std::vector<std::wstring> NamesOf(const std::vector<CounterValue>& values) {

@@ -5,10 +5,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <numeric>
 #include <random>
 #include <vector>
+
+#include "support/record_bytes.h"
 
 namespace kestrane {
 namespace {
@@ -16,22 +17,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using Bytes = std::vector<std::uint8_t>;
-
 struct GroupMask {
     std::uint16_t group = 0;
     std::uint64_t mask = 0;
 };
-
-void Put(Bytes& bytes, std::uint64_t value, int size) {
-    for (int i = 0; i < size; ++i)
-        bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-}
-
-void PutAt(Bytes& bytes, std::size_t offset, std::uint32_t value) {
-    for (std::size_t i = 0; i < 4; ++i)
-        bytes[offset + i] = static_cast<std::uint8_t>(value >> (8 * i));
-}
 
 /// A record of the given relationship with its size filled in.
 Bytes Record(std::uint32_t relationship, const Bytes& rest) {
@@ -74,15 +63,12 @@ Bytes Other(std::uint32_t relationship, std::size_t size) {
     return Record(relationship, rest);
 }
 
-/// Parses a copy that is just as long as the records, so that the sanitizer sees each byte read too many.
 CpuFacts Parse(const std::vector<Bytes>& records) {
     Bytes all;
     for (const Bytes& record : records)
         all.insert(all.end(), record.begin(), record.end());
-    const auto exact = std::make_unique<std::uint8_t[]>(all.size());
-    std::ranges::copy(all, exact.get());
     CpuFacts facts;
-    ParseProcessorRecords({exact.get(), all.size()}, facts);
+    ParseProcessorRecords(ExactCopy(all).Span(), facts);
     return facts;
 }
 
@@ -190,7 +176,7 @@ TEST(ProcessorRecords, ADamagedRecordEndsTheWalk) {
     };
     // The next record follows where the size says, so that a walk that goes on finds it.
     const auto sized = [](Bytes record, std::uint32_t size) {
-        PutAt(record, 4, size);
+        PutAt(record, 4, size, 4);
         record.resize(std::clamp<std::size_t>(size, 8, record.size()));
         return record;
     };
@@ -223,7 +209,7 @@ TEST(ProcessorRecords, ADamagedRecordEndsTheWalk) {
 
 TEST(ProcessorRecords, ADamagedRecordHidesTheClassesBehindIt) {
     Bytes damaged = Core(0, {{0, 1}});
-    PutAt(damaged, 4, 0);
+    PutAt(damaged, 4, 0, 4);
     const CpuFacts facts = Parse({Core(0, {{0, 1}}), damaged, Core(5, {{0, 2}})});
     EXPECT_EQ(facts.performanceCores, 1);  // the core of class 5 is not seen in either pass
     EXPECT_EQ(facts.efficiencyCores, 0);

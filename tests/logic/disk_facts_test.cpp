@@ -5,24 +5,18 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/record_bytes.h"
 
 namespace kestrane {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-using Bytes = std::vector<std::uint8_t>;
-
-void PutAt(Bytes& bytes, std::size_t offset, std::uint64_t value, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i)
-        bytes.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));
-}
 
 /// A descriptor as drivers return it: the fields, then the texts, each with its zero.
 Bytes Descriptor(std::uint32_t busType, std::string_view vendor, std::string_view product) {
@@ -39,11 +33,8 @@ Bytes Descriptor(std::uint32_t busType, std::string_view vendor, std::string_vie
     return bytes;
 }
 
-/// Parses a copy that is just as long as the bytes, so that the sanitizer sees each byte read too many.
 StorageFacts Parse(const Bytes& bytes, std::size_t returnedBytes) {
-    const auto exact = std::make_unique<std::uint8_t[]>(bytes.size());
-    std::ranges::copy(bytes, exact.get());
-    return ParseStorageDescriptor({exact.get(), bytes.size()}, returnedBytes);
+    return ParseStorageDescriptor(ExactCopy(bytes).Span(), returnedBytes);
 }
 
 StorageFacts Parse(const Bytes& bytes) {

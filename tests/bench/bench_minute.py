@@ -80,7 +80,7 @@ def spent_milliseconds(pids, seconds):
     """What each process spends in that time."""
     before = [measure.cpu_seconds(pid) for pid in pids]
     time.sleep(seconds)
-    return [(measure.cpu_seconds(pid) - start) * 1000 for pid, start in zip(pids, before)]
+    return [(measure.cpu_seconds(pid) - seconds_before) * 1000 for pid, seconds_before in zip(pids, before)]
 
 
 def watch(desktop, shell, program, seconds, idle_server):

@@ -1,22 +1,14 @@
 #include "app/app_win32.h"
 
-#include "app/ticks_win32.h"
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
 #include "hardware/cpu_facts_win32.h"
 #include "hardware/disk_facts_win32.h"
-#include "metrics/cpu_sampler_win32.h"
-#include "metrics/disk_sampler_win32.h"
-#include "metrics/memory_sampler_win32.h"
 
 namespace kestrane {
 
 App::App() {
     OpenPdhCounters(pdhCounters);
-}
-
-App::~App() {
-    ClosePdhCounters(pdhCounters);
 }
 
 void App::OnCreate(HWND created) {
@@ -27,11 +19,11 @@ void App::OnCreate(HWND created) {
     }
     DetectHardware();
     BindGraphSources();
-    EnsureIconRingSize(*this);
+    EnsureIconRingSize();
     ApplyIconVisibility();
-    std::shared_ptr(trayIcons)->AddAll();
+    HeldIcons()->AddAll();
     TakeFirstReadings();
-    OnNetworkTick(*this);
+    OnNetworkTick();
     RefreshAllIcons();
     ApplyTimers();
     ApplyGraphSettings();
@@ -54,15 +46,9 @@ void OnDestroy(HWND window, App* app) {
 }
 
 void App::OnTaskbarCreated() {
-    std::shared_ptr(trayIcons)->ReAddAll();
+    HeldIcons()->ReAddAll();
     RefreshAllIcons();
     RecoverGraphs();
-}
-
-void App::RecoverGraphs() {
-    for (const auto& graph : graphs) {
-        if (graph) graph->RecoverIfOffScreen();
-    }
 }
 
 void App::OnSettingsChanged() {
@@ -71,20 +57,6 @@ void App::OnSettingsChanged() {
     ApplyTimers();
     ApplyGraphSettings();
     RefreshAllIcons();
-}
-
-void App::ApplyIconVisibility() {
-    const auto icons = trayIcons;
-    for (std::uint32_t position = 0; position < settings.show.size(); ++position) {
-        icons->SetVisible(position + 1, settings.show[position]);
-    }
-}
-
-/// They fill `sample` and lay the baselines for the first real tick; no ring gets a point from them.
-void App::TakeFirstReadings() {
-    SampleMemory(sample);
-    SampleCpu(pdhCounters, sample);
-    SampleDisks(pdhCounters, sample);
 }
 
 /// What the samplers and the graphs need to know of the machine; all other facts are read when somebody asks.

@@ -8,11 +8,11 @@
 #include <memory>
 #include <vector>
 
-#include "graph/graph_series.h"
 #include "graph/graph_window_host.h"
 #include "graph/graph_window_win32.h"
-#include "graph/metric_ring.h"
 #include "hardware/disk_facts.h"
+#include "history/metric_ring.h"
+#include "history/series.h"
 #include "metrics/metric_sample.h"
 #include "metrics/net_rules.h"
 #include "metrics/net_sample.h"
@@ -31,7 +31,6 @@ inline constexpr std::uint32_t DefaultIconSize = 16;
 
 struct App final : GraphWindowHost {
     App();
-    ~App() override;
     App(const App&) = delete;
     App& operator=(const App&) = delete;
 
@@ -39,15 +38,35 @@ struct App final : GraphWindowHost {
     void OnCreate(HWND created);
     /// The shell has restarted: all icons are gone and come back with fresh images.
     void OnTaskbarCreated();
-    /// The screen has changed: graphs that no monitor shows any more come back to the taskbar.
-    void RecoverGraphs();
     /// Shows changed settings everywhere. Nothing once the end has begun.
     void OnSettingsChanged();
 
+    // Timers and ticks (app_timers_win32.cpp).
+
     /// Starts or re-periods the sampling timers whose period differs from the one that runs.
     void ApplyTimers();
-    /// Memory has no history: read it and show it.
+    /// One tick of a sampling timer each. A reading that its sampler refuses ends the tick; one of memory or network is
+    /// never refused, and without rates the network gives no point.
+    void OnCpuTick();
+    void OnDiskTick();
     void OnMemoryTick();
+    void OnNetworkTick();
+
+    // Icons (app_icons_win32.cpp).
+
+    /// The icons, held for as long as the shell is asked something about them: while it is, a message of its own can
+    /// bring the end. Empty before the start and after the end.
+    std::shared_ptr<TrayIconSet> HeldIcons() const { return trayIcons; }
+    /// Follows the size of a small icon at the taskbar's DPI.
+    void EnsureIconRingSize();
+    /// Each rebuilds one icon and its text from what is stored, without sampling.
+    void RefreshCpuIcon();
+    void RefreshDiskIcon();
+    void RefreshMemoryIcon();
+    void RefreshNetworkIcon();
+    void RefreshAllIcons();
+
+    // What the user does to the icons (app_tray_win32.cpp).
 
     /// An event of one of the icons, as the shell sends it.
     void OnTrayNotify(WPARAM wParam, LPARAM lParam);
@@ -56,24 +75,20 @@ struct App final : GraphWindowHost {
     /// Builds the menu of an icon, tracks it at a point of the screen and runs what is chosen. One at a time.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
+    // Graphs (app_graphs_win32.cpp).
+
+    /// The screen has changed: graphs that no monitor shows any more come back to the taskbar.
+    void RecoverGraphs();
     void ShowGraphMenu(GraphKind kind, Point screenPoint) override;
     /// A click on the disk graph switches between speed and activity; the other two have no second view.
     void GraphClicked(GraphKind kind) override;
     void GraphStateChanged(GraphKind kind) override;
 
-    /// Each rebuilds one icon and its text from what is stored, without sampling.
-    void RefreshCpuIcon();
-    void RefreshDiskIcon();
-    void RefreshMemoryIcon();
-    void RefreshNetworkIcon();
-    void RefreshAllIcons();
-
     HINSTANCE instance = nullptr;
     HWND window = nullptr;
     UINT taskbarCreatedMessage = 0;
     AppSettings settings;
-    /// From the start to the end. What the shell sends while it is asked something can bring the end, so whoever asks
-    /// it holds a copy for as long.
+    /// From the start to the end; reached through HeldIcons.
     std::shared_ptr<TrayIconSet> trayIcons;
     std::array<std::unique_ptr<GraphWindow>, GraphCount> graphs;
     /// What the graphs read, by GraphKind; only `periodMs` changes after the start.
@@ -112,21 +127,25 @@ struct App final : GraphWindowHost {
     std::array<std::uint64_t, MetricCount> nextClickTick{};
 
   private:
+    void DetectHardware();
+    void RegisterGraphHotkey();
+
+    void TakeFirstReadings();
+
     void ApplyIconVisibility();
-    void ApplyGraphSettings();
-    void ApplyGraph(GraphKind kind);
-    void InvalidateGraph(GraphKind kind);
     void ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text);
-    void BindGraphSources();
-    std::array<bool, GraphCount> ShownGraphs() const;
+
     void OnIconClick(GraphKind kind, std::uint32_t event);
     std::uint32_t ChooseFromTrayMenu(int x, int y);
     void RunCommand(std::uint32_t command);
     void TogglePin(GraphKind kind);
     void ShowAbout();
-    void DetectHardware();
-    void TakeFirstReadings();
-    void RegisterGraphHotkey();
+
+    void BindGraphSources();
+    void ApplyGraphSettings();
+    void ApplyGraph(GraphKind kind);
+    void InvalidateGraph(GraphKind kind);
+    std::array<bool, GraphCount> ShownGraphs() const;
 };
 
 /// WM_DESTROY: stops everything in order and ends the message loop. `app` may be null; then only the timers end.

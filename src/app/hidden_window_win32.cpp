@@ -1,7 +1,6 @@
 #include "app/hidden_window_win32.h"
 
 #include "app/app_win32.h"
-#include "app/ticks_win32.h"
 #include "app/timers.h"
 #include "tray/promotion_win32.h"
 
@@ -22,7 +21,7 @@ LRESULT BindApp(HWND window, LPARAM lParam) {
 void OnTimer(App& app, WPARAM id) {
     switch (id) {
         case CpuTimer:
-            OnCpuTick(app);
+            app.OnCpuTick();
             break;
         case PromotionTimer:
             KillTimer(app.window, PromotionTimer);
@@ -32,10 +31,10 @@ void OnTimer(App& app, WPARAM id) {
             app.OnMemoryTick();
             break;
         case NetworkTimer:
-            OnNetworkTick(app);
+            app.OnNetworkTick();
             break;
         case DiskTimer:
-            OnDiskTick(app);
+            app.OnDiskTick();
             break;
         default:
             break;
@@ -91,7 +90,7 @@ LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
         case WM_QUERYENDSESSION:
             return TRUE;  // the program never objects
         case WM_ENDSESSION:
-            if (wParam != 0 && app != nullptr && app->trayIcons) std::shared_ptr(app->trayIcons)->RemoveAll();
+            if (wParam != 0 && app != nullptr && app->trayIcons) app->HeldIcons()->RemoveAll();
             return 0;
         default:
             break;

@@ -1,5 +1,9 @@
 #include "app/menu_images_win32.h"
 
+#include <utility>
+
+#include "base/dib_win32.h"
+
 namespace kestrane {
 namespace {
 
@@ -9,27 +13,15 @@ UniqueIcon LoadIconResource(std::uint32_t resource, int size) {
     return UniqueIcon(static_cast<HICON>(icon));
 }
 
-/// Top row first, and every pixel transparent at first, so that the icon's own alpha is what the menu blends.
-UniqueBitmap MakeTransparentBitmap(int size) {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = size;
-    info.bmiHeader.biHeight = -size;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    void* bits = nullptr;
-    const ScreenDc screen;
-    return UniqueBitmap(CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-}
-
+/// Every pixel is transparent at first, so the icon's own alpha is what the menu blends.
 UniqueBitmap PaintIcon(HICON icon, int size) {
-    UniqueBitmap bitmap = MakeTransparentBitmap(size);
+    const ScreenDc screen;
+    Dib dib = MakeDib(screen.Get(), size, size, DibFormat::Rgb);
     const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
-    if (!bitmap || !dc) return UniqueBitmap();
-    const SelectedObject selected(dc.Get(), bitmap.Get());
+    if (!dib || !dc) return UniqueBitmap();
+    const SelectedObject selected(dc.Get(), dib.bitmap.Get());
     DrawIconEx(dc.Get(), 0, 0, icon, size, size, 0, nullptr, DI_NORMAL);
-    return bitmap;
+    return std::move(dib.bitmap);
 }
 
 }  // namespace

@@ -3,16 +3,8 @@
 namespace kestrane {
 namespace {
 
-constexpr std::uint32_t CpuIcon = 1;
-constexpr std::uint32_t DiskIcon = 2;
-constexpr std::uint32_t NetworkIcon = 4;
-
 std::int32_t SignedWord(std::uint64_t bits) {
     return static_cast<std::int16_t>(bits & 0xFFFF);
-}
-
-bool HasGraph(std::uint32_t iconId) {
-    return iconId == CpuIcon || iconId == DiskIcon || iconId == NetworkIcon;
 }
 
 }  // namespace
@@ -26,13 +18,8 @@ TrayNotification DecodeTrayNotification(std::uint64_t wParam, std::int64_t lPara
 TrayAction RouteTrayNotification(const TrayNotification& notification) {
     if (notification.event == EventBalloonClick) return TrayAction::OpenUpdate;
     if (notification.event == EventContextMenu) return TrayAction::ShowMenu;
-    if (HasGraph(notification.iconId)) return TrayAction::ClickGraphIcon;
+    if (GraphOfIcon(notification.iconId)) return TrayAction::ClickGraphIcon;
     return notification.event == EventDoubleClick ? TrayAction::OpenTaskManager : TrayAction::None;
-}
-
-GraphKind GraphOfIcon(std::uint32_t iconId) {
-    if (iconId == CpuIcon) return GraphKind::Cpu;
-    return iconId == DiskIcon ? GraphKind::Disk : GraphKind::Network;
 }
 
 bool PassesClickFilter(std::uint32_t event, std::uint64_t now, std::uint32_t doubleClickMs,

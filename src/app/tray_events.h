@@ -30,9 +30,6 @@ enum class TrayAction { None, OpenUpdate, ShowMenu, ClickGraphIcon, OpenTaskMana
 /// What a notification asks for. Only the memory icon, which has no graph, answers a double click with Task Manager.
 TrayAction RouteTrayNotification(const TrayNotification& notification);
 
-/// The graph that belongs to an icon's id; any id without a graph gives Network.
-GraphKind GraphOfIcon(std::uint32_t iconId);
-
 /// The filter against double firing. A double click delivers a select and a double-click event; the first passes and
 /// shuts the door for the system's double-click time. `nextClickTick` is the tick count from which clicks count again.
 bool PassesClickFilter(std::uint32_t event, std::uint64_t now, std::uint32_t doubleClickMs,

@@ -16,6 +16,7 @@ inline constexpr std::uint32_t CommandPerformance = 103;
 /// A pin entry's id is this plus its GraphKind: 104 network, 105 CPU, 106 disk.
 inline constexpr std::uint32_t CommandPinFirst = 104;
 inline constexpr std::uint32_t CommandPinLast = CommandPinFirst + GraphCount - 1;
+static_assert(IndexOf(GraphKind::Network) == 0 && IndexOf(GraphKind::Disk) == GraphCount - 1);
 
 /// Icon resources of the program that the menu shows.
 inline constexpr std::uint32_t ResourcePerformance = 201;

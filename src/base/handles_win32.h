@@ -1,5 +1,5 @@
 #pragma once
-// Owners of the system's objects, one alias a kind, and the two guards that put something back.
+// Owners of the system's objects, one alias a kind, and the guards that put something back.
 #include <windows.h>
 
 #include "base/owned.h"
@@ -74,6 +74,22 @@ class ScreenDc {
     HDC Get() const { return dc_; }
 
   private:
+    HDC dc_;
+};
+
+/// The painting of a window, from BeginPaint to EndPaint: one guard for each WM_PAINT.
+class WindowPaint {
+  public:
+    explicit WindowPaint(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    WindowPaint(const WindowPaint&) = delete;
+    WindowPaint& operator=(const WindowPaint&) = delete;
+    ~WindowPaint() { EndPaint(window_, &paint_); }
+    /// Null if the system gives none.
+    HDC Dc() const { return dc_; }
+
+  private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
     HDC dc_;
 };
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 #include "text/number_text.h"
 
 namespace kestrane {

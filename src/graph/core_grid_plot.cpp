@@ -4,47 +4,34 @@
 
 #include "graph/core_grid.h"
 #include "graph/plot_layout.h"
-#include "graph/smoothing.h"
+#include "history/smoothing.h"
 
 namespace kestrane {
 namespace {
 
 constexpr double FullScale = 100;
 
-/// One processor's cell: its history, its class, and where it is drawn. `bottom` is the row of the lower border, which
-/// a value of 0 stands on; right and borderBottom are exclusive, plotRight is inclusive.
+/// One processor's cell: its history, its class, and where it is drawn.
 struct CorePlot {
     std::size_t processor = 0;
     const MetricRing<double>* ring = nullptr;
     bool isPerformance = true;
     ColorValue color = 0;
-    std::int32_t left = 0;
-    std::int32_t right = 0;
-    std::int32_t plotLeft = 0;
-    std::int32_t plotRight = 0;
-    std::int32_t borderTop = 0;
-    std::int32_t borderBottom = 0;
-    std::int32_t top = 0;
-    std::int32_t bottom = 0;
-    std::int32_t plotHeight = 0;
+    Rect cell;                          // with its border, one pixel wide
+    Rect plot;                          // within the border; `bottom` is the row that a value of 0 stands on
+    std::int32_t plotHeight = 0;        // of a value of 100
     std::vector<double> raw;            // one value a column, zeros where there is no history
     std::vector<std::int32_t> heights;  // the same as they are drawn, in pixels
 };
 
 void PlaceCell(CorePlot& plot, const GridCell& cell, const Point& origin) {
-    plot.left = origin.x + cell.x;
-    plot.right = plot.left + cell.width;
-    plot.plotLeft = plot.left + 1;
-    plot.plotRight = plot.right - 2;
-    plot.borderTop = origin.y + cell.y;
-    plot.borderBottom = plot.borderTop + cell.height;
-    plot.top = plot.borderTop + 1;
-    plot.bottom = plot.borderBottom - 1;
-    plot.plotHeight = std::max(0, plot.bottom - plot.top);
+    plot.cell = RectOf(origin.x + cell.x, origin.y + cell.y, cell.width, cell.height);
+    plot.plot = {plot.cell.left + 1, plot.cell.top + 1, plot.cell.right - 1, plot.cell.bottom - 1};
+    plot.plotHeight = std::max(0, RectHeight(plot.plot));
 }
 
 void ReadCell(CorePlot& plot, std::int32_t smoothing) {
-    const auto columns = static_cast<std::size_t>(std::max(0, plot.plotRight - plot.plotLeft + 1));
+    const auto columns = static_cast<std::size_t>(std::max(0, RectWidth(plot.plot)));
     const SeriesRef ref = {nullptr, plot.ring};
     plot.raw = SmoothedWindow(ref, columns, 0);
     for (const double value : smoothing == 0 ? plot.raw : SmoothedWindow(ref, columns, smoothing))
@@ -58,7 +45,7 @@ std::size_t FirstVisible(const CorePlot& plot) {
 }
 
 std::int32_t ColumnOf(const CorePlot& plot, std::size_t index) {
-    return plot.plotLeft + static_cast<std::int32_t>(index);
+    return plot.plot.left + static_cast<std::int32_t>(index);
 }
 
 double RaiseToVisible(double maximum, const CorePlot& plot) {
@@ -69,18 +56,19 @@ double RaiseToVisible(double maximum, const CorePlot& plot) {
 }
 
 void DrawCoreBars(const PixelBuffer& buffer, const CorePlot& plot) {
-    DrawInBands(buffer, plot.top, plot.bottom, [&plot](const PixelBuffer& band, std::int32_t top) {
+    DrawInBands(buffer, plot.plot.top, plot.plot.bottom, [&plot](const PixelBuffer& band, std::int32_t top) {
         for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i) {
+            const std::int32_t bottom = plot.plot.bottom - top;
             const std::int32_t x = ColumnOf(plot, i);
-            FillPixels(band, x, plot.bottom - plot.heights[i] - top, x + 1, plot.bottom - top, plot.color);
+            FillPixels(band, {x, bottom - plot.heights[i], x + 1, bottom}, plot.color);
         }
     });
 }
 
 void BlendCoreFill(const PixelBuffer& buffer, const CorePlot& plot, double alpha) {
-    DrawInBands(buffer, plot.top, plot.bottom, [&plot, alpha](const PixelBuffer& band, std::int32_t top) {
+    DrawInBands(buffer, plot.plot.top, plot.plot.bottom, [&plot, alpha](const PixelBuffer& band, std::int32_t top) {
         for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i) {
-            const std::int32_t bottom = plot.bottom - top;
+            const std::int32_t bottom = plot.plot.bottom - top;
             BlendColumn(band, ColumnOf(plot, i), bottom - plot.heights[i], bottom, plot.color, alpha);
         }
     });
@@ -89,27 +77,27 @@ void BlendCoreFill(const PixelBuffer& buffer, const CorePlot& plot, double alpha
 PlotLine CoreLine(const CorePlot& plot) {
     PlotLine line = {{}, plot.color};
     for (std::size_t i = FirstVisible(plot); i < plot.heights.size(); ++i)
-        line.points.push_back({ColumnOf(plot, i), CurveRow(plot.bottom, plot.heights[i])});
+        line.points.push_back({ColumnOf(plot, i), CurveRow(plot.plot.bottom, plot.heights[i])});
     return line;
 }
 
 void DrawBorder(const PixelBuffer& buffer, const CorePlot& plot, ColorValue color) {
-    FillPixels(buffer, plot.left, plot.borderTop, plot.right, plot.top, color);
-    FillPixels(buffer, plot.left, plot.bottom, plot.right, plot.borderBottom, color);
-    FillPixels(buffer, plot.left, plot.borderTop, plot.plotLeft, plot.borderBottom, color);
-    FillPixels(buffer, plot.right - 1, plot.borderTop, plot.right, plot.borderBottom, color);
+    const auto [left, top, right, bottom] = plot.cell;
+    FillPixels(buffer, {left, top, right, top + 1}, color);
+    FillPixels(buffer, {left, bottom - 1, right, bottom}, color);
+    FillPixels(buffer, {left, top, left + 1, bottom}, color);
+    FillPixels(buffer, {right - 1, top, right, bottom}, color);
 }
 
 std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::uint32_t periodMs) {
     const std::uint64_t count = plot.ring->count;
-    const std::int32_t index = HoverColumnIndex(x, plot.plotLeft, plot.plotRight, count);
+    const std::int32_t index = HoverColumnIndex(x, plot.plot.left, plot.plot.right - 1, count);
     if (index < 0) return std::nullopt;
     const std::uint64_t age = count - static_cast<std::uint64_t>(index) - 1;
-    const std::int32_t y = CurveRow(plot.bottom, plot.heights[plot.heights.size() - 1 - static_cast<std::size_t>(age)]);
-    return HoverReadout{
-        x,           plot.top,
-        plot.bottom, {{y, plot.color}},
-        y,           CoreReadoutLines(*plot.ring, plot.processor, plot.isPerformance, plot.color, age, periodMs)};
+    const std::int32_t y =
+        CurveRow(plot.plot.bottom, plot.heights[plot.heights.size() - 1 - static_cast<std::size_t>(age)]);
+    const auto lines = CoreReadoutLines(*plot.ring, plot.processor, plot.isPerformance, plot.color, age, periodMs);
+    return HoverReadout{x, plot.plot.top, plot.plot.bottom, {{y, plot.color}}, y, lines};
 }
 
 /// Draws one cell and adds what it gives to the drawing.
@@ -164,7 +152,7 @@ CoreGridDrawing DrawCoreGrid(const PixelBuffer& buffer, const GraphView& view, c
         DrawBorder(buffer, plot, isHovered ? view.contrast : borderColor);
         if (isHovered) drawing.readout = ReadCore(plot, hover.x, series.periodMs);
     }
-    FillPixels(buffer, layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1, FrameColor);
+    FillPixels(buffer, {layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1}, FrameColor);
     DrawFrame(buffer, FrameColor);
     return drawing;
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "base/dib_win32.h"
 #include "base/handles_win32.h"
 #include "graph/pixel_buffer.h"
 
@@ -24,7 +25,7 @@ class GraphBitmap {
 
   private:
     UniqueMemoryDc dc_;
-    UniqueBitmap bitmap_;
+    Dib dib_;
     PixelBuffer buffer_;
 };
 

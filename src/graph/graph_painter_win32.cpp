@@ -4,14 +4,13 @@
 #include <optional>
 #include <vector>
 
+#include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "graph/core_grid_plot.h"
-#include "graph/geometry_win32.h"
 #include "graph/graph_bitmap_win32.h"
 #include "graph/graph_plot.h"
 #include "graph/graph_text_win32.h"
 #include "graph/legend.h"
-#include "graph/placement.h"
 #include "metrics/value_text_win32.h"
 
 namespace kestrane {
@@ -58,8 +57,8 @@ void DrawReadoutCrosshair(const Paint& paint, const std::optional<HoverReadout>&
 void DrawReadoutBox(const Paint& paint, const std::optional<HoverReadout>& readout) {
     if (!readout) return;
     const PlotFrame& frame = paint.frame;
-    DrawHoverBox(paint.pixels.dc, frame.width, frame.height, readout->x, readout->boxY, frame.textHeight,
-                 readout->lines, std::max(4, frame.textHeight / 3));
+    DrawHoverBox(paint.pixels.dc, frame.width, frame.height, {readout->x, readout->boxY}, readout->lines,
+                 frame.textHeight);
 }
 
 void PaintPlot(const Paint& paint) {
@@ -109,7 +108,7 @@ void PaintGraph(HDC hdc, std::int32_t width, std::int32_t height, GraphKind kind
         const PlotFrame frame = {width, height, ScaleForDpi(ClampMargin(style.margin), dpi), TextHeight(pixels.dc),
                                  DecimalSeparatorChar()};
         const Paint paint = {pixels, view, settings, series, hover, frame, dpi};
-        FillPixels(pixels, 0, 0, width, height, view.background);
+        FillPixels(pixels, {0, 0, width, height}, view.background);
         if (view.perCore) {
             PaintCores(paint);
         } else {

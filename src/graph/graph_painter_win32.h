@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "graph/graph_series.h"
 #include "graph/hover.h"
+#include "history/series.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "graph/smoothing.h"
+#include "history/smoothing.h"
 
 namespace kestrane {
 namespace {
@@ -30,7 +30,7 @@ void DrawGridLines(const PixelBuffer& buffer, const GraphView& view, const PlotS
 }
 
 void DrawBar(const PixelBuffer& buffer, std::int32_t x, std::int32_t bottom, std::int32_t height, ColorValue color) {
-    FillPixels(buffer, x, bottom - height, x + 1, bottom, color);
+    FillPixels(buffer, {x, bottom - height, x + 1, bottom}, color);
 }
 
 /// Two bars at one column. What both cover is the colour of both on the network graph, and that of the shorter bar,
@@ -111,8 +111,8 @@ std::vector<PlotLine> CurveLines(const GraphView& view, const PlotScale& scale, 
 }
 
 void DrawAxes(const PixelBuffer& buffer, const GraphView& view, const PlotLayout& layout, std::int32_t margin) {
-    FillPixels(buffer, layout.axisX, margin + 1, layout.axisX + 1, layout.plotBottom, view.contrast);
-    FillPixels(buffer, layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1, FrameColor);
+    FillPixels(buffer, {layout.axisX, margin + 1, layout.axisX + 1, layout.plotBottom}, view.contrast);
+    FillPixels(buffer, {layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1}, FrameColor);
     DrawFrame(buffer, FrameColor);
 }
 

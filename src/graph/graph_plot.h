@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 #include "graph/graph_view.h"
 #include "graph/hover.h"
 #include "graph/pixel_buffer.h"

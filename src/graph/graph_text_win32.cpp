@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "graph/geometry_win32.h"
+#include "base/font_win32.h"
+#include "base/geometry_win32.h"
 #include "graph/legend.h"
-#include "graph/placement.h"
 
 namespace kestrane {
 namespace {
@@ -32,10 +32,7 @@ void DrawBox(HDC dc, const Rect& box) {
 }  // namespace
 
 UniqueFont CreateGraphFont(const GraphSettings& settings, std::uint32_t dpi) {
-    return UniqueFont(CreateFontW(-ScaleForDpi(settings.font_size, dpi), 0, 0, 0,
-                                  settings.font_bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                                  OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
-                                  DEFAULT_PITCH | FF_DONTCARE, settings.font_name.c_str()));
+    return MakeFont(settings.font_name, ScaleForDpi(settings.font_size, dpi), settings.font_bold, CLEARTYPE_QUALITY);
 }
 
 std::int32_t TextHeight(HDC dc) {
@@ -68,13 +65,16 @@ void DrawLegend(HDC dc, const std::vector<TextLine>& entries, const PlotLayout& 
     }
 }
 
-void DrawHoverBox(HDC dc, std::int32_t width, std::int32_t height, std::int32_t x, std::int32_t y,
-                  std::int32_t lineHeight, const std::vector<TextLine>& lines, std::int32_t inset) {
+void DrawHoverBox(HDC dc, std::int32_t width, std::int32_t height, const Point& point,
+                  const std::vector<TextLine>& lines, std::int32_t lineHeight) {
     if (lines.empty()) return;
     const std::vector<std::int32_t> widths = TextWidths(dc, lines);
-    const std::int32_t maxWidth = *std::max_element(widths.begin(), widths.end());
-    const Rect box =
-        PlaceHoverBox(width, height, {x, y}, maxWidth, lineHeight, static_cast<std::int32_t>(lines.size()), inset);
+    const std::int32_t inset = std::max(4, lineHeight / 3);
+    const HoverBoxText text = {.lineCount = static_cast<std::int32_t>(lines.size()),
+                               .lineHeight = lineHeight,
+                               .maxWidth = *std::max_element(widths.begin(), widths.end()),
+                               .inset = inset};
+    const Rect box = PlaceHoverBox(width, height, point, text);
     DrawBox(dc, box);
     SetTextAlign(dc, TA_LEFT | TA_TOP);
     std::int32_t top = box.top + inset;

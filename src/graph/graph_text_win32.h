@@ -30,9 +30,8 @@ void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, Col
 /// The row of entries under the plot.
 void DrawLegend(HDC dc, const std::vector<TextLine>& entries, const PlotLayout& layout, std::int32_t textHeight);
 
-/// The dark box of the readout near the point (`x`, `y`), inside a window of `width` by `height`. `inset` lies between
-/// the box's edge and its text. Nothing without lines.
-void DrawHoverBox(HDC dc, std::int32_t width, std::int32_t height, std::int32_t x, std::int32_t y,
-                  std::int32_t lineHeight, const std::vector<TextLine>& lines, std::int32_t inset);
+/// The dark box of the readout near `point`, inside a window of `width` by `height`. Nothing without lines.
+void DrawHoverBox(HDC dc, std::int32_t width, std::int32_t height, const Point& point,
+                  const std::vector<TextLine>& lines, std::int32_t lineHeight);
 
 }  // namespace kestrane

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "graph/graph_series.h"
+#include "history/series.h"
 #include "settings/app_settings.h"
 #include "settings/color.h"
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "base/debug_log_win32.h"
-#include "graph/geometry_win32.h"
+#include "base/geometry_win32.h"
 #include "graph/graph_window_win32.h"
 #include "graph/placement.h"
 #include "text/translation.h"

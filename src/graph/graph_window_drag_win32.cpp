@@ -2,15 +2,13 @@
 // the drag, so snapping can never add up an error.
 #include <windows.h>
 
-#include "graph/geometry_win32.h"
+#include "base/geometry_win32.h"
 #include "graph/graph_window_win32.h"
 #include "graph/placement.h"
 #include "graph/snapping.h"
 
 namespace kestrane {
 namespace {
-
-constexpr std::int32_t SnapDistance = 10;  // at 96 DPI
 
 bool IsAltDown() {
     return GetKeyState(VK_MENU) < 0;

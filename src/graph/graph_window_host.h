@@ -1,6 +1,6 @@
 #pragma once
 // What the graph windows ask of the program, and all that they know of it.
-#include "graph/geometry.h"
+#include "base/geometry.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {

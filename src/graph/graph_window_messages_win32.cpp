@@ -3,7 +3,8 @@
 
 #include <utility>
 
-#include "graph/geometry_win32.h"
+#include "base/geometry_win32.h"
+#include "base/handles_win32.h"
 #include "graph/graph_painter_win32.h"
 #include "graph/graph_window_win32.h"
 #include "graph/placement.h"
@@ -12,7 +13,6 @@
 namespace kestrane {
 namespace {
 
-constexpr std::int32_t BorderWidth = 5;  // at 96 DPI
 constexpr LONG MinPaintSize = 3;
 
 }  // namespace
@@ -102,15 +102,13 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void GraphWindow::OnPaint() {
     static const GraphSeries emptySeries;
-    PAINTSTRUCT paint = {};
-    HDC dc = BeginPaint(hwnd_, &paint);
+    const WindowPaint paint(hwnd_);
     RECT client = {};
     GetClientRect(hwnd_, &client);
     if (client.right >= MinPaintSize && client.bottom >= MinPaintSize) {
-        PaintGraph(dc, client.right, client.bottom, kind_, *settings_, source_ != nullptr ? *source_ : emptySeries,
-                   GetDpiForWindow(hwnd_), hover_);
+        PaintGraph(paint.Dc(), client.right, client.bottom, kind_, *settings_,
+                   source_ != nullptr ? *source_ : emptySeries, GetDpiForWindow(hwnd_), hover_);
     }
-    EndPaint(hwnd_, &paint);
 }
 
 void GraphWindow::OnGetMinMaxInfo(MINMAXINFO& info) const {
@@ -119,7 +117,7 @@ void GraphWindow::OnGetMinMaxInfo(MINMAXINFO& info) const {
 
 LRESULT GraphWindow::OnHitTest(const Point& screenPoint) const {
     if (Settings().pinned) return HTCLIENT;
-    return HitTestGraph(WindowRect(), screenPoint, Scaled(BorderWidth));
+    return HitTestGraph(WindowRect(), screenPoint, Scaled(GraphBorderWidth));
 }
 
 void GraphWindow::OnMouseMove(WPARAM hitTest, const Point& screenPoint) {

@@ -3,8 +3,7 @@
 
 #include <algorithm>
 
-#include "graph/geometry_win32.h"
-#include "graph/placement.h"
+#include "base/geometry_win32.h"
 
 namespace kestrane {
 

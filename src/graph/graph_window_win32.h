@@ -12,19 +12,13 @@
 #include <cstdint>
 #include <vector>
 
-#include "graph/geometry.h"
-#include "graph/graph_series.h"
+#include "base/geometry.h"
 #include "graph/graph_window_host.h"
 #include "graph/hover.h"
+#include "history/series.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {
-
-/// Sizes of a graph window at 96 DPI: the one it begins with, and the least it can be dragged to.
-inline constexpr std::int32_t GraphDefaultWidth = 490;
-inline constexpr std::int32_t GraphDefaultHeight = 150;
-inline constexpr std::int32_t GraphMinWidth = 200;
-inline constexpr std::int32_t GraphMinHeight = 80;
 
 class GraphWindow {
   public:

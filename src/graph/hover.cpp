@@ -84,8 +84,8 @@ std::vector<TextLine> CoreReadoutLines(const MetricRing<double>& ring, std::size
             {TimeAgoText(ring.count, IndexAtAge(ring.count, age), periodMs), TimeColor}};
 }
 
-Rect PlaceHoverBox(std::int32_t width, std::int32_t height, const Point& point, std::int32_t maxWidth,
-                   std::int32_t lineHeight, std::int32_t lineCount, std::int32_t inset) {
+Rect PlaceHoverBox(std::int32_t width, std::int32_t height, const Point& point, const HoverBoxText& text) {
+    const auto [lineCount, lineHeight, maxWidth, inset] = text;
     const std::int32_t boxHeight = lineCount * lineHeight + 2 * inset;
     const bool fits = point.x + maxWidth + 4 * inset <= width - EdgeDistance;
     const std::int32_t besidePoint = fits ? point.x + 2 * inset : point.x - maxWidth - 4 * inset;

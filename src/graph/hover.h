@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 #include "graph/graph_view.h"
 #include "graph/pixel_buffer.h"
 
@@ -52,9 +52,16 @@ std::vector<TextLine> PlotReadoutLines(const GraphView& view, const GraphSeries&
 std::vector<TextLine> CoreReadoutLines(const MetricRing<double>& ring, std::size_t processor, bool isPerformance,
                                        ColorValue color, std::uint64_t age, std::uint32_t periodMs);
 
-/// The box of `lineCount` lines, the widest `maxWidth`: above the point and to its right, to its left where it would
-/// not fit, and held inside a window of `width` by `height`.
-Rect PlaceHoverBox(std::int32_t width, std::int32_t height, const Point& point, std::int32_t maxWidth,
-                   std::int32_t lineHeight, std::int32_t lineCount, std::int32_t inset);
+/// A box with text: how many lines of which height, how wide the widest is, and the distance from the text to the edge.
+struct HoverBoxText {
+    std::int32_t lineCount = 0;
+    std::int32_t lineHeight = 0;
+    std::int32_t maxWidth = 0;
+    std::int32_t inset = 0;
+};
+
+/// Where the box goes: above the point and to its right, to its left where it would not fit, and held inside a window
+/// of `width` by `height`.
+Rect PlaceHoverBox(std::int32_t width, std::int32_t height, const Point& point, const HoverBoxText& text);
 
 }  // namespace kestrane

@@ -12,14 +12,13 @@ std::uint32_t* PixelAt(const PixelBuffer& buffer, std::int32_t x, std::int32_t y
 
 }  // namespace
 
-void FillPixels(const PixelBuffer& buffer, std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
-                ColorValue color) {
-    const std::int32_t firstX = std::max(left, 0);
-    const std::int32_t endX = std::min(right, buffer.width);
-    const std::int32_t endY = std::min(bottom, buffer.height);
+void FillPixels(const PixelBuffer& buffer, const Rect& rect, ColorValue color) {
+    const std::int32_t firstX = std::max(rect.left, 0);
+    const std::int32_t endX = std::min(rect.right, buffer.width);
+    const std::int32_t endY = std::min(rect.bottom, buffer.height);
     if (firstX >= endX) return;
     const std::uint32_t pixel = color & 0xFFFFFF;  // of ColorNone nothing is left, which is black
-    for (std::int32_t y = std::max(top, 0); y < endY; ++y) {
+    for (std::int32_t y = std::max(rect.top, 0); y < endY; ++y) {
         std::fill_n(PixelAt(buffer, firstX, y), endX - firstX, pixel);
     }
 }
@@ -62,10 +61,10 @@ void DrawDottedColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t to
 }
 
 void DrawFrame(const PixelBuffer& buffer, ColorValue color) {
-    FillPixels(buffer, 0, 0, buffer.width, 1, color);
-    FillPixels(buffer, 0, buffer.height - 1, buffer.width, buffer.height, color);
-    FillPixels(buffer, 0, 0, 1, buffer.height, color);
-    FillPixels(buffer, buffer.width - 1, 0, buffer.width, buffer.height, color);
+    FillPixels(buffer, {0, 0, buffer.width, 1}, color);
+    FillPixels(buffer, {0, buffer.height - 1, buffer.width, buffer.height}, color);
+    FillPixels(buffer, {0, 0, 1, buffer.height}, color);
+    FillPixels(buffer, {buffer.width - 1, 0, buffer.width, buffer.height}, color);
 }
 
 void DrawCrosshair(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom,
@@ -74,8 +73,8 @@ void DrawCrosshair(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, 
     DrawDottedColumn(buffer, x, top, bottom, BlendColor(background, contrast, 0.6));
     for (const auto& [y, color] : markers) {
         const std::int32_t outer = radius + 1;
-        FillPixels(buffer, x - outer, y - outer, x + outer + 1, y + outer + 1, 0);
-        FillPixels(buffer, x - radius, y - radius, x + radius + 1, y + radius + 1, color);
+        FillPixels(buffer, {x - outer, y - outer, x + outer + 1, y + outer + 1}, 0);
+        FillPixels(buffer, {x - radius, y - radius, x + radius + 1, y + radius + 1}, color);
     }
 }
 

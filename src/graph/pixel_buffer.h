@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/geometry.h"
 #include "settings/color.h"
 
 // The platform's handles, as its own headers declare them.
@@ -55,9 +56,8 @@ struct HoverMarker {
     ColorValue color = 0;
 };
 
-/// Fills a rectangle, right and bottom exclusive. ColorNone writes black.
-void FillPixels(const PixelBuffer& buffer, std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
-                ColorValue color);
+/// Fills a rectangle. ColorNone writes black.
+void FillPixels(const PixelBuffer& buffer, const Rect& rect, ColorValue color);
 
 /// Writes one pixel; ColorNone and places outside the buffer write nothing.
 void PutPixel(const PixelBuffer& buffer, std::int32_t x, std::int32_t y, ColorValue color);

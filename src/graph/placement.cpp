@@ -18,17 +18,6 @@ std::size_t BandOf(std::int64_t position, std::int64_t low, std::int64_t high, s
 
 }  // namespace
 
-std::int32_t ScaleForDpi(std::int32_t value, std::uint32_t dpi) {
-    constexpr std::int64_t base = 96;
-    const std::int64_t product = std::int64_t{value} * dpi;
-    // The division comes first: half a step added to the product could pass the 64-bit range.
-    const std::int64_t remainder = product % base;
-    std::int64_t scaled = product / base;
-    if (remainder >= base / 2) ++scaled;
-    if (remainder <= -base / 2) --scaled;
-    return SaturateToInt32(scaled) == scaled ? static_cast<std::int32_t>(scaled) : -1;
-}
-
 Rect TaskbarAnchorRect(std::uint32_t edge, const Rect& workArea, std::int32_t width, std::int32_t height) {
     const std::int32_t left = edge == TaskbarLeft ? workArea.left : SubtractSaturated(workArea.right, width);
     const std::int32_t top = edge == TaskbarTop ? workArea.top : SubtractSaturated(workArea.bottom, height);
@@ -39,7 +28,8 @@ Rect StackedGraphRect(std::uint32_t edge, const Rect& workArea, std::int32_t wid
                       GraphKind kind) {
     Rect rect = TaskbarAnchorRect(edge, workArea, width, height);
     const std::int64_t step = edge == TaskbarTop ? std::int64_t{height} : -std::int64_t{height};
-    const std::int64_t y = rect.top + step * static_cast<std::int64_t>(kind);
+    static_assert(IndexOf(GraphKind::Network) == 0, "the first graph stands at the anchor itself");
+    const std::int64_t y = rect.top + step * static_cast<std::int64_t>(IndexOf(kind));
     const std::int64_t lowest = std::max<std::int64_t>(workArea.top, std::int64_t{workArea.bottom} - height);
     rect.top = SaturateToInt32(std::clamp<std::int64_t>(y, workArea.top, lowest));
     return rect;

@@ -2,14 +2,18 @@
 // Where a graph window stands and what its surface means to the mouse.
 #include <cstdint>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {
 
-/// A size given at 96 DPI, at `dpi`: the nearest whole number, halves away from zero, and -1 beyond the 32-bit range,
-/// as the system's MulDiv has it.
-std::int32_t ScaleForDpi(std::int32_t value, std::uint32_t dpi);
+/// Sizes of a graph window at 96 DPI: the one it begins with, and the least it can be dragged to.
+inline constexpr std::int32_t GraphDefaultWidth = 490;
+inline constexpr std::int32_t GraphDefaultHeight = 150;
+inline constexpr std::int32_t GraphMinWidth = 200;
+inline constexpr std::int32_t GraphMinHeight = 80;
+/// The band along the edges of a graph window that sizes it, at 96 DPI.
+inline constexpr std::int32_t GraphBorderWidth = 5;
 
 /// The side of the screen that the taskbar keeps, as ABM_GETTASKBARPOS numbers it.
 inline constexpr std::uint32_t TaskbarLeft = 0;

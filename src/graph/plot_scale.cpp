@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "graph/smoothing.h"
+#include "history/smoothing.h"
 
 namespace kestrane {
 namespace {

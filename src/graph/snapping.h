@@ -5,9 +5,12 @@
 #include <optional>
 #include <vector>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 
 namespace kestrane {
+
+/// How near an edge must be to pull, at 96 DPI.
+inline constexpr std::int32_t SnapDistance = 10;
 
 /// The sides that a resize moves, as a set of bits.
 inline constexpr std::uint32_t EdgeLeft = 1;

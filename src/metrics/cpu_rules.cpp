@@ -22,6 +22,13 @@ std::int32_t ParseBelow(std::wstring_view digits, std::int32_t limit) {
 
 }  // namespace
 
+bool AdvanceCpuTimes(CpuTimes& times, std::uint64_t idleTime, std::uint64_t totalTime, std::int32_t& percent) {
+    const bool counts = times.cpuBaseline;
+    if (counts) percent = BusyPercent(idleTime - times.prevIdleTime, totalTime - times.prevTotalTime);
+    times = {true, idleTime, totalTime};
+    return counts;
+}
+
 std::int32_t BusyPercent(std::uint64_t idleDelta, std::uint64_t totalDelta) {
     if (totalDelta == 0) return 0;
     const std::uint64_t busy = totalDelta > idleDelta ? totalDelta - idleDelta : 0;

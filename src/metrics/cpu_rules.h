@@ -12,6 +12,17 @@ namespace kestrane {
 inline constexpr std::int32_t ProcessorsPerGroup = 64;
 inline constexpr std::int32_t ProcessorGroups = 64;
 
+/// What is kept of the processor times between two ticks, in units of 100 ns.
+struct CpuTimes {
+    bool cpuBaseline = false;  // a reading has been stored
+    std::uint64_t prevIdleTime = 0;
+    std::uint64_t prevTotalTime = 0;  // kernel plus user time; kernel time includes idle time
+};
+
+/// Stores one more reading. True when its tick counts, which is when there was a reading before: `percent` is then the
+/// busy share of the time between the two. Otherwise `percent` is as it was.
+bool AdvanceCpuTimes(CpuTimes& times, std::uint64_t idleTime, std::uint64_t totalTime, std::int32_t& percent);
+
 /// The busy share of a time span in whole percent, 0 to 100. `totalDelta` includes the idle time. An empty span is
 /// idle.
 std::int32_t BusyPercent(std::uint64_t idleDelta, std::uint64_t totalDelta);

@@ -17,7 +17,7 @@ std::uint64_t TimeValue(const FILETIME& time) {
 
 /// One collection serves both counters. False when there is no usable machine figure.
 bool ReadTotalCounter(const PdhCounters& counters, std::int32_t& percent) {
-    if (counters.cpuQuery == nullptr || PdhCollectQueryData(counters.cpuQuery) != ERROR_SUCCESS) return false;
+    if (!counters.cpuQuery || PdhCollectQueryData(counters.cpuQuery.Get()) != ERROR_SUCCESS) return false;
     PDH_FMT_COUNTERVALUE value{};
     if (PdhGetFormattedCounterValue(counters.cpuTotalCounter, CounterFormat, nullptr, &value) != ERROR_SUCCESS) {
         return false;
@@ -47,12 +47,8 @@ bool SampleCpuTimes(PdhCounters& counters, std::int32_t& percent) {
     FILETIME kernelTime{};
     FILETIME userTime{};
     if (GetSystemTimes(&idleTime, &kernelTime, &userTime) == FALSE) return false;
-    const std::uint64_t idle = TimeValue(idleTime);
-    const std::uint64_t total = TimeValue(kernelTime) + TimeValue(userTime);
-    if (counters.cpuBaseline) percent = BusyPercent(idle - counters.prevIdleTime, total - counters.prevTotalTime);
-    counters.prevIdleTime = idle;
-    counters.prevTotalTime = total;
-    return std::exchange(counters.cpuBaseline, true);
+    return AdvanceCpuTimes(counters.cpuTimes, TimeValue(idleTime), TimeValue(kernelTime) + TimeValue(userTime),
+                           percent);
 }
 
 }  // namespace kestrane

@@ -98,6 +98,22 @@ std::vector<DiskSample> BuildDiskSamples(const std::vector<DiskInstance>& instan
     return samples;
 }
 
+bool AdvanceDiskSample(bool& diskPrimed, const DiskReadings* readings, MetricSample& sample) {
+    ClearDiskSample(sample);
+    // A failure still counts as the first collection.
+    const bool primed = std::exchange(diskPrimed, true);
+    if (readings == nullptr) return false;
+    const std::vector<DiskInstance> instances = BuildDiskInstances(*readings);
+    AggregateBusiestDisks(instances, sample);
+    sample.disks = BuildDiskSamples(instances);
+    return primed && sample.diskValid;
+}
+
+void ClearDiskSample(MetricSample& sample) {
+    sample.diskValid = false;
+    sample.disks.clear();
+}
+
 std::int32_t ParseDiskNumber(std::wstring_view name) {
     if (name.empty() || !IsDigit(name.front())) return -1;
     std::int32_t number = 0;

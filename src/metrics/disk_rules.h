@@ -55,6 +55,14 @@ void AggregateBusiestDisks(const std::vector<DiskInstance>& instances, MetricSam
 /// One sample per instance whose name starts with a disk number, in their order.
 std::vector<DiskSample> BuildDiskSamples(const std::vector<DiskInstance>& instances);
 
+/// Puts one collection of the disk counters into the sample, or nothing into it when `readings` is null because a
+/// counter of time could not be read. True when the tick counts: not the first collection of all, for which
+/// `diskPrimed` is kept, and not without a disk.
+bool AdvanceDiskSample(bool& diskPrimed, const DiskReadings* readings, MetricSample& sample);
+
+/// No disk and no figures of one, for when the counters give none.
+void ClearDiskSample(MetricSample& sample);
+
 /// The number at the start of an instance name, 0 to 9999; -1 when there is none or it is greater.
 std::int32_t ParseDiskNumber(std::wstring_view name);
 

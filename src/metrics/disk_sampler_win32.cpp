@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <utility>
-
 #include "metrics/disk_rules.h"
 
 namespace kestrane {
@@ -24,17 +22,11 @@ bool ReadDisks(const PdhCounters& counters, DiskReadings& readings) {
 }  // namespace
 
 bool SampleDisks(PdhCounters& counters, MetricSample& sample) {
-    sample.diskValid = false;
-    sample.disks.clear();
-    if (!counters.diskReady || PdhCollectQueryData(counters.diskQuery) != ERROR_SUCCESS) return false;
-    // From here on a failure still counts as the first call.
-    const bool primed = std::exchange(counters.diskPrimed, true);
+    ClearDiskSample(sample);
+    if (!counters.diskReady || PdhCollectQueryData(counters.diskQuery.Get()) != ERROR_SUCCESS) return false;
     DiskReadings readings;
-    if (!ReadDisks(counters, readings)) return false;
-    const std::vector<DiskInstance> instances = BuildDiskInstances(readings);
-    AggregateBusiestDisks(instances, sample);
-    sample.disks = BuildDiskSamples(instances);
-    return primed && sample.diskValid;
+    const bool read = ReadDisks(counters, readings);
+    return AdvanceDiskSample(counters.diskPrimed, read ? &readings : nullptr, sample);
 }
 
 }  // namespace kestrane

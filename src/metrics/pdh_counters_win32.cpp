@@ -6,9 +6,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "base/debug_log_win32.h"
-#include "base/owned.h"
 #include "metrics/counter_items.h"
 
 namespace kestrane {
@@ -34,13 +34,6 @@ using Item = PDH_FMT_COUNTERVALUE_ITEM_W;
 static_assert(sizeof(Item) == CounterItemBytes && offsetof(Item, FmtValue.CStatus) == CounterItemStatus &&
               offsetof(Item, FmtValue.doubleValue) == CounterItemValue);
 
-struct QueryTraits {
-    using Handle = PDH_HQUERY;
-    static constexpr Handle None() { return nullptr; }
-    static void Close(Handle query) { PdhCloseQuery(query); }
-};
-using UniqueQuery = Owned<QueryTraits>;
-
 UniqueQuery OpenQuery() {
     PDH_HQUERY query = nullptr;
     if (PdhOpenQueryW(nullptr, 0, &query) != ERROR_SUCCESS) return UniqueQuery();
@@ -64,7 +57,7 @@ void OpenCpuCounters(PdhCounters& counters) {
     counters.cpuTotalCounter = total;
     counters.cpuCoreCounter = AddCounter(query, CpuCorePath);
     PdhCollectQueryData(query.Get());  // a rate needs two collections; this is the first
-    counters.cpuQuery = query.Release();
+    counters.cpuQuery = std::move(query);
 }
 
 void OpenDiskCounters(PdhCounters& counters) {
@@ -84,7 +77,7 @@ void OpenDiskCounters(PdhCounters& counters) {
     for (const DiskCounterRow& row : DiskCounterRows)
         counters.*row.counter = added.*row.counter;
     PdhCollectQueryData(query.Get());
-    counters.diskQuery = query.Release();
+    counters.diskQuery = std::move(query);
     counters.diskReady = true;
 }
 
@@ -93,14 +86,6 @@ void OpenDiskCounters(PdhCounters& counters) {
 void OpenPdhCounters(PdhCounters& counters) {
     OpenCpuCounters(counters);
     OpenDiskCounters(counters);
-}
-
-void ClosePdhCounters(PdhCounters& counters) {
-    if (counters.cpuQuery != nullptr) PdhCloseQuery(counters.cpuQuery);
-    if (counters.diskQuery != nullptr) PdhCloseQuery(counters.diskQuery);
-    counters.cpuQuery = nullptr;
-    counters.diskQuery = nullptr;
-    counters.diskReady = false;
 }
 
 bool ReadCounterArray(PDH_HCOUNTER counter, std::vector<CounterValue>& values) {

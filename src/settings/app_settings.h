@@ -9,29 +9,13 @@
 #include <vector>
 
 #include "settings/color.h"
+#include "settings/kinds.h"
 #include "text/translation.h"
 
 namespace kestrane {
 
-/// An icon's position; the notification icon's id is the position plus 1.
-enum class MetricKind : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3 };
-
-/// A graph's number. Loops over the graphs run in this order.
-enum class GraphKind : std::uint32_t { Network = 0, Cpu = 1, Disk = 2 };
-
 /// A page of the settings dialog. General has no part of AppSettings of its own.
 enum class SettingsTab : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3, General = 4 };
-
-inline constexpr std::size_t MetricCount = 4;
-inline constexpr std::size_t GraphCount = 3;
-inline constexpr std::array<GraphKind, GraphCount> GraphKinds{GraphKind::Network, GraphKind::Cpu, GraphKind::Disk};
-
-constexpr std::size_t IndexOf(MetricKind kind) {
-    return static_cast<std::size_t>(kind);
-}
-constexpr std::size_t IndexOf(GraphKind kind) {
-    return static_cast<std::size_t>(kind);
-}
 
 /// Positions in AppSettings::colors and in IconColors.
 enum ColorKey : std::size_t {
@@ -119,12 +103,6 @@ struct AppSettings {
 
     bool operator==(const AppSettings&) const = default;
 };
-
-/// The icon that belongs to a graph, as a position for `show`, `refresh_ms` and the like.
-constexpr std::size_t IconPosition(GraphKind kind) {
-    constexpr std::array<MetricKind, GraphCount> Icons{MetricKind::Network, MetricKind::Cpu, MetricKind::Disk};
-    return IndexOf(Icons[IndexOf(kind)]);
-}
 
 /// The part of `settings` that belongs to a graph.
 GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind);

@@ -80,12 +80,11 @@ std::int32_t LevelBarHeight(const Canvas& canvas) {
     return std::max(canvas.size / 4, 4);
 }
 
-void DrawLevelBar(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                  std::int32_t percent, ColorValue trackColor, ColorValue fillColor) {
-    if (width < 3 || height < 3) return;
-    DrawOutline(canvas, x, y, width, height, trackColor);
-    const std::int32_t filled = PercentOf(width - 2, std::clamp(percent, 0, 100));
-    FillRectangle(canvas, x + 1, y + 1, filled, height - 2, fillColor);
+void DrawLevelBar(Canvas& canvas, const Rect& bar, std::int32_t percent, ColorValue trackColor, ColorValue fillColor) {
+    if (RectWidth(bar) < 3 || RectHeight(bar) < 3) return;
+    DrawOutline(canvas, bar, trackColor);
+    const std::int32_t filled = PercentOf(RectWidth(bar) - 2, std::clamp(percent, 0, 100));
+    FillRectangle(canvas, {bar.left + 1, bar.top + 1, bar.left + 1 + filled, bar.bottom - 1}, fillColor);
 }
 
 }  // namespace kestrane

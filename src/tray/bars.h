@@ -3,7 +3,7 @@
 // fewer samples than the canvas has columns, the left part stays as it was.
 #include <cstdint>
 
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 #include "settings/color.h"
 #include "tray/canvas.h"
 
@@ -31,8 +31,7 @@ void DrawNetworkBars(Canvas& canvas, const MetricRing<std::uint64_t>& down, cons
 std::int32_t LevelBarHeight(const Canvas& canvas);
 
 /// A horizontal gauge: an outline, and inside it the leftmost `percent` % of the columns. The rest of the inside keeps
-/// what was there. Nothing if `width` or `height` is below 3.
-void DrawLevelBar(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                  std::int32_t percent, ColorValue trackColor, ColorValue fillColor);
+/// what was there. Nothing if the width or the height is below 3.
+void DrawLevelBar(Canvas& canvas, const Rect& bar, std::int32_t percent, ColorValue trackColor, ColorValue fillColor);
 
 }  // namespace kestrane

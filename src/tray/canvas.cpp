@@ -10,17 +10,6 @@ std::size_t PixelCount(std::int32_t edge) {
     return static_cast<std::size_t>(edge) * static_cast<std::size_t>(edge);
 }
 
-/// The positions from `first` on, `length` of them, that lie on an edge of `size` pixels: first and one past the last.
-struct Span {
-    std::int32_t first;
-    std::int32_t end;
-};
-
-Span Clip(std::int32_t first, std::int32_t length, std::int32_t size) {
-    const std::int64_t end = std::int64_t{first} + length;
-    return {std::max(first, 0), static_cast<std::int32_t>(std::clamp<std::int64_t>(end, 0, size))};
-}
-
 }  // namespace
 
 Canvas::Canvas(std::int32_t edge) : size(std::max(edge, 1)), pixels(PixelCount(size), 0xFF000000U) {}
@@ -39,14 +28,12 @@ void SetPixel(Canvas& canvas, std::int32_t x, std::int32_t y, ColorValue color) 
         PixelOf(color);
 }
 
-void FillRectangle(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                   ColorValue color) {
-    const Span columns = Clip(x, width, canvas.size);
-    const Span rows = Clip(y, height, canvas.size);
-    for (std::int32_t row = rows.first; row < rows.end; ++row) {
-        for (std::int32_t column = columns.first; column < columns.end; ++column) {
-            SetPixel(canvas, column, row, color);
-        }
+void FillRectangle(Canvas& canvas, const Rect& rect, ColorValue color) {
+    const std::int32_t right = std::min(rect.right, canvas.size);
+    const std::int32_t bottom = std::min(rect.bottom, canvas.size);
+    for (std::int32_t y = std::max(rect.top, 0); y < bottom; ++y) {
+        for (std::int32_t x = std::max(rect.left, 0); x < right; ++x)
+            SetPixel(canvas, x, y, color);
     }
 }
 
@@ -56,17 +43,17 @@ void VerticalLine(Canvas& canvas, std::int32_t x, std::int32_t y0, std::int32_t 
         SetPixel(canvas, x, y, color);
 }
 
-void DrawOutline(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                 ColorValue color) {
-    if (width < 1 || height < 1) return;
-    FillRectangle(canvas, x, y, width, 1, color);
-    FillRectangle(canvas, x, y + height - 1, width, 1, color);
-    FillRectangle(canvas, x, y, 1, height, color);
-    FillRectangle(canvas, x + width - 1, y, 1, height, color);
+void DrawOutline(Canvas& canvas, const Rect& rect, ColorValue color) {
+    const auto [left, top, right, bottom] = rect;
+    if (left >= right || top >= bottom) return;
+    FillRectangle(canvas, {left, top, right, top + 1}, color);
+    FillRectangle(canvas, {left, bottom - 1, right, bottom}, color);
+    FillRectangle(canvas, {left, top, left + 1, bottom}, color);
+    FillRectangle(canvas, {right - 1, top, right, bottom}, color);
 }
 
 void DrawBorder(Canvas& canvas, ColorValue color) {
-    DrawOutline(canvas, 0, 0, canvas.size, canvas.size, color);
+    DrawOutline(canvas, {0, 0, canvas.size, canvas.size}, color);
 }
 
 }  // namespace kestrane

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/geometry.h"
 #include "settings/color.h"
 
 namespace kestrane {
@@ -24,16 +25,14 @@ void Clear(Canvas& canvas, ColorValue color);
 /// A position outside the canvas is ignored.
 void SetPixel(Canvas& canvas, std::int32_t x, std::int32_t y, ColorValue color);
 
-/// The part inside the canvas of a filled rectangle; nothing if `width` or `height` is below 1.
-void FillRectangle(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                   ColorValue color);
+/// The part inside the canvas of a filled rectangle; nothing if it is empty.
+void FillRectangle(Canvas& canvas, const Rect& rect, ColorValue color);
 
 /// From the smaller to the larger of `y0` and `y1`, both included.
 void VerticalLine(Canvas& canvas, std::int32_t x, std::int32_t y0, std::int32_t y1, ColorValue color);
 
-/// The rectangle's outermost pixels, one pixel wide; nothing if `width` or `height` is below 1.
-void DrawOutline(Canvas& canvas, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
-                 ColorValue color);
+/// The rectangle's outermost pixels, one pixel wide; nothing if it is empty.
+void DrawOutline(Canvas& canvas, const Rect& rect, ColorValue color);
 
 /// The outermost ring of pixels, one pixel wide.
 void DrawBorder(Canvas& canvas, ColorValue color);

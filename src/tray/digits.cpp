@@ -23,7 +23,7 @@ void DrawDigit(Canvas& canvas, std::size_t digit, std::int32_t left, std::int32_
         const std::uint32_t bits = DigitFont.at(digit).at(static_cast<std::size_t>(row));
         for (std::int32_t column = 0; column < DigitColumns; ++column) {
             if ((bits >> static_cast<std::uint32_t>(DigitColumns - 1 - column) & 1U) == 0) continue;
-            FillRectangle(canvas, left + column * scale, top + row * scale, scale, scale, color);
+            FillRectangle(canvas, RectOf(left + column * scale, top + row * scale, scale, scale), color);
         }
     }
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "graph/net_icon_scale.h"
+#include "history/net_icon_scale.h"
 #include "text/number_text.h"
 #include "tray/bars.h"
 
@@ -62,7 +62,7 @@ MemoryIconPainting PaintMemoryIcon(const AppSettings& settings, std::int32_t per
     TextRows rows{inset, canvas.size - inset};
     if (settings.bar) {
         const std::int32_t barHeight = LevelBarHeight(canvas);
-        DrawLevelBar(canvas, inset, inset, canvas.size - 2 * inset, barHeight, percent, TrackColor(colors),
+        DrawLevelBar(canvas, {inset, inset, canvas.size - inset, inset + barHeight}, percent, TrackColor(colors),
                      colors.text);
         rows.top = inset + barHeight;
     }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 #include "settings/app_settings.h"
 #include "tray/canvas.h"
 #include "tray/icon_text.h"

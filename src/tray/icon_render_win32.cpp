@@ -1,5 +1,3 @@
-#include <windows.h>
-
 #include "tray/icon_render_win32.h"
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include <utility>
 
 #include "base/debug_log_win32.h"
+#include "base/font_win32.h"
 #include "tray/digits.h"
 #include "tray/icon_painting.h"
 
@@ -17,39 +16,14 @@ namespace {
 constexpr int FallbackIconSize = 16;
 constexpr COLORREF White = 0xFFFFFF;
 
-BITMAPV5HEADER TopDownHeader(std::int32_t size) {
-    BITMAPV5HEADER header{};
-    header.bV5Size = sizeof header;
-    header.bV5Width = size;
-    header.bV5Height = -size;
-    header.bV5Planes = 1;
-    header.bV5BitCount = 32;
-    header.bV5Compression = BI_BITFIELDS;
-    header.bV5RedMask = 0x00FF0000;
-    header.bV5GreenMask = 0x0000FF00;
-    header.bV5BlueMask = 0x000000FF;
-    header.bV5AlphaMask = 0xFF000000;
-    return header;
-}
-
-CanvasBitmap MakeBitmap(HDC screen, const Canvas& canvas) {
-    const BITMAPV5HEADER header = TopDownHeader(canvas.size);
-    void* bits = nullptr;
-    UniqueBitmap bitmap(
-        CreateDIBSection(screen, reinterpret_cast<const BITMAPINFO*>(&header), DIB_RGB_COLORS, &bits, nullptr, 0));
-    if (!bitmap || bits == nullptr) {
+Dib MakeBitmap(HDC screen, const Canvas& canvas) {
+    Dib dib = MakeDib(screen, canvas.size, canvas.size, DibFormat::Argb);
+    if (dib) {
+        std::copy(canvas.pixels.begin(), canvas.pixels.end(), dib.pixels);
+    } else {
         LogDebug(L"kestrane: CreateDIBSection ha fallado\n");
-        return {};
     }
-    auto* const pixels = static_cast<std::uint32_t*>(bits);
-    std::copy(canvas.pixels.begin(), canvas.pixels.end(), pixels);
-    return {std::move(bitmap), pixels};
-}
-
-UniqueFont MakeFont(const TextFont& font, std::int32_t height) {
-    return UniqueFont(CreateFontW(-height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
-                                  DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
-                                  DEFAULT_PITCH, font.name.c_str()));
+    return dib;
 }
 
 TextExtent MeasureText(HDC dc, const std::wstring& text) {
@@ -81,7 +55,7 @@ void DrawFittedText(HDC dc, const PlacedText& placed) {
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, White);
     for (std::int32_t height = std::max(placed.font.height, 1);; --height) {
-        const UniqueFont font = MakeFont(placed.font, height);
+        const UniqueFont font = MakeFont(placed.font.name, height, placed.font.bold, ANTIALIASED_QUALITY);
         if (!font) return;
         const SelectedObject selected(dc, font.Get());
         const TextExtent extent = MeasureText(dc, placed.text);
@@ -92,9 +66,9 @@ void DrawFittedText(HDC dc, const PlacedText& placed) {
 }
 
 /// A black bitmap with the text in white, ready to be read; empty if it cannot be made.
-CanvasBitmap MakeTextMask(HDC screen, const PlacedText& placed) {
-    CanvasBitmap mask = MakeBitmap(screen, Canvas(placed.size));
-    if (!mask.bitmap) return {};
+Dib MakeTextMask(HDC screen, const PlacedText& placed) {
+    Dib mask = MakeBitmap(screen, Canvas(placed.size));
+    if (!mask) return {};
     {
         const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
         if (!dc) return {};
@@ -115,7 +89,7 @@ std::uint32_t IconPixelSize(HWND window) {
     return static_cast<std::uint32_t>(size < 1 ? FallbackIconSize : size);
 }
 
-CanvasBitmap CanvasToBitmap(const Canvas& canvas) {
+Dib CanvasToBitmap(const Canvas& canvas) {
     const ScreenDc screen;
     return MakeBitmap(screen.Get(), canvas);
 }
@@ -129,19 +103,19 @@ UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size) {
 }
 
 UniqueIcon CanvasToIcon(const Canvas& canvas) {
-    const CanvasBitmap painted = CanvasToBitmap(canvas);
-    return painted.bitmap ? BitmapToIcon(painted.bitmap.Get(), canvas.size) : UniqueIcon();
+    const Dib painted = CanvasToBitmap(canvas);
+    return painted ? BitmapToIcon(painted.bitmap.Get(), canvas.size) : UniqueIcon();
 }
 
 UniqueIcon DrawIconText(const Canvas& canvas, const std::wstring& text, const TextFont& font, ColorValue textColor,
                         std::int32_t top, std::int32_t bottom, bool alignBottom) {
     const ScreenDc screen;  // for both bitmaps: asking for it costs more than making one
-    const CanvasBitmap base = MakeBitmap(screen.Get(), canvas);
-    if (!base.bitmap) return {};
+    const Dib base = MakeBitmap(screen.Get(), canvas);
+    if (!base) return {};
     if (textColor != ColorNone && !text.empty()) {
         const TextRows rows = ClampTextRows(canvas.size, top, bottom);
-        const CanvasBitmap mask = MakeTextMask(screen.Get(), {text, font, canvas.size, rows, alignBottom});
-        if (!mask.bitmap) return {};
+        const Dib mask = MakeTextMask(screen.Get(), {text, font, canvas.size, rows, alignBottom});
+        if (!mask) return {};
         const std::size_t count = canvas.pixels.size();
         ComposeCoverage(std::span(base.pixels, count), std::span<const std::uint32_t>(mask.pixels, count), textColor);
     }

@@ -6,8 +6,9 @@
 #include <cstdint>
 #include <string>
 
+#include "base/dib_win32.h"
 #include "base/handles_win32.h"
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 #include "settings/app_settings.h"
 #include "tray/canvas.h"
 #include "tray/icon_text.h"
@@ -17,14 +18,8 @@ namespace kestrane {
 /// The edge in pixels of a small icon at the taskbar's DPI, or at that of `window` when there is no taskbar.
 std::uint32_t IconPixelSize(HWND window);
 
-/// A 32-bit top-down bitmap and its pixels, 0xAARRGGBB, which live as long as the bitmap does.
-struct CanvasBitmap {
-    UniqueBitmap bitmap;
-    std::uint32_t* pixels = nullptr;
-};
-
-/// Empty if the bitmap cannot be made.
-CanvasBitmap CanvasToBitmap(const Canvas& canvas);
+/// A picture with alpha. Empty if it cannot be made.
+Dib CanvasToBitmap(const Canvas& canvas);
 
 /// An icon from a colour bitmap with alpha, `size` pixels wide and high; empty if it cannot be made.
 UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size);

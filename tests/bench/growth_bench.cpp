@@ -5,9 +5,9 @@
 #include <string>
 
 #include "graph/core_grid.h"
-#include "graph/net_icon_scale.h"
 #include "graph/plot_scale.h"
-#include "graph/smoothing.h"
+#include "history/net_icon_scale.h"
+#include "history/smoothing.h"
 #include "text/translation.h"
 
 namespace kestrane {

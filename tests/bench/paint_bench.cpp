@@ -84,7 +84,7 @@ GraphSeries MakeSeries(const Graph& graph, History& history) {
 }
 
 void FillAndBlit(const GraphBitmap& buffer, HDC target, int width, int height) {
-    FillPixels(buffer.Pixels(), 0, 0, width, height, Background);
+    FillPixels(buffer.Pixels(), {0, 0, width, height}, Background);
     BitBlt(target, 0, 0, width, height, buffer.Pixels().dc, 0, 0, SRCCOPY);
 }
 

@@ -9,7 +9,7 @@ import re
 import sys
 
 # From the ground up: a room includes from itself and from those before it.
-ROOMS = ["base", "text", "settings", "metrics", "graph", "tray", "hardware", "update", "dialog", "app"]
+ROOMS = ["base", "text", "settings", "metrics", "history", "graph", "tray", "hardware", "update", "dialog", "app"]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 

@@ -44,7 +44,7 @@ TEST(DrawInBands, ColumnsLookAsIfDrawnAtOnce) {
     constexpr std::int32_t baseline = 97;
     const auto drawColumns = [](const PixelBuffer& buffer, std::int32_t bottom) {
         for (std::int32_t x = 0; x < width; ++x) {
-            FillPixels(buffer, x, bottom - 2 * x, x + 1, bottom, 0x102030);
+            FillPixels(buffer, {x, bottom - 2 * x, x + 1, bottom}, 0x102030);
             BlendColumn(buffer, x, bottom - 3 * x, bottom, 0xFFFFFF, 0.5);
         }
     };

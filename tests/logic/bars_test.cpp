@@ -265,7 +265,7 @@ TEST(LevelBarHeight, IsAQuarterAndAtLeastFour) {
 std::string Level(std::int32_t size, std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
                   std::int32_t percent) {
     Canvas canvas(size);
-    DrawLevelBar(canvas, x, y, width, height, percent, A, B);
+    DrawLevelBar(canvas, RectOf(x, y, width, height), percent, A, B);
     return Picture(canvas);
 }
 
@@ -306,7 +306,7 @@ TEST(DrawLevelBar, EveryPercentage) {
     for (const std::int32_t size : {3, 4, 16, 20, 24, 32, 48}) {
         for (std::int32_t percent = -2; percent <= 102; ++percent) {
             Canvas canvas(size);
-            DrawLevelBar(canvas, 0, 0, size, 3, percent, A, B);
+            DrawLevelBar(canvas, RectOf(0, 0, size, 3), percent, A, B);
             const auto* const row = &canvas.pixels[static_cast<std::size_t>(size)];
             const auto filled = std::count(row, row + size, 0xFF00BB00);
             EXPECT_EQ(filled, ((size - 2) * std::clamp(percent, 0, 100) + 50) / 100) << size << " " << percent;
@@ -324,7 +324,7 @@ TEST(DrawLevelBar, NeedsThreeByThree) {
 TEST(DrawLevelBar, IsCutByTheCanvasAndCanPunchHoles) {
     EXPECT_EQ(Level(4, -1, -1, 5, 4, 100), "\nbbba\nbbba\naaaa\n....\n");
     Canvas canvas(4);
-    DrawLevelBar(canvas, 0, 0, 4, 4, 50, ColorNone, B);
+    DrawLevelBar(canvas, RectOf(0, 0, 4, 4), 50, ColorNone, B);
     EXPECT_EQ(Picture(canvas), "\n    \n b. \n b. \n    \n");
 }
 

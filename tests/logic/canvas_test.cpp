@@ -102,7 +102,7 @@ TEST(FillRectangle, IsCutByTheCanvas) {
     };
     for (const Row& row : rows) {
         Canvas canvas(4);
-        FillRectangle(canvas, row.x, row.y, row.width, row.height, Red);
+        FillRectangle(canvas, RectOf(row.x, row.y, row.width, row.height), Red);
         EXPECT_EQ(Picture(canvas), row.picture) << row.x << " " << row.y << " " << row.width << " " << row.height;
     }
 }
@@ -123,10 +123,10 @@ TEST(DrawBorder, IsTheOutermostRing) {
 
 TEST(DrawOutline, IsNothingWithoutWidthOrHeight) {
     Canvas canvas(4);
-    DrawOutline(canvas, 1, 1, 0, 2, Red);
-    DrawOutline(canvas, 1, 1, 2, 0, Red);
+    DrawOutline(canvas, RectOf(1, 1, 0, 2), Red);
+    DrawOutline(canvas, RectOf(1, 1, 2, 0), Red);
     EXPECT_EQ(Picture(canvas), Picture(Canvas(4)));
-    DrawOutline(canvas, 2, 1, 1, 3, Red);
+    DrawOutline(canvas, RectOf(2, 1, 1, 3), Red);
     EXPECT_EQ(Picture(canvas), R"(
 ....
 ..#.

@@ -152,5 +152,27 @@ TEST(CoresFromInstances, BrokenFiguresBecomePercentages) {
     EXPECT_THAT(CoresFromInstances({{L"0,0", nan}, {L"0,1", -5}, {L"0,2", 1e300}}), testing::ElementsAre(0, 0, 100));
 }
 
+TEST(AdvanceCpuTimes, CountsFromTheSecondReadingOn) {
+    CpuTimes times;
+    std::int32_t percent = 7;
+    EXPECT_FALSE(AdvanceCpuTimes(times, 1000, 4000, percent));
+    EXPECT_EQ(percent, 7);
+    EXPECT_TRUE(AdvanceCpuTimes(times, 1025, 4100, percent));
+    EXPECT_EQ(percent, 75);
+    EXPECT_TRUE(AdvanceCpuTimes(times, 1125, 4200, percent));  // from the last reading on, not from the first
+    EXPECT_EQ(percent, 0);
+}
+
+TEST(AdvanceCpuTimes, TimesThatFallCountAsBusyForNoLongerThanTheWhole) {
+    CpuTimes times = {true, 1000, 4000};
+    std::int32_t percent = 7;
+    EXPECT_TRUE(AdvanceCpuTimes(times, 1000, 4000, percent));  // no time has passed
+    EXPECT_EQ(percent, 0);
+    EXPECT_TRUE(AdvanceCpuTimes(times, 0, 0, percent));
+    EXPECT_GE(percent, 0);
+    EXPECT_LE(percent, 100);
+    EXPECT_EQ(times.prevTotalTime, 0U);
+}
+
 }  // namespace
 }  // namespace kestrane

@@ -260,5 +260,38 @@ TEST(MakeDiskLabel, NamesTheLettersInBrackets) {
     SetLanguage(ActiveSpanish);
 }
 
+TEST(AdvanceDiskSample, CountsFromTheSecondCollectionOn) {
+    const DiskReadings one = {{{L"0 C:", 60}}, {{L"0 C:", 1}}, {{L"0 C:", 3}}, {}, {}};
+    bool primed = false;
+    MetricSample sample;
+    EXPECT_FALSE(AdvanceDiskSample(primed, &one, sample));
+    EXPECT_TRUE(primed);
+    EXPECT_TRUE(sample.diskValid);  // it gives figures all the same
+    EXPECT_EQ(sample.disks.size(), 1U);
+    EXPECT_TRUE(AdvanceDiskSample(primed, &one, sample));
+    EXPECT_EQ(sample.diskWritePercent, 30);
+}
+
+TEST(AdvanceDiskSample, ACollectionThatCannotBeReadPrimesButGivesNothing) {
+    const DiskReadings one = {{{L"0 C:", 60}}, {}, {}, {}, {}};
+    bool primed = false;
+    MetricSample sample;
+    sample.diskValid = true;
+    sample.disks.resize(1);
+    EXPECT_FALSE(AdvanceDiskSample(primed, nullptr, sample));
+    EXPECT_TRUE(primed);
+    EXPECT_FALSE(sample.diskValid);
+    EXPECT_TRUE(sample.disks.empty());
+    EXPECT_TRUE(AdvanceDiskSample(primed, &one, sample));
+}
+
+TEST(AdvanceDiskSample, WithoutADiskNoCollectionCounts) {
+    const DiskReadings onlyTotal = {{{L"_Total", 60}}, {}, {}, {}, {}};
+    bool primed = true;
+    MetricSample sample;
+    EXPECT_FALSE(AdvanceDiskSample(primed, &onlyTotal, sample));
+    EXPECT_FALSE(AdvanceDiskSample(primed, &onlyTotal, sample));
+}
+
 }  // namespace
 }  // namespace kestrane

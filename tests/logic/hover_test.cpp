@@ -90,9 +90,10 @@ TEST(PlaceHoverBox, StandsAboveAndToTheRightUnlessItWouldNotFit) {
         {"below the window: held inside", {100, 400}, {110, 107, 220, 147}},
         {"left of the window: held at column 3", {-50, 100}, {3, 55, 113, 95}},
     };
+    const HoverBoxText text = {.lineCount = 2, .lineHeight = 15, .maxWidth = 100, .inset = 5};
     for (const Row& row : rows)
-        EXPECT_EQ(PlaceHoverBox(400, 150, row.point, 100, 15, 2, 5), row.box) << row.reason;
-    EXPECT_EQ(PlaceHoverBox(60, 20, {50, 10}, 100, 15, 2, 5), (Rect{3, 3, 113, 43})) << "larger than the window";
+        EXPECT_EQ(PlaceHoverBox(400, 150, row.point, text), row.box) << row.reason;
+    EXPECT_EQ(PlaceHoverBox(60, 20, {50, 10}, text), (Rect{3, 3, 113, 43})) << "larger than the window";
 }
 
 class PlotReadout : public testing::Test {

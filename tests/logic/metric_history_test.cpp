@@ -1,4 +1,4 @@
-#include "graph/metric_history.h"
+#include "history/metric_history.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "graph/net_icon_scale.h"
+#include "history/net_icon_scale.h"
 
 #include <gtest/gtest.h>
 

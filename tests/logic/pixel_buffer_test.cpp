@@ -34,15 +34,15 @@ TEST(FillPixels, ClipsToTheBuffer) {
     };
     for (const Row& row : rows) {
         Picture picture(4, 3);
-        FillPixels(picture.Buffer(), row.left, row.top, row.right, row.bottom, 0xFF0000);
+        FillPixels(picture.Buffer(), {row.left, row.top, row.right, row.bottom}, 0xFF0000);
         EXPECT_EQ(picture.Rows(Plain), row.picture) << row.reason;
     }
 }
 
 TEST(FillPixels, WritesTheLow24BitsAndBlackForTransparent) {
     Picture picture(2, 1, 0x111111);
-    FillPixels(picture.Buffer(), 0, 0, 1, 1, ColorNone);
-    FillPixels(picture.Buffer(), 1, 0, 2, 1, 0xFF123456);
+    FillPixels(picture.Buffer(), {0, 0, 1, 1}, ColorNone);
+    FillPixels(picture.Buffer(), {1, 0, 2, 1}, 0xFF123456);
     EXPECT_EQ(picture.At(0, 0), 0U);
     EXPECT_EQ(picture.At(1, 0), 0x123456U);
 }

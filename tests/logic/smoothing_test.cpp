@@ -1,4 +1,4 @@
-#include "graph/smoothing.h"
+#include "history/smoothing.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -44,12 +44,6 @@ TEST(RouteTrayNotification, GoesByEventThenByIcon) {
     }
 }
 
-TEST(GraphOfIcon, FollowsTheIds) {
-    EXPECT_EQ(GraphOfIcon(1), GraphKind::Cpu);
-    EXPECT_EQ(GraphOfIcon(2), GraphKind::Disk);
-    EXPECT_EQ(GraphOfIcon(4), GraphKind::Network);
-}
-
 TEST(PassesClickFilter, LetsTheFirstOfADoubleClickThrough) {
     std::uint64_t next = 0;
     EXPECT_TRUE(PassesClickFilter(EventSelect, 1000, 500, next));

@@ -20,7 +20,6 @@
 
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
-#include "app/ticks_win32.h"
 #include "app/timers.h"
 #include "app/tray_events.h"
 #include "hardware/cpu_facts_win32.h"

@@ -96,7 +96,7 @@ TEST_F(CpuSamplerTest, EachFailureHasItsOutcome) {
     for (const Row& row : std::vector<Row>{
              {"nothing", [](PdhCounters&) {}, true, 42, {30, 56}},
              {"GetSystemTimes", [](PdhCounters&) { fakeTimes.works = false; }, false, 42, {30, 56}},
-             {"no query", [](PdhCounters& c) { c.cpuQuery = nullptr; }, true, 75, {}},
+             {"no query", [](PdhCounters& c) { c.cpuQuery.Reset(); }, true, 75, {}},
              {"the collection", [](PdhCounters&) { fakePdh.collectStatus = Bad; }, true, 75, {}},
              {"the value", [](PdhCounters&) { Total().valueStatus = Bad; }, true, 75, {}},
              {"status 2", [](PdhCounters&) { Total().instances[0].status = 2; }, true, 75, {}},
@@ -185,11 +185,11 @@ TEST_F(CpuSamplerTest, AFailureOfTheTimesKeepsTheBaseline) {
     std::int32_t percent = 7;
     fakeTimes.works = false;
     EXPECT_FALSE(SampleCpuTimes(counters, percent));
-    EXPECT_FALSE(counters.cpuBaseline);
+    EXPECT_FALSE(counters.cpuTimes.cpuBaseline);
     fakeTimes.works = true;
     EXPECT_FALSE(SampleCpuTimes(counters, percent));
     EXPECT_EQ(percent, 7);
-    EXPECT_TRUE(counters.cpuBaseline);
+    EXPECT_TRUE(counters.cpuTimes.cpuBaseline);
     Pass();
     fakeTimes.works = false;
     EXPECT_FALSE(SampleCpuTimes(counters, percent));
@@ -202,8 +202,8 @@ TEST_F(CpuSamplerTest, AFailureOfTheTimesKeepsTheBaseline) {
 TEST_F(CpuSamplerTest, StoresTheReading) {
     std::int32_t percent = 0;
     SampleCpuTimes(counters, percent);
-    EXPECT_EQ(counters.prevIdleTime, 0x1'0000'0000u);
-    EXPECT_EQ(counters.prevTotalTime, 0x5'0000'0000u);
+    EXPECT_EQ(counters.cpuTimes.prevIdleTime, 0x1'0000'0000u);
+    EXPECT_EQ(counters.cpuTimes.prevTotalTime, 0x5'0000'0000u);
 }
 
 }  // namespace

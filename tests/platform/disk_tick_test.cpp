@@ -11,7 +11,6 @@
 
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
-#include "app/ticks_win32.h"
 #include "hardware/cpu_facts_win32.h"
 #include "hardware/disk_facts_win32.h"
 #include "support/fake_pdh.h"
@@ -96,7 +95,7 @@ class DiskTickTest : public testing::Test {
 
 TEST_F(DiskTickTest, ATickReachesIconTotalsHistoriesAndTooltip) {
     Start();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(diskTip, L"Disk  R: 45 % · 1 MB/s  W: 15 % · 1 KB/s");
     EXPECT_EQ(SampleAtAge(app->diskReadIconRing, 0), 45);
     EXPECT_EQ(SampleAtAge(app->diskWriteIconRing, 0), 15);
@@ -119,7 +118,7 @@ TEST_F(DiskTickTest, TheReadingAtTheStartGivesATooltipAndNoPoint) {
 TEST_F(DiskTickTest, TheIconShowsTheBusiestDiskAndTheSpeedsThoseChosen) {
     app->settings.disks = {1};
     Start();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(diskTip, L"Disk  R: 45 % · 2 KB/s  W: 15 % · 0.5 KB/s");
     EXPECT_EQ(app->diskTotals.diskCount, 1);
     EXPECT_EQ(app->diskTotals.readPercent, 0);
@@ -141,7 +140,7 @@ TEST_F(DiskTickTest, AnExternalDiskReachesTheIconAlone) {
     app->settings.disks = {0, 1};
     Start();
     machineDisks.push_back(DiskNumbered(0));  // plugged in later: the list is that of the start
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(SampleAtAge(app->diskReadIconRing, 0), 45);
     EXPECT_EQ(SampleAtAge(app->diskWriteIconRing, 0), 15);
     EXPECT_EQ(SampleAtAge(app->diskReadBytesRing, 0), 2048.0);
@@ -154,14 +153,14 @@ TEST_F(DiskTickTest, AnExternalDiskReachesTheIconAlone) {
 
 TEST_F(DiskTickTest, ARefusedReadingLeavesEverythingStanding) {
     Start();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     fakePdh.collectStatus = static_cast<PDH_STATUS>(PDH_NO_DATA);
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(diskUpdates, 1);
     EXPECT_EQ(app->diskHistories.size(), 2U);
     EXPECT_EQ(app->diskReadIconRing.count, 1U);
     fakePdh.collectStatus = ERROR_SUCCESS;
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(app->diskHistories[0].read.count, 2U);
 }
 
@@ -174,7 +173,7 @@ TEST_F(DiskTickTest, ATickGrowsTheRingsBeforeItPushes) {
         for (std::int32_t percent = 0; percent < 4; ++percent)
             PushSample(*ring, percent);
     }
-    OnDiskTick(*app);
+    app->OnDiskTick();
     for (const auto* ring : {&app->diskReadIconRing, &app->diskWriteIconRing}) {
         EXPECT_EQ(ring->data.size(), size);
         EXPECT_EQ(ring->count, 5U);  // nothing was pushed out of the smaller ring
@@ -192,9 +191,9 @@ TEST_F(DiskTickTest, TheCountersAreClosedWithTheProgram) {
 
 TEST_F(DiskTickTest, OnlyTheTotalMeansNoDisk) {
     Start();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     fakePdh.counters[Idle].instances = {{L"_Total", 70}};
-    OnDiskTick(*app);
+    app->OnDiskTick();
     EXPECT_EQ(diskUpdates, 1);
     app->RefreshDiskIcon();
     EXPECT_EQ(diskTip, L"Disk: no data (PDH)");
@@ -202,12 +201,12 @@ TEST_F(DiskTickTest, OnlyTheTotalMeansNoDisk) {
 
 TEST_F(DiskTickTest, ADiskThatVanishesForOneTickLosesItsHistory) {
     Start();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     fakePdh.counters[Idle].instances = {{L"0 C:", 40}};
-    OnDiskTick(*app);
+    app->OnDiskTick();
     ASSERT_EQ(app->diskHistories.size(), 1U);
     TwoDisks();
-    OnDiskTick(*app);
+    app->OnDiskTick();
     ASSERT_EQ(app->diskHistories.size(), 2U);
     EXPECT_EQ(app->diskHistories[0].read.count, 3U);
     EXPECT_EQ(app->diskHistories[1].read.count, 1U);

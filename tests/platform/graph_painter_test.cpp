@@ -234,7 +234,7 @@ constexpr std::uint32_t NormalDpi = 96;
 class Target {
   public:
     Target(std::int32_t width, std::int32_t height) : bitmap_(nullptr, width, height) {
-        FillPixels(bitmap_.Pixels(), 0, 0, width, height, Untouched);
+        FillPixels(bitmap_.Pixels(), {0, 0, width, height}, Untouched);
     }
     HDC Dc() const { return bitmap_.Pixels().dc; }
     /// The pixels, once all drawing has ended.

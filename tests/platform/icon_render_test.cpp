@@ -98,7 +98,7 @@ TEST_F(IconRenderTest, TheSizeIsTheTaskbarsOrElseTheWindows) {
 TEST_F(IconRenderTest, TheBitmapHoldsThePixelsAsTheyAre) {
     for (const std::int32_t size : {1, 2, 16, 20, 24, 32, 48}) {
         const Canvas canvas = Motley(size);
-        const CanvasBitmap made = CanvasToBitmap(canvas);
+        const Dib made = CanvasToBitmap(canvas);
         ASSERT_TRUE(made.bitmap);
         EXPECT_EQ(std::vector<std::uint32_t>(made.pixels, made.pixels + canvas.pixels.size()), canvas.pixels) << size;
         const BITMAPV5HEADER& header = world.lastHeader;

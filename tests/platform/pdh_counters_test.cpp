@@ -33,24 +33,24 @@ TEST_F(PdhCountersTest, OpensBothQueriesAndPrimesThem) {
                                            std::wstring(L"add 2 ") + WriteTime, std::wstring(L"add 2 ") + ReadBytes,
                                            std::wstring(L"add 2 ") + WriteBytes, L"collect 2"));
     EXPECT_THAT(debugLines, IsEmpty());
-    EXPECT_EQ(counters.cpuQuery, HandleOf(1));
+    EXPECT_EQ(counters.cpuQuery.Get(), HandleOf(1));
     EXPECT_EQ(counters.cpuTotalCounter, HandleOf(1));
     EXPECT_EQ(counters.cpuCoreCounter, HandleOf(2));
-    EXPECT_EQ(counters.diskQuery, HandleOf(2));
+    EXPECT_EQ(counters.diskQuery.Get(), HandleOf(2));
     EXPECT_EQ(counters.diskIdleCounter, HandleOf(3));
     EXPECT_EQ(counters.diskReadTimeCounter, HandleOf(4));
     EXPECT_EQ(counters.diskWriteTimeCounter, HandleOf(5));
     EXPECT_EQ(counters.diskReadBytesCounter, HandleOf(6));
     EXPECT_EQ(counters.diskWriteBytesCounter, HandleOf(7));
     EXPECT_TRUE(counters.diskReady);
-    EXPECT_FALSE(counters.cpuBaseline);
+    EXPECT_FALSE(counters.cpuTimes.cpuBaseline);
     EXPECT_FALSE(counters.diskPrimed);
 }
 
 TEST_F(PdhCountersTest, AFailedFirstCollectionIsIgnored) {
     fakePdh.collectStatus = static_cast<PDH_STATUS>(PDH_NO_DATA);
     OpenPdhCounters(counters);
-    EXPECT_NE(counters.cpuQuery, nullptr);
+    EXPECT_TRUE(counters.cpuQuery);
     EXPECT_TRUE(counters.diskReady);
     EXPECT_THAT(debugLines, IsEmpty());
 }
@@ -58,17 +58,17 @@ TEST_F(PdhCountersTest, AFailedFirstCollectionIsIgnored) {
 TEST_F(PdhCountersTest, WithoutACpuQueryNothingIsSaid) {
     fakePdh.refusedQueries = {1};
     OpenPdhCounters(counters);
-    EXPECT_EQ(counters.cpuQuery, nullptr);
-    EXPECT_EQ(counters.diskQuery, HandleOf(2));
+    EXPECT_FALSE(counters.cpuQuery);
+    EXPECT_EQ(counters.diskQuery.Get(), HandleOf(2));
     EXPECT_THAT(debugLines, IsEmpty());
-    ClosePdhCounters(counters);
+    counters = PdhCounters();
     EXPECT_THAT(fakePdh.calls, testing::Not(testing::Contains(L"close 1")));
 }
 
 TEST_F(PdhCountersTest, WithoutTheMachineCounterTheCpuFallsBack) {
     fakePdh.missing = {cpu_paths::Total};
     OpenPdhCounters(counters);
-    EXPECT_EQ(counters.cpuQuery, nullptr);
+    EXPECT_FALSE(counters.cpuQuery);
     EXPECT_EQ(counters.cpuTotalCounter, nullptr);
     EXPECT_EQ(counters.cpuCoreCounter, nullptr);
     EXPECT_THAT(debugLines, ElementsAre(L"kestrane: sin contador % Processor Utility; CPU con GetSystemTimes\n"));
@@ -80,7 +80,7 @@ TEST_F(PdhCountersTest, WithoutTheMachineCounterTheCpuFallsBack) {
 TEST_F(PdhCountersTest, WithoutTheCoreCounterTheMachineFigureStays) {
     fakePdh.missing = {cpu_paths::Cores};
     OpenPdhCounters(counters);
-    EXPECT_EQ(counters.cpuQuery, HandleOf(1));
+    EXPECT_EQ(counters.cpuQuery.Get(), HandleOf(1));
     EXPECT_NE(counters.cpuTotalCounter, nullptr);
     EXPECT_EQ(counters.cpuCoreCounter, nullptr);
     EXPECT_THAT(debugLines, IsEmpty());
@@ -89,8 +89,8 @@ TEST_F(PdhCountersTest, WithoutTheCoreCounterTheMachineFigureStays) {
 TEST_F(PdhCountersTest, WithoutADiskQueryThereIsNoDisk) {
     fakePdh.refusedQueries = {2};
     OpenPdhCounters(counters);
-    EXPECT_NE(counters.cpuQuery, nullptr);
-    EXPECT_EQ(counters.diskQuery, nullptr);
+    EXPECT_TRUE(counters.cpuQuery);
+    EXPECT_FALSE(counters.diskQuery);
     EXPECT_FALSE(counters.diskReady);
     EXPECT_THAT(debugLines, ElementsAre(L"kestrane: PdhOpenQuery ha fallado; disco sin datos\n"));
     EXPECT_EQ(fakePdh.calls.back(), L"open");
@@ -106,26 +106,27 @@ TEST_F(PdhCountersTest, OneMissingDiskCounterIsAllOfThem) {
         PdhCounters opened;
         OpenPdhCounters(opened);
         EXPECT_FALSE(opened.diskReady);
-        EXPECT_EQ(opened.diskQuery, nullptr);
+        EXPECT_FALSE(opened.diskQuery);
         EXPECT_EQ(opened.diskIdleCounter, nullptr);
-        EXPECT_NE(opened.cpuQuery, nullptr);
+        EXPECT_TRUE(opened.cpuQuery);
         EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudieron anadir los contadores de disco\n"));
         ASSERT_EQ(fakePdh.calls.size(), 4 + 1 + (i + 1) + 1);  // stops at the first failure
         EXPECT_EQ(fakePdh.calls.back(), L"close 2");
     }
 }
 
-TEST_F(PdhCountersTest, ClosesWhatIsOpenAndNothingElse) {
-    OpenPdhCounters(counters);
+TEST_F(PdhCountersTest, EachOpenQueryClosesOnceWithItsOwner) {
+    {
+        PdhCounters opened;
+        OpenPdhCounters(opened);
+        fakePdh.calls.clear();
+        const PdhCounters taken = std::move(opened);
+        EXPECT_THAT(fakePdh.calls, IsEmpty());
+    }
+    EXPECT_THAT(fakePdh.calls, testing::UnorderedElementsAre(L"close 1", L"close 2"));
     fakePdh.calls.clear();
-    ClosePdhCounters(counters);
-    EXPECT_THAT(fakePdh.calls, ElementsAre(L"close 1", L"close 2"));
-    EXPECT_FALSE(counters.diskReady);
-    ClosePdhCounters(counters);
-    EXPECT_EQ(fakePdh.calls.size(), 2u);
-    PdhCounters never;
-    ClosePdhCounters(never);
-    EXPECT_EQ(fakePdh.calls.size(), 2u);
+    { const PdhCounters never; }
+    EXPECT_THAT(fakePdh.calls, IsEmpty());
 }
 
 class ReadCounterArrayTest : public PdhCountersTest {

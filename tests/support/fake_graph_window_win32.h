@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "graph/geometry_win32.h"
+#include "base/geometry_win32.h"
 #include "graph/graph_painter_win32.h"
 #include "graph/graph_window_win32.h"
 #include "support/geometry_print.h"

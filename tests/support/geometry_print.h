@@ -2,7 +2,7 @@
 // How GoogleTest shows the records of geometry in a failing row.
 #include <ostream>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 
 namespace kestrane {
 

@@ -12,6 +12,11 @@
 
 namespace kestrane {
 
+/// Points of each machine-wide series and of each disk.
+inline constexpr std::uint64_t SeriesCapacity = 4096;
+/// Points of each logical processor: deliberately a quarter of the machine-wide series.
+inline constexpr std::uint64_t CoreSeriesCapacity = 1024;
+
 template <typename T>
 struct MetricRing {
     std::vector<T> data;      // its size is the capacity, always at least 1

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "graph/graph_series.h"
+#include "history/series.h"
 
 namespace kestrane {
 

@@ -5,14 +5,6 @@
 #include "settings/ini_file_win32.h"
 
 namespace kestrane {
-namespace {
-
-/// The id of the icon that a graph belongs to, whose menu it shows.
-std::uint32_t IconIdOf(GraphKind kind) {
-    return static_cast<std::uint32_t>(IconPosition(kind)) + 1;
-}
-
-}  // namespace
 
 void App::BindGraphSources() {
     GraphSeries& network = graphSources[IndexOf(GraphKind::Network)];
@@ -45,6 +37,12 @@ void App::ApplyGraph(GraphKind kind) {
     graph->SetShown(GraphSettingsOf(settings, kind).graph && settings.show[IconPosition(kind)]);
 }
 
+void App::RecoverGraphs() {
+    for (const auto& graph : graphs) {
+        if (graph) graph->RecoverIfOffScreen();
+    }
+}
+
 void App::InvalidateGraph(GraphKind kind) {
     if (const auto& graph = graphs[IndexOf(kind)]) graph->Invalidate();
 }
@@ -57,7 +55,7 @@ std::array<bool, GraphCount> App::ShownGraphs() const {
 }
 
 void App::ShowGraphMenu(GraphKind kind, Point screenPoint) {
-    ShowTrayMenu(IconIdOf(kind), screenPoint.x, screenPoint.y);
+    ShowTrayMenu(IconIdOf(MetricOf(kind)), screenPoint.x, screenPoint.y);
 }
 
 void App::GraphClicked(GraphKind kind) {

@@ -1,11 +1,9 @@
-// The last step of a tick: text and image of one icon from what is stored, handed to the shell together.
+// The four icons as `App` shows them: text and image of each from what is stored, handed to the shell together.
 #include <windows.h>
 
 #include <utility>
 
 #include "app/app_win32.h"
-#include "app/ticks_win32.h"
-#include "app/timers.h"
 #include "metrics/value_text.h"
 #include "metrics/value_text_win32.h"
 #include "text/translation.h"
@@ -13,32 +11,34 @@
 
 namespace kestrane {
 
-void App::ApplyTimers() {
-    for (const auto& [metric, id] : SamplingTimers) {
-        const auto position = static_cast<std::size_t>(metric);
-        const std::uint32_t period = settings.refresh_ms[position];
-        if (timerPeriods[position] == period) continue;
-        timerPeriods[position] = period;
-        SetTimer(window, id, period, nullptr);
-    }
-    for (const GraphKind kind : GraphKinds)
-        graphSources[IndexOf(kind)].periodMs = settings.refresh_ms[IconPosition(kind)];
+void App::ApplyIconVisibility() {
+    const auto icons = HeldIcons();
+    for (const MetricKind metric : MetricKinds)
+        icons->SetVisible(IconIdOf(metric), settings.show[IndexOf(metric)]);
+}
+
+/// An icon has one point per pixel column.
+void App::EnsureIconRingSize() {
+    const std::uint32_t size = IconPixelSize(window);
+    if (size == iconRingSize) return;
+    iconRingSize = size;
+    for (auto* ring : {&cpuIconRing, &diskReadIconRing, &diskWriteIconRing})
+        ResizeKeepNewest(*ring, size);
 }
 
 void App::ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text) {
-    const auto id = static_cast<std::uint32_t>(metric) + 1;
-    if (const auto icons = trayIcons) icons->Update(id, std::move(icon), text);
+    if (const auto icons = HeldIcons()) icons->Update(IconIdOf(metric), std::move(icon), text);
 }
 
 void App::RefreshCpuIcon() {
-    EnsureIconRingSize(*this);
+    EnsureIconRingSize();
     const std::wstring text = CpuTooltipText(sample);
     ShowIcon(MetricKind::Cpu, RenderCpuIcon(settings, cpuIconRing, iconRingSize), text);
     InvalidateGraph(GraphKind::Cpu);
 }
 
 void App::RefreshDiskIcon() {
-    EnsureIconRingSize(*this);
+    EnsureIconRingSize();
     const std::wstring text = DiskTooltipText(sample, diskTotals, DecimalSeparatorChar());
     ShowIcon(MetricKind::Disk,
              RenderDiskIcon(settings, diskReadIconRing, diskWriteIconRing, sample.diskValid, iconRingSize), text);
@@ -46,14 +46,14 @@ void App::RefreshDiskIcon() {
 }
 
 void App::RefreshMemoryIcon() {
-    EnsureIconRingSize(*this);
+    EnsureIconRingSize();
     const std::wstring text = MemoryTooltipText(sample);
     const auto percent = static_cast<std::int32_t>(sample.memoryPercent);
     ShowIcon(MetricKind::Memory, RenderMemoryIcon(settings, percent, iconRingSize), text);
 }
 
 void App::RefreshNetworkIcon() {
-    EnsureIconRingSize(*this);
+    EnsureIconRingSize();
     const std::wstring label = netSample.label.empty() ? Tr(L"Red") : netSample.label;
     const std::wstring text = NetTooltipText(label, netSample.hasRates, netSample.connected, netSample.downBitsPerSec,
                                              netSample.upBitsPerSec, DecimalSeparatorChar());

@@ -1,6 +1,6 @@
 #pragma once
-// Points and rectangles of the screen, with arithmetic that cannot overflow: a place in a hand-edited file may be any
-// 32-bit number.
+// Points, rectangles and sizes of the screen, with arithmetic that cannot overflow: a place in a hand-edited file may
+// be any 32-bit number.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -37,12 +37,30 @@ constexpr std::int32_t SubtractSaturated(std::int64_t a, std::int64_t b) {
     return SaturateToInt32(a - b);
 }
 
+/// A rectangle by its corner and its size.
+constexpr Rect RectOf(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
+    return {x, y, AddSaturated(x, width), AddSaturated(y, height)};
+}
+
 constexpr std::int32_t RectWidth(const Rect& rect) {
     return SubtractSaturated(rect.right, rect.left);
 }
 
 constexpr std::int32_t RectHeight(const Rect& rect) {
     return SubtractSaturated(rect.bottom, rect.top);
+}
+
+/// A size given at 96 DPI, at `dpi`: the nearest whole number, halves away from zero, and -1 beyond the 32-bit range,
+/// as the system's MulDiv has it.
+constexpr std::int32_t ScaleForDpi(std::int32_t value, std::uint32_t dpi) {
+    constexpr std::int64_t base = 96;
+    const std::int64_t product = std::int64_t{value} * dpi;
+    // The division comes first: half a step added to the product could pass the 64-bit range.
+    const std::int64_t remainder = product % base;
+    std::int64_t scaled = product / base;
+    if (remainder >= base / 2) ++scaled;
+    if (remainder <= -base / 2) --scaled;
+    return SaturateToInt32(scaled) == scaled ? static_cast<std::int32_t>(scaled) : -1;
 }
 
 }  // namespace kestrane

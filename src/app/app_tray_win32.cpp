@@ -50,7 +50,7 @@ void App::OnTrayNotify(WPARAM wParam, LPARAM lParam) {
             ShowTrayMenu(notification.iconId, notification.x, notification.y);
             break;
         case TrayAction::ClickGraphIcon:
-            OnIconClick(GraphOfIcon(notification.iconId), notification.event);
+            if (const auto graph = GraphOfIcon(notification.iconId)) OnIconClick(*graph, notification.event);
             break;
         case TrayAction::OpenUpdate:
         case TrayAction::OpenTaskManager:

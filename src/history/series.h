@@ -4,14 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 
 namespace kestrane {
-
-/// Points of each machine-wide series and of each disk.
-inline constexpr std::uint64_t SeriesCapacity = 4096;
-/// Points of each logical processor: deliberately a quarter of the machine-wide series.
-inline constexpr std::uint64_t CoreSeriesCapacity = 1024;
 
 /// The history of one physical disk, in bytes per second.
 struct DiskHistory {

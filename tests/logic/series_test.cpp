@@ -1,4 +1,4 @@
-#include "graph/graph_series.h"
+#include "history/series.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "graph/graph_series.h"
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
+#include "history/series.h"
 #include "metrics/metric_sample.h"
 
 namespace kestrane {

@@ -1,4 +1,4 @@
-#include "graph/smoothing.h"
+#include "history/smoothing.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // The rate that stands for the full height of the network icon.
 #include <cstdint>
 
-#include "graph/metric_ring.h"
+#include "history/metric_ring.h"
 
 namespace kestrane {
 

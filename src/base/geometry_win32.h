@@ -2,7 +2,7 @@
 // Between the platform's points, rectangles and monitors and ours.
 #include <windows.h>
 
-#include "graph/geometry.h"
+#include "base/geometry.h"
 
 namespace kestrane {
 

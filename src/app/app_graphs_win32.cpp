@@ -1,7 +1,8 @@
 // The three graph windows as `App` runs them: what each reads, when each is open, and what they ask of their host.
+#include "app/app_win32.h"
+
 #include <windows.h>
 
-#include "app/app_win32.h"
 #include "settings/ini_file_win32.h"
 
 namespace kestrane {

@@ -1,9 +1,10 @@
 // The four icons as `App` shows them: text and image of each from what is stored, handed to the shell together.
+#include "app/app_win32.h"
+
 #include <windows.h>
 
 #include <utility>
 
-#include "app/app_win32.h"
 #include "metrics/value_text.h"
 #include "metrics/value_text_win32.h"
 #include "text/translation.h"

@@ -1,17 +1,15 @@
 // The timers of `App` and what a tick does: read the counters, keep the points, show them. A reading that its sampler
 // refuses ends the tick, and the last icon and tooltip stay.
+#include "app/app_win32.h"
+
 #include <windows.h>
 
 #include <utility>
 
-#include "app/app_win32.h"
 #include "app/timers.h"
 #include "history/metric_history.h"
-#include "metrics/cpu_sampler_win32.h"
 #include "metrics/disk_rules.h"
-#include "metrics/disk_sampler_win32.h"
-#include "metrics/memory_sampler_win32.h"
-#include "metrics/net_sampler_win32.h"
+#include "metrics/samplers_win32.h"
 
 namespace kestrane {
 

@@ -2,8 +2,7 @@
 
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
-#include "hardware/cpu_facts_win32.h"
-#include "hardware/disk_facts_win32.h"
+#include "hardware/hardware_facts_win32.h"
 
 namespace kestrane {
 

@@ -15,7 +15,6 @@
 #include "history/series.h"
 #include "metrics/metric_sample.h"
 #include "metrics/net_rules.h"
-#include "metrics/net_sample.h"
 #include "metrics/pdh_counters_win32.h"
 #include "settings/app_settings.h"
 #include "tray/tray_icon_set_win32.h"

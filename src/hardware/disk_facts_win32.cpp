@@ -1,4 +1,4 @@
-#include "hardware/disk_facts_win32.h"
+#include "hardware/hardware_facts_win32.h"
 
 #include <windows.h>
 

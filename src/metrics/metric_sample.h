@@ -1,5 +1,6 @@
 #pragma once
-// What the samplers write and everything else only reads: the latest figures of processor, disks and memory.
+// What the samplers write and everything else only reads: the latest figures of processor, disks, memory
+// and network.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -46,6 +47,15 @@ struct MetricSample {
     std::uint32_t memoryPercent = 0;      // 0 to 100
     std::uint64_t memoryTotalBytes = 0;
     std::uint64_t memoryAvailableBytes = 0;
+};
+
+/// The latest network reading, as the tooltip, the icon and the graph use it.
+struct NetSample {
+    bool hasRates = false;   // the two rates below are real
+    bool connected = false;  // a chosen interface exists and is up
+    std::uint64_t downBitsPerSec = 0;
+    std::uint64_t upBitsPerSec = 0;
+    std::wstring label;  // what the tooltip calls the connection; may be empty
 };
 
 }  // namespace kestrane

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "metrics/net_sample.h"
+#include "metrics/metric_sample.h"
 
 namespace kestrane {
 

@@ -1,4 +1,4 @@
-#include "metrics/net_sampler_win32.h"
+#include "metrics/samplers_win32.h"
 
 #include <winsock2.h>
 

@@ -1,9 +1,10 @@
+#include "metrics/value_text_win32.h"
+
 #include <windows.h>
 
 #include <array>
 
 #include "metrics/value_text.h"
-#include "metrics/value_text_win32.h"
 
 namespace kestrane {
 namespace {

@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "text/language_win32.h"
+
+#include <windows.h>
 
 namespace kestrane {
 

@@ -1,4 +1,4 @@
-#include "metrics/cpu_sampler_win32.h"
+#include "metrics/samplers_win32.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

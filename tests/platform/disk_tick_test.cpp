@@ -11,8 +11,7 @@
 
 #include "app/app_win32.h"
 #include "app/hidden_window_win32.h"
-#include "hardware/cpu_facts_win32.h"
-#include "hardware/disk_facts_win32.h"
+#include "hardware/hardware_facts_win32.h"
 #include "support/fake_pdh.h"
 #include "text/translation.h"
 

@@ -1,4 +1,4 @@
-#include "metrics/memory_sampler_win32.h"
+#include "metrics/samplers_win32.h"
 
 #include <windows.h>
 

@@ -8,6 +8,7 @@
 #include "app/tray_menu.h"
 #include "app/version.h"
 #include "settings/ini_file_win32.h"
+#include "settings/task_manager_win32.h"
 #include "text/translation.h"
 #include "tray/icon_render_win32.h"
 
@@ -52,8 +53,10 @@ void App::OnTrayNotify(WPARAM wParam, LPARAM lParam) {
         case TrayAction::ClickGraphIcon:
             if (const auto graph = GraphOfIcon(notification.iconId)) OnIconClick(*graph, notification.event);
             break;
-        case TrayAction::OpenUpdate:
         case TrayAction::OpenTaskManager:
+            OpenTaskManager(TaskManagerPage(notification.iconId, sample));
+            break;
+        case TrayAction::OpenUpdate:
         case TrayAction::None:
             break;
     }
@@ -79,10 +82,10 @@ void App::ToggleGraph(GraphKind kind) {
     SaveGraphWindows(settings);
 }
 
-void App::ShowTrayMenu(std::uint32_t /*iconId*/, int x, int y) {
+void App::ShowTrayMenu(std::uint32_t iconId, int x, int y) {
     if (menuOpen) return;
     const std::uint32_t command = ChooseFromTrayMenu(x, y);
-    if (!shuttingDown) RunCommand(command);
+    if (!shuttingDown) RunCommand(command, iconId);
 }
 
 std::uint32_t App::ChooseFromTrayMenu(int x, int y) {
@@ -96,9 +99,11 @@ std::uint32_t App::ChooseFromTrayMenu(int x, int y) {
     return command;
 }
 
-void App::RunCommand(std::uint32_t command) {
+void App::RunCommand(std::uint32_t command, std::uint32_t iconId) {
     if (command >= CommandPinFirst && command <= CommandPinLast) {
         TogglePin(static_cast<GraphKind>(command - CommandPinFirst));
+    } else if (command == CommandPerformance) {
+        OpenTaskManager(TaskManagerPage(iconId, sample));
     } else if (command == CommandAbout) {
         ShowAbout();
     } else if (command == CommandExit) {

@@ -136,7 +136,8 @@ struct App final : GraphWindowHost {
 
     void OnIconClick(GraphKind kind, std::uint32_t event);
     std::uint32_t ChooseFromTrayMenu(int x, int y);
-    void RunCommand(std::uint32_t command);
+    /// `iconId` is that of the icon whose menu it was.
+    void RunCommand(std::uint32_t command, std::uint32_t iconId);
     void TogglePin(GraphKind kind);
     void ShowAbout();
 

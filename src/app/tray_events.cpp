@@ -1,5 +1,7 @@
 #include "app/tray_events.h"
 
+#include "settings/task_manager.h"
+
 namespace kestrane {
 namespace {
 
@@ -20,6 +22,12 @@ TrayAction RouteTrayNotification(const TrayNotification& notification) {
     if (notification.event == EventContextMenu) return TrayAction::ShowMenu;
     if (GraphOfIcon(notification.iconId)) return TrayAction::ClickGraphIcon;
     return notification.event == EventDoubleClick ? TrayAction::OpenTaskManager : TrayAction::None;
+}
+
+std::int64_t TaskManagerPage(std::uint32_t iconId, const MetricSample& sample) {
+    const MetricKind metric = MetricOfIcon(iconId).value_or(MetricKind::Cpu);
+    const bool writesMore = sample.diskWritePercent > sample.diskReadPercent;
+    return StartPage(metric, writesMore ? sample.busiestWriteDisk : sample.busiestReadDisk, sample.diskInstanceCount);
 }
 
 bool PassesClickFilter(std::uint32_t event, std::uint64_t now, std::uint32_t doubleClickMs,

@@ -3,6 +3,7 @@
 // icon does to its graph. The actions themselves stand in tray_commands_win32.cpp.
 #include <cstdint>
 
+#include "metrics/metric_sample.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {
@@ -29,6 +30,11 @@ enum class TrayAction { None, OpenUpdate, ShowMenu, ClickGraphIcon, OpenTaskMana
 
 /// What a notification asks for. Only the memory icon, which has no graph, answers a double click with Task Manager.
 TrayAction RouteTrayNotification(const TrayNotification& notification);
+
+/// The page on which Task Manager opens for an icon: that of its metric, and for the disk icon that of the disk which
+/// is the busiest at this moment, with whatever the machine does more of. Any id that no icon has gives the
+/// processor's.
+std::int64_t TaskManagerPage(std::uint32_t iconId, const MetricSample& sample);
 
 /// The filter against double firing. A double click delivers a select and a double-click event; the first passes and
 /// shuts the door for the system's double-click time. `nextClickTick` is the tick count from which clicks count again.

@@ -21,6 +21,8 @@ struct FileTraits {
     static void Close(Handle handle) { CloseHandle(handle); }
 };
 using UniqueFile = Owned<FileTraits>;
+/// A snapshot of CreateToolhelp32Snapshot, which says it in the same way.
+using UniqueSnapshot = Owned<FileTraits>;
 
 struct RegistryKeyTraits {
     using Handle = HKEY;

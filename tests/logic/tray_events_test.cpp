@@ -44,6 +44,52 @@ TEST(RouteTrayNotification, GoesByEventThenByIcon) {
     }
 }
 
+TEST(TaskManagerPage, IsThatOfTheIconsMetric) {
+    MetricSample sample;
+    sample.busiestReadDisk = L"4 E:";
+    sample.busiestWriteDisk = L"2 D:";
+    sample.diskInstanceCount = 6;
+    struct Row {
+        std::uint32_t iconId;
+        std::int64_t page;
+    };
+    const Row rows[] = {
+        {1, 0}, {2, 6}, {3, 1}, {4, 8}, {0, 0}, {5, 0}, {6, 0}, {0xFFFF, 0}, {0xFFFF'FFFF, 0},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(TaskManagerPage(row.iconId, sample), row.page) << "icon " << row.iconId;
+}
+
+TEST(TaskManagerPage, OfTheDiskIsThatOfTheBusierSide) {
+    struct Row {
+        std::int32_t readPercent;
+        std::int32_t writePercent;
+        std::int64_t page;
+    };
+    const Row rows[] = {
+        {0, 0, 6},   {50, 49, 6}, {50, 50, 6},  // what is read counts when both are equal
+        {50, 51, 4}, {0, 1, 4},   {1, 0, 6},   {100, 100, 6}, {0, 100, 4},
+    };
+    for (const Row& row : rows) {
+        MetricSample sample;
+        sample.busiestReadDisk = L"4 E:";
+        sample.busiestWriteDisk = L"2 D:";
+        sample.diskReadPercent = row.readPercent;
+        sample.diskWritePercent = row.writePercent;
+        EXPECT_EQ(TaskManagerPage(2, sample), row.page) << row.readPercent << " and " << row.writePercent;
+    }
+}
+
+TEST(TaskManagerPage, OfAMachineOfWhichNothingIsKnown) {
+    EXPECT_EQ(TaskManagerPage(1, {}), 0);
+    EXPECT_EQ(TaskManagerPage(2, {}), 2);
+    EXPECT_EQ(TaskManagerPage(3, {}), 1);
+    EXPECT_EQ(TaskManagerPage(4, {}), 2);
+    MetricSample sample;
+    sample.diskInstanceCount = 0xFFFF'FFFF;
+    EXPECT_EQ(TaskManagerPage(4, sample), 4294967297);
+}
+
 TEST(PassesClickFilter, LetsTheFirstOfADoubleClickThrough) {
     std::uint64_t next = 0;
     EXPECT_TRUE(PassesClickFilter(EventSelect, 1000, 500, next));

@@ -1,0 +1,108 @@
+#include "settings/task_manager_win32.h"
+
+#include <windows.h>
+// <windows.h> comes first.
+#include <knownfolders.h>
+#include <objbase.h>
+#include <shellapi.h>
+#include <shlobj.h>
+#include <tlhelp32.h>
+
+#include <array>
+#include <cstdio>
+#include <cwchar>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "base/debug_log_win32.h"
+#include "base/handles_win32.h"
+#include "base/owned.h"
+#include "settings/task_manager.h"
+
+namespace kestrane {
+namespace {
+
+struct StreamTraits {
+    using Handle = std::FILE*;
+    static constexpr Handle None() { return nullptr; }
+    static void Close(Handle stream) { std::fclose(stream); }
+};
+using UniqueStream = Owned<StreamTraits>;
+
+UniqueStream OpenStream(const std::wstring& path, const wchar_t* mode) {
+    std::FILE* stream = nullptr;
+    if (_wfopen_s(&stream, path.c_str(), mode) != 0) return {};
+    return UniqueStream(stream);
+}
+
+/// Where Task Manager keeps its settings; empty when the system has no folder for them.
+std::wstring SettingsFolder() {
+    wchar_t* text = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &text);
+    std::wstring folder;
+    if (SUCCEEDED(result)) folder = std::wstring(text) + L"\\Microsoft\\Windows\\TaskManager";
+    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
+    return folder;
+}
+
+/// All bytes of the file; none of a file that does not open. Nothing when reading it broke off, for then what was read
+/// must not replace it.
+std::optional<std::string> ReadBytes(const std::wstring& path) {
+    std::string bytes;
+    const UniqueStream file = OpenStream(path, L"rb");
+    if (!file) return bytes;
+    std::array<char, 4096> block;
+    std::size_t length = 0;
+    do {
+        length = std::fread(block.data(), 1, block.size(), file.Get());
+        bytes.append(block.data(), length);
+    } while (length == block.size());
+    if (std::ferror(file.Get()) != 0) return {};
+    return bytes;
+}
+
+/// Creates a folder and those above it that are missing.
+void CreateFolders(const std::wstring& folder) {
+    if (CreateDirectoryW(folder.c_str(), nullptr) || GetLastError() != ERROR_PATH_NOT_FOUND) return;
+    const std::size_t end = folder.rfind(L'\\');
+    if (end == std::wstring::npos) return;
+    CreateFolders(folder.substr(0, end));
+    CreateDirectoryW(folder.c_str(), nullptr);
+}
+
+void ChooseStartPage(const std::wstring& folder, std::int64_t page) {
+    const std::wstring path = folder + L"\\settings.json";
+    std::optional<std::string> bytes = ReadBytes(path);
+    if (!bytes) return;
+    const std::string patched = PatchTaskManagerSettings(*std::move(bytes), page);
+    CreateFolders(folder);
+    const UniqueStream file = OpenStream(path, L"wb");
+    if (!file) {
+        LogDebug(L"kestrane: no se pudo escribir settings.json del Administrador de tareas\n");
+        return;
+    }
+    std::fwrite(patched.data(), 1, patched.size(), file.Get());
+}
+
+}  // namespace
+
+void OpenTaskManager(std::int64_t page) {
+    const std::wstring folder = SettingsFolder();
+    // A running one has its settings in memory and writes them at its end.
+    if (!folder.empty() && !IsProcessRunning(L"Taskmgr.exe")) ChooseStartPage(folder, page);
+    ShellExecuteW(nullptr, L"open", L"taskmgr.exe", nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+bool IsProcessRunning(const wchar_t* exeName) {
+    const UniqueSnapshot snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    if (!snapshot) return false;
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot.Get(), &entry); more; more = Process32NextW(snapshot.Get(), &entry)) {
+        if (_wcsicmp(entry.szExeFile, exeName) == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace kestrane

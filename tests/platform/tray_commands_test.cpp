@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/app_win32.h"
@@ -18,6 +19,7 @@
 #include "app/tray_menu.h"
 #include "graph/graph_painter_win32.h"
 #include "settings/ini_file_win32.h"
+#include "settings/task_manager_win32.h"
 #include "support/call_log.h"
 #include "support/icon_pixels_win32.h"
 #include "support/real_call_win32.h"
@@ -193,6 +195,11 @@ void PaintGraph(HDC, std::int32_t, std::int32_t, GraphKind, const AppSettings&, 
     world.paintedSeries = &series;
 }
 
+/// In place of the real one, which would start a program.
+void OpenTaskManager(std::int64_t page) {
+    NoteCall("Task Manager " + std::to_string(page));
+}
+
 namespace {
 
 class TrayCommandsTest : public testing::Test {
@@ -221,10 +228,10 @@ class TrayCommandsTest : public testing::Test {
         EXPECT_EQ(result, 0);
     }
 
-    /// Opens the menu and chooses the command.
-    void Choose(std::uint32_t command) {
+    /// Opens the menu of an icon and chooses the command.
+    void Choose(std::uint32_t command, std::uint32_t iconId = 1) {
         world.menuAnswer = static_cast<BOOL>(command);
-        Event(1, EventContextMenu);
+        Event(iconId, EventContextMenu);
         world.menuAnswer = 0;
     }
 
@@ -447,8 +454,68 @@ TEST_F(TrayCommandsTest, NothingChosenDoesNothing) {
         Choose(command);
     EXPECT_TRUE(IsWindow(app->window));
     EXPECT_EQ(world.boxText, L"");
-    for (const std::string& call : Calls())
-        EXPECT_THAT(call, Not(HasSubstr("write")));
+    EXPECT_THAT(Calls(), Not(Contains(HasSubstr("write"))));
+    EXPECT_THAT(Calls(), Not(Contains(HasSubstr("Task Manager"))));
+}
+
+/// Four disks, of which the third is read and the fourth is written to.
+void UseDisks(MetricSample& sample, std::int32_t readPercent, std::int32_t writePercent) {
+    sample.diskInstanceCount = 4;
+    sample.diskReadPercent = readPercent;
+    sample.diskWritePercent = writePercent;
+    sample.busiestReadDisk = L"2 D:";
+    sample.busiestWriteDisk = L"3 E:";
+}
+
+TEST_F(TrayCommandsTest, PerformanceOpensThePageOfTheIcon) {
+    Start();
+    UseDisks(app->sample, 20, 10);
+    const char* const pages[] = {"Task Manager 0", "Task Manager 4", "Task Manager 1", "Task Manager 6"};
+    for (std::uint32_t icon = 1; icon <= 4; ++icon) {
+        Calls().clear();
+        Choose(CommandPerformance, icon);
+        EXPECT_EQ(Calls().back(), pages[icon - 1]);
+        EXPECT_EQ(CountCalls(pages[icon - 1]), 1);
+    }
+}
+
+TEST_F(TrayCommandsTest, PerformanceOfTheDiskIsThatOfTheMomentOfTheChoice) {
+    Start();
+    UseDisks(app->sample, 20, 10);
+    world.whileMenuIsOpen = [this] { UseDisks(app->sample, 20, 21); };
+    Choose(CommandPerformance, 2);
+    EXPECT_EQ(Calls().back(), "Task Manager 5");
+}
+
+TEST_F(TrayCommandsTest, PerformanceFromAGraphIsThatOfItsIcon) {
+    Start();
+    UseDisks(app->sample, 0, 0);
+    const std::pair<GraphKind, const char*> rows[] = {{GraphKind::Cpu, "Task Manager 0"},
+                                                      {GraphKind::Disk, "Task Manager 4"},
+                                                      {GraphKind::Network, "Task Manager 6"}};
+    world.menuAnswer = static_cast<BOOL>(CommandPerformance);
+    for (const auto& [kind, page] : rows) {
+        app->ShowGraphMenu(kind, {12, 34});
+        EXPECT_EQ(Calls().back(), page);
+    }
+}
+
+TEST_F(TrayCommandsTest, ADoubleClickOnTheMemoryIconOpensItsPage) {
+    Start();
+    Event(3, EventSelect);
+    EXPECT_THAT(Calls(), IsEmpty());
+    Event(3, EventDoubleClick);
+    Event(3, EventSelect);
+    EXPECT_THAT(Calls(), ElementsAre("Task Manager 1"));
+    Event(3, EventDoubleClick);  // no filter here: each one counts
+    EXPECT_THAT(Calls(), ElementsAre("Task Manager 1", "Task Manager 1"));
+}
+
+TEST_F(TrayCommandsTest, NoOtherIconOpensTaskManagerByADoubleClick) {
+    Start();
+    for (const std::uint32_t icon : {1U, 2U, 4U})
+        Event(icon, EventDoubleClick);
+    EXPECT_THAT(Calls(), Not(Contains(HasSubstr("Task Manager"))));
 }
 
 TEST_F(TrayCommandsTest, ExitDestroysTheWindow) {
@@ -460,7 +527,7 @@ TEST_F(TrayCommandsTest, ExitDestroysTheWindow) {
 }
 
 TEST_F(TrayCommandsTest, AWindowThatGoesAwayUnderTheMenuRunsNoCommand) {
-    for (const std::uint32_t command : {CommandPinFirst, CommandAbout, CommandExit}) {
+    for (const std::uint32_t command : {CommandPinFirst, CommandPerformance, CommandAbout, CommandExit}) {
         app = std::make_unique<App>();
         app->instance = GetModuleHandleW(nullptr);
         app->settings = MakeDefaultSettings();
@@ -471,6 +538,7 @@ TEST_F(TrayCommandsTest, AWindowThatGoesAwayUnderTheMenuRunsNoCommand) {
         EXPECT_FALSE(IsWindow(app->window));
         EXPECT_EQ(world.boxText, L"");
         EXPECT_FALSE(app->settings.network.pinned);
+        EXPECT_THAT(Calls(), Not(Contains(HasSubstr("Task Manager"))));
         EXPECT_EQ(CountCalls("PostQuitMessage"), 1);
     }
 }

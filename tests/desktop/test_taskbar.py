@@ -3,7 +3,7 @@
 import unittest
 
 from harness import CPU_TIMER, DISK_TIMER, NIM_DELETE, NIM_MODIFY, TASKBAR_DESKTOP, Desktop, every, main, pixels, wait_until
-from onscreen import GRAPH_CLASS, LEFT_BUTTON, MENU_CLASS, RIGHT_BUTTON, Neighbour, Picture
+from onscreen import DIALOG_CLASS, GRAPH_CLASS, LEFT_BUTTON, MENU_CLASS, RIGHT_BUTTON, Neighbour, Picture
 
 EDGE = 16
 
@@ -86,6 +86,14 @@ class Taskbar(unittest.TestCase):
         self.desktop.use_mouse("mousemove", disk_x + EDGE // 2, disk_y + EDGE // 2, "click", LEFT_BUTTON)
         wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - disk"), "the disk graph")
         self.assertEqual(len(self.neighbour.windows(GRAPH_CLASS)), 2)
+
+    def test_a_double_click_on_the_memory_icon_opens_task_manager(self):
+        (disk_x, y), (network_x, _) = self.wait_for_icon(2), self.wait_for_icon(4)
+        x = (disk_x + network_x) // 2  # it stands between those two
+        self.desktop.use_mouse("mousemove", x + EDGE // 2, y + EDGE // 2, "click", "--repeat", 2, LEFT_BUTTON)
+        wait_until(lambda: self.neighbour.find(DIALOG_CLASS, "Task Manager"), "Task Manager")
+        file = self.desktop.ini_path.parents[2] / "Local" / "Microsoft" / "Windows" / "TaskManager" / "settings.json"
+        self.assertEqual(file.read_bytes(), b'{"DefaultStartPage":1,"CurrentView":1}')
 
     def test_a_right_click_opens_the_menu_and_escape_closes_it(self):
         self.click(4, RIGHT_BUTTON)

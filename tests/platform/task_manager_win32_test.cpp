@@ -100,8 +100,10 @@ BOOL WINAPI FakeCreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES attributes)
 errno_t FakeOpen(std::FILE** stream, const wchar_t* path, const wchar_t* mode) {
     NoteCall(std::wcscmp(mode, L"rb") == 0 ? "open to read" : "open to write");
     EXPECT_TRUE(std::wcscmp(mode, L"rb") == 0 || std::wcscmp(mode, L"wb") == 0);
-    *stream = nullptr;
-    if (world.refusedMode == mode) return EACCES;
+    if (world.refusedMode == mode) {
+        *stream = reinterpret_cast<std::FILE*>(std::uintptr_t{0x5555});  // nothing is promised of it
+        return EACCES;
+    }
     using Open = errno_t(__cdecl*)(std::FILE**, const wchar_t*, const wchar_t*);
     const errno_t error = Runtime<Open>("_wfopen_s")(stream, path, mode);
     if (error == 0) world.streams.push_back(*stream);

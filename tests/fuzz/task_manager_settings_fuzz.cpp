@@ -52,9 +52,10 @@ void CheckEdit(const std::string& text, std::string_view key, std::string_view p
         Require(EqualAround(*before, *after));
     } else {
         // A member more, the object's first; without it the text is as it was.
-        const std::size_t added = edited.size() - text.size();
-        const std::size_t shortest = pattern.size() + after->number.size();
-        Require(added == shortest || (added == shortest + 1 && after->after.front() == ','));
+        const std::size_t next = std::min(text.find_first_not_of(" \t\r\n", brace + 1), text.size());
+        const bool alone = text.substr(next, 1) == "}";
+        const std::size_t added = pattern.size() + after->number.size() + (alone ? 0 : 1);
+        Require(edited.size() == text.size() + added && (alone || after->after.front() == ','));
         Require(edited.substr(0, brace + 1) == text.substr(0, brace + 1));
         Require(edited.substr(brace + 1, pattern.size()) == pattern);
         Require(edited.substr(brace + 1 + added) == text.substr(brace + 1));

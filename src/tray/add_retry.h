@@ -9,9 +9,10 @@ enum class AddRetry {
     DropGuid,     // the shell refuses the GUID: add again with the id alone, and so for good
 };
 
-/// `guidAdded`: an add with this GUID has worked once in this process. `useGuid`: the refused add had the GUID.
-constexpr AddRetry ChooseAddRetry(bool guidAdded, bool useGuid) {
-    if (guidAdded) return AddRetry::DeleteFirst;
+/// `everAdded`: an add of this icon has worked once in this process, with the GUID or without. `useGuid`: the refused
+/// add had the GUID.
+constexpr AddRetry ChooseAddRetry(bool everAdded, bool useGuid) {
+    if (everAdded) return AddRetry::DeleteFirst;
     return useGuid ? AddRetry::DropGuid : AddRetry::None;
 }
 

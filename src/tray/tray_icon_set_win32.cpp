@@ -69,7 +69,7 @@ bool Notify(DWORD message, NOTIFYICONDATAW& data) {
 /// NIM_ADD, and the second try that its refusal calls for.
 bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
     if (Notify(NIM_ADD, data)) return true;
-    switch (ChooseAddRetry(slot.guidAdded, slot.useGuid)) {
+    switch (ChooseAddRetry(slot.everAdded, slot.useGuid)) {
         case AddRetry::None:
             return false;
         case AddRetry::DeleteFirst:
@@ -98,7 +98,7 @@ bool AddSlot(TrayIconSlot& slot) {
         return false;
     }
     slot.added = true;
-    slot.guidAdded = slot.guidAdded || slot.useGuid;
+    slot.everAdded = true;
     Notify(NIM_SETVERSION, data);
     return true;
 }

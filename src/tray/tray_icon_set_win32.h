@@ -1,6 +1,6 @@
 #pragma once
-// The program's four entries in the notification area, and the ways in which the shell fails with them: a GUID it has
-// seen before, a GUID it refuses, an icon that is gone with the shell's restart.
+// The program's four entries in the notification area, and the ways in which the shell fails with them: a GUID it
+// refuses, an icon that is gone with the shell's restart, and one that it still holds when it is to be added again.
 //
 //     wanted  added
 //       yes    no     to be shown and not there: at the start, after a failed add, after a restart of the shell
@@ -27,7 +27,7 @@ struct TrayIconSlot {
     bool added = false;      // the shell has this icon
     bool wanted = true;      // the icon is to be shown
     bool useGuid = true;     // calls identify the icon by its GUID; once false, false for good
-    bool guidAdded = false;  // an add with this GUID has worked once in this process
+    bool everAdded = false;  // an add has worked once in this process, with the GUID or without
 };
 
 /// Ids go from 1 to 4: CPU, disk, memory, network. Failures of the shell are written to the debugger at the most.

@@ -167,37 +167,49 @@ class Misbehaviour(DesktopTest):
         self.wait_for_change(1, start)
 
     def test_a_change_refused_for_once_replaces_the_old_entry(self):
-        self.start()
-        start = self.shell.command("refuse modify 1")
-        refused = self.shell.wait_for(lambda call: not call.answer, start)
-        icon = refused.id
-        self.assertEqual(
-            self.calls_of(icon, 6, start),
-            [
-                (NIM_MODIFY, icon, True, 0),
-                (NIM_ADD, icon, True, 0),  # the shell still holds the entry
-                (NIM_DELETE, icon, True, 1),
-                (NIM_ADD, icon, True, 1),
-                (NIM_SETVERSION, icon, True, 1),
-                (NIM_MODIFY, icon, True, 1),
-            ],
-        )
+        for by_guid in (True, False):
+            with self.subTest(by_guid=by_guid):
+                self.shell.command(f"refuse guid {'off' if by_guid else 'on'}")
+                self.start()
+                start = self.shell.command("refuse modify 1")
+                refused = self.shell.wait_for(lambda call: not call.answer, start)
+                icon = refused.id
+                self.assertEqual(
+                    self.calls_of(icon, 6, start),
+                    [
+                        (NIM_MODIFY, icon, by_guid, 0),
+                        (NIM_ADD, icon, by_guid, 0),  # the shell still holds the entry
+                        (NIM_DELETE, icon, by_guid, 1),
+                        (NIM_ADD, icon, by_guid, 1),
+                        (NIM_SETVERSION, icon, by_guid, 1),
+                        (NIM_MODIFY, icon, by_guid, 1),
+                    ],
+                )
+                self.end_and_see_the_icons_go()
 
     def test_a_broadcast_of_the_same_shell_replaces_its_old_entries(self):
+        for by_guid in (True, False):
+            with self.subTest(by_guid=by_guid):
+                self.shell.command(f"refuse guid {'off' if by_guid else 'on'}")
+                process = self.start_logged()
+                self.shell.wait_for_ticks(2, icon=4)
+                start = self.shell.command("broadcast")
+                self.shell.wait_for_count(4, lambda call: call.message == NIM_DELETE and call.answer, start)
+                for icon in (1, 2, 3, 4):
+                    replaced = lambda call, icon=icon: call.id == icon and call.message in (NIM_ADD, NIM_DELETE)
+                    self.assertEqual(
+                        steps(self.shell.wait_for_count(3, replaced, start)),
+                        [(NIM_ADD, icon, by_guid, 0), (NIM_DELETE, icon, by_guid, 1), (NIM_ADD, icon, by_guid, 1)],
+                    )
+                self.assertNotIn(ADD_REFUSED, self.desktop.debug_lines())
+                self.assertIsNone(process.poll())
+                self.end_and_see_the_icons_go()
+
+    def end_and_see_the_icons_go(self):
         start = self.shell.mark()
-        process = self.start_logged()
-        self.wait_for_change(4, start)
-        self.shell.command("broadcast")
-        self.shell.wait_for_count(4, lambda call: call.message == NIM_DELETE and call.answer, start)
-        for icon in (1, 2, 3, 4):
-            replaced = lambda call, icon=icon: call.id == icon and call.message in (NIM_ADD, NIM_DELETE)
-            calls = self.shell.wait_for_count(4, replaced, start)
-            self.assertEqual(
-                steps(calls)[1:],
-                [(NIM_ADD, icon, True, 0), (NIM_DELETE, icon, True, 1), (NIM_ADD, icon, True, 1)],
-            )
-        self.assertNotIn(ADD_REFUSED, self.desktop.debug_lines())
-        self.assertIsNone(process.poll())
+        self.desktop.end_kestrane()
+        deletes = [call for call in self.shell.since(start) if call.message == NIM_DELETE]
+        self.assertEqual([(call.id, call.answer) for call in deletes], [(1, 1), (2, 1), (3, 1), (4, 1)])
 
 
 class HiddenIcons(DesktopTest):

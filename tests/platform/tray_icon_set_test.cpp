@@ -149,7 +149,7 @@ TEST_F(TrayIconSetTest, PreparesFourRecordsAndAddsNothing) {
         EXPECT_FALSE(slot.added);
         EXPECT_TRUE(slot.wanted);
         EXPECT_TRUE(slot.useGuid);
-        EXPECT_FALSE(slot.guidAdded);
+        EXPECT_FALSE(slot.everAdded);
         NOTIFYICONDATAW expected{};
         expected.cbSize = 976;
         expected.hWnd = Window;
@@ -206,7 +206,7 @@ TEST_F(TrayIconSetTest, ARefusedGuidIsDroppedForGood) {
     EXPECT_THAT(debugLines, ElementsAre(GuidRefused, GuidRefused, GuidRefused, GuidRefused));
     for (const TrayIconSlot& slot : icons.slots) {
         EXPECT_FALSE(slot.useGuid);
-        EXPECT_FALSE(slot.guidAdded);
+        EXPECT_TRUE(slot.everAdded);
     }
 
     debugLines.clear();
@@ -222,7 +222,7 @@ TEST_F(TrayIconSetTest, ARefusedGuidIsDroppedForGood) {
     EXPECT_THAT(debugLines, IsEmpty());
 }
 
-TEST_F(TrayIconSetTest, AnIconWithoutGuidIsRefusedWithoutASecondTry) {
+TEST_F(TrayIconSetTest, AnIconThatWasNeverThereIsRefusedWithoutASecondTry) {
     TrayIconSet icons(Window);
     WantOnly(icons, 1);
     shell.refuses = IsAdd;
@@ -322,6 +322,20 @@ TEST_F(TrayIconSetTest, AnEntryLeftOverIsDeletedBeforeTheSecondTry) {
     icons.ReAddAll();
     EXPECT_THAT(Order(),
                 ElementsAre("add 1 guid icon", "delete 1 guid icon", "add 1 guid icon", "version 1 guid icon"));
+    EXPECT_THAT(debugLines, IsEmpty());
+    EXPECT_TRUE(icons.slots[0].added);
+}
+
+TEST_F(TrayIconSetTest, AnEntryLeftOverWithoutItsGuidIsDeletedToo) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.refuses = HasGuid;
+    icons.Update(1, Image(1), L"a");
+    Order();
+    debugLines.clear();
+    shell.refuses = RefuseNth(NIM_ADD, {1});
+    icons.ReAddAll();
+    EXPECT_THAT(Order(), ElementsAre("add 1 icon", "delete 1 icon", "add 1 icon", "version 1 icon"));
     EXPECT_THAT(debugLines, IsEmpty());
     EXPECT_TRUE(icons.slots[0].added);
 }

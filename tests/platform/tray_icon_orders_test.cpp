@@ -1,0 +1,154 @@
+// One icon through every order of what can befall it, against a small model of the shell. The model does what the real
+// one does: it holds icons by GUID, or else by window and id, and it refuses to add an icon that it holds.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "tray/tray_icon_set_win32.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <functional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kestrane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Shell {
+    bool takesGuids = true;
+    bool losesNextChange = false;  // it is busy, the call times out, and the icon stays as it was
+    std::set<std::string> icons;   // "guid 1" or "id 1"
+};
+Shell shell;
+
+BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
+    const bool byGuid = (data->uFlags & NIF_GUID) != 0;
+    const std::string icon = (byGuid ? "guid " : "id ") + std::to_string(data->uID);
+    switch (message) {
+        case NIM_ADD:
+            return (shell.takesGuids || !byGuid) && shell.icons.insert(icon).second ? TRUE : FALSE;
+        case NIM_MODIFY:
+            return !std::exchange(shell.losesNextChange, false) && shell.icons.contains(icon) ? TRUE : FALSE;
+        case NIM_DELETE:
+            return shell.icons.erase(icon) > 0 ? TRUE : FALSE;
+        default:
+            return shell.icons.contains(icon) ? TRUE : FALSE;
+    }
+}
+
+BOOL WINAPI FakeDestroyIcon(HICON) {
+    return TRUE;
+}
+
+void WINAPI IgnoreDebugLine(LPCWSTR) {}
+
+}  // namespace
+}  // namespace kestrane
+
+extern "C" {
+decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &kestrane::FakeShellNotifyIcon;
+decltype(&DestroyIcon) __imp_DestroyIcon = &kestrane::FakeDestroyIcon;
+decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &kestrane::IgnoreDebugLine;
+}
+
+namespace kestrane {
+namespace {
+
+constexpr std::uint32_t Id = 1;
+
+void Tick(TrayIconSet& icons) {
+    icons.Update(Id, UniqueIcon(reinterpret_cast<HICON>(std::uintptr_t{7})), L"text");
+}
+
+struct Event {
+    const char* name;
+    void (*happen)(TrayIconSet&);
+};
+
+const std::vector<Event> Events = {
+    {"tick", Tick},
+    {"lost change",
+     [](TrayIconSet& icons) {
+         shell.losesNextChange = true;
+         Tick(icons);
+         shell.losesNextChange = false;
+     }},
+    {"change of the screen", [](TrayIconSet& icons) { icons.ReAddAll(); }},
+    {"restart",
+     [](TrayIconSet& icons) {
+         shell.icons.clear();
+         icons.ReAddAll();
+     }},
+    {"silent restart", [](TrayIconSet&) { shell.icons.clear(); }},
+    {"hide", [](TrayIconSet& icons) { icons.SetVisible(Id, false); }},
+    {"show", [](TrayIconSet& icons) { icons.SetVisible(Id, true); }},
+    {"end of the session", [](TrayIconSet& icons) { icons.RemoveAll(); }},
+};
+
+constexpr std::size_t Steps = 6;
+
+/// The order with this number: its digits, in a system of as many digits as there are events, name the events.
+std::vector<const Event*> OrderOf(std::size_t number) {
+    std::vector<const Event*> order;
+    for (std::size_t step = 0; step < Steps; ++step, number /= Events.size())
+        order.push_back(&Events[number % Events.size()]);
+    return order;
+}
+
+std::string NamesOf(const std::vector<const Event*>& order) {
+    std::string names;
+    for (const Event* event : order)
+        names += std::string(names.empty() ? "" : ", ") + event->name;
+    return names;
+}
+
+/// Lets the events happen, then a tick. The icon must stand there once if it is wanted, and not after the end.
+void WalkThrough(const std::vector<const Event*>& order) {
+    shell.icons.clear();
+    TrayIconSet icons(nullptr);
+    for (const std::uint32_t other : {2U, 3U, 4U})
+        icons.SetVisible(other, false);
+    for (const Event* event : order)
+        event->happen(icons);
+    Tick(icons);
+    ASSERT_EQ(icons.slots[Id - 1].added, icons.slots[Id - 1].wanted);
+    if (icons.slots[Id - 1].wanted) {
+        ASSERT_THAT(shell.icons, ElementsAre(shell.takesGuids ? "guid 1" : "id 1"));
+    } else {
+        ASSERT_THAT(shell.icons, IsEmpty());
+    }
+    icons.RemoveAll();
+    ASSERT_THAT(shell.icons, IsEmpty()) << "after the end";
+}
+
+void WalkThroughEveryOrder(bool takesGuids) {
+    shell = {};
+    shell.takesGuids = takesGuids;
+    std::size_t orders = 1;
+    for (std::size_t step = 0; step < Steps; ++step)
+        orders *= Events.size();
+    for (std::size_t number = 0; number < orders; ++number) {
+        const std::vector<const Event*> order = OrderOf(number);
+        WalkThrough(order);
+        ASSERT_FALSE(testing::Test::HasFatalFailure()) << NamesOf(order);
+    }
+}
+
+TEST(TrayIconOrders, AShellThatTakesGuidsHasTheIconOnceWhileItIsWanted) {
+    WalkThroughEveryOrder(true);
+}
+
+TEST(TrayIconOrders, AShellThatRefusesGuidsHasTheIconOnceWhileItIsWanted) {
+    WalkThroughEveryOrder(false);
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -9,11 +9,17 @@ enum class AddRetry {
     DropGuid,     // the shell refuses the GUID: add again with the id alone, and so for good
 };
 
-/// `everAdded`: an add of this icon has worked once in this process, with the GUID or without. `useGuid`: the refused
-/// add had the GUID.
-constexpr AddRetry ChooseAddRetry(bool everAdded, bool useGuid) {
-    if (everAdded) return AddRetry::DeleteFirst;
-    return useGuid ? AddRetry::DropGuid : AddRetry::None;
+struct RefusedAdd {
+    bool hadTaskbar;  // there was a shell that could refuse
+    bool everAdded;   // an add of this icon has worked once in this process, with the GUID or without
+    bool useGuid;     // the refused add had the GUID
+};
+
+/// Without a shell nothing has been said of the icon or of its GUID, so a later add is to find both as they are.
+constexpr AddRetry ChooseAddRetry(const RefusedAdd& refused) {
+    if (!refused.hadTaskbar) return AddRetry::None;
+    if (refused.everAdded) return AddRetry::DeleteFirst;
+    return refused.useGuid ? AddRetry::DropGuid : AddRetry::None;
 }
 
 }  // namespace kestrane

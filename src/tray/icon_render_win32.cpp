@@ -9,6 +9,7 @@
 #include "base/font_win32.h"
 #include "tray/digits.h"
 #include "tray/icon_painting.h"
+#include "tray/taskbar_win32.h"
 
 namespace kestrane {
 namespace {
@@ -83,7 +84,7 @@ Dib MakeTextMask(HDC screen, const PlacedText& placed) {
 }  // namespace
 
 std::uint32_t IconPixelSize(HWND window) {
-    const HWND taskbar = FindWindowW(L"Shell_TrayWnd", nullptr);
+    const HWND taskbar = FindTaskbar();
     const UINT dpi = GetDpiForWindow(taskbar != nullptr ? taskbar : window);
     const int size = GetSystemMetricsForDpi(SM_CXSMICON, dpi);
     return static_cast<std::uint32_t>(size < 1 ? FallbackIconSize : size);

@@ -9,6 +9,7 @@
 #include "base/debug_log_win32.h"
 #include "text/translation.h"
 #include "tray/add_retry.h"
+#include "tray/taskbar_win32.h"
 
 namespace kestrane {
 namespace {
@@ -68,8 +69,10 @@ bool Notify(DWORD message, NOTIFYICONDATAW& data) {
 
 /// NIM_ADD, and the second try that its refusal calls for.
 bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
+    // Asked first: a taskbar that comes up behind the refusal is not the one that refused.
+    const bool hadTaskbar = FindTaskbar() != nullptr;
     if (Notify(NIM_ADD, data)) return true;
-    switch (ChooseAddRetry(slot.everAdded, slot.useGuid)) {
+    switch (ChooseAddRetry({hadTaskbar, slot.everAdded, slot.useGuid})) {
         case AddRetry::None:
             return false;
         case AddRetry::DeleteFirst:

@@ -24,6 +24,7 @@ using testing::IsEmpty;
 
 struct Shell {
     bool takesGuids = true;
+    bool runs = true;
     bool losesNextChange = false;  // it is busy, the call times out, and the icon stays as it was
     std::set<std::string> icons;   // "guid 1" or "id 1"
 };
@@ -31,6 +32,7 @@ Shell shell;
 
 BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
     const bool byGuid = (data->uFlags & NIF_GUID) != 0;
+    if (!shell.runs) return FALSE;
     const std::string icon = (byGuid ? "guid " : "id ") + std::to_string(data->uID);
     switch (message) {
         case NIM_ADD:
@@ -44,6 +46,12 @@ BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
     }
 }
 
+HWND WINAPI FakeFindWindow(LPCWSTR className, LPCWSTR title) {
+    EXPECT_STREQ(className, L"Shell_TrayWnd");
+    EXPECT_EQ(title, nullptr);
+    return shell.runs ? reinterpret_cast<HWND>(std::uintptr_t{9}) : nullptr;
+}
+
 BOOL WINAPI FakeDestroyIcon(HICON) {
     return TRUE;
 }
@@ -55,6 +63,7 @@ void WINAPI IgnoreDebugLine(LPCWSTR) {}
 
 extern "C" {
 decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &kestrane::FakeShellNotifyIcon;
+decltype(&FindWindowW) __imp_FindWindowW = &kestrane::FakeFindWindow;
 decltype(&DestroyIcon) __imp_DestroyIcon = &kestrane::FakeDestroyIcon;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &kestrane::IgnoreDebugLine;
 }
@@ -66,6 +75,12 @@ constexpr std::uint32_t Id = 1;
 
 void Tick(TrayIconSet& icons) {
     icons.Update(Id, UniqueIcon(reinterpret_cast<HICON>(std::uintptr_t{7})), L"text");
+}
+
+/// The shell starts, for the first time or again, and knows of no icon.
+void StartShell() {
+    shell.runs = true;
+    shell.icons.clear();
 }
 
 struct Event {
@@ -84,10 +99,15 @@ const std::vector<Event> Events = {
     {"change of the screen", [](TrayIconSet& icons) { icons.ReAddAll(); }},
     {"restart",
      [](TrayIconSet& icons) {
-         shell.icons.clear();
+         StartShell();
          icons.ReAddAll();
      }},
-    {"silent restart", [](TrayIconSet&) { shell.icons.clear(); }},
+    {"silent restart", [](TrayIconSet&) { StartShell(); }},
+    {"end of the shell",
+     [](TrayIconSet&) {
+         shell.runs = false;
+         shell.icons.clear();
+     }},
     {"hide", [](TrayIconSet& icons) { icons.SetVisible(Id, false); }},
     {"show", [](TrayIconSet& icons) { icons.SetVisible(Id, true); }},
     {"end of the session", [](TrayIconSet& icons) { icons.RemoveAll(); }},
@@ -110,14 +130,16 @@ std::string NamesOf(const std::vector<const Event*>& order) {
     return names;
 }
 
-/// Lets the events happen, then a tick. The icon must stand there once if it is wanted, and not after the end.
+/// Lets the events happen, then a tick with a shell. The icon must stand there once if it is wanted, and not after the
+/// end.
 void WalkThrough(const std::vector<const Event*>& order) {
-    shell.icons.clear();
+    StartShell();
     TrayIconSet icons(nullptr);
     for (const std::uint32_t other : {2U, 3U, 4U})
         icons.SetVisible(other, false);
     for (const Event* event : order)
         event->happen(icons);
+    shell.runs = true;
     Tick(icons);
     ASSERT_EQ(icons.slots[Id - 1].added, icons.slots[Id - 1].wanted);
     if (icons.slots[Id - 1].wanted) {

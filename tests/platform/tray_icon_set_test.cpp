@@ -36,8 +36,9 @@ struct ShellCall {
 struct Shell {
     std::vector<ShellCall> calls;
     std::function<bool(const ShellCall&)> refuses;  // none: nothing is refused
-    std::map<HICON, int> destroyed;                 // how often each image was destroyed
-    std::vector<std::string> order;                 // shell calls and destroyed images, as they came
+    bool hasTaskbar = true;
+    std::map<HICON, int> destroyed;  // how often each image was destroyed
+    std::vector<std::string> order;  // shell calls and destroyed images, as they came
     int iconLoads = 0;
 };
 Shell shell;
@@ -60,6 +61,12 @@ BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
     return shell.refuses && shell.refuses(shell.calls.back()) ? FALSE : TRUE;
 }
 
+HWND WINAPI FakeFindWindow(LPCWSTR className, LPCWSTR title) {
+    EXPECT_STREQ(className, L"Shell_TrayWnd");
+    EXPECT_EQ(title, nullptr);
+    return shell.hasTaskbar ? reinterpret_cast<HWND>(std::uintptr_t{9}) : nullptr;
+}
+
 BOOL WINAPI FakeDestroyIcon(HICON icon) {
     ++shell.destroyed[icon];
     shell.order.push_back("destroy " + std::to_string(reinterpret_cast<std::uintptr_t>(icon)));
@@ -78,6 +85,7 @@ HICON WINAPI FakeLoadIcon(HINSTANCE module, LPCWSTR name) {
 
 extern "C" {
 decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &kestrane::FakeShellNotifyIcon;
+decltype(&FindWindowW) __imp_FindWindowW = &kestrane::FakeFindWindow;
 decltype(&DestroyIcon) __imp_DestroyIcon = &kestrane::FakeDestroyIcon;
 decltype(&LoadIconW) __imp_LoadIconW = &kestrane::FakeLoadIcon;
 }
@@ -234,6 +242,50 @@ TEST_F(TrayIconSetTest, AnIconThatWasNeverThereIsRefusedWithoutASecondTry) {
     EXPECT_EQ(icons.AddAll(), 0U);
     EXPECT_THAT(Order(), ElementsAre("add 1"));
     EXPECT_THAT(debugLines, ElementsAre(AddRefused));
+}
+
+TEST_F(TrayIconSetTest, WithoutATaskbarARefusalCostsNeitherTheGuidNorASecondTry) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.hasTaskbar = false;
+    shell.refuses = IsAdd;
+    EXPECT_EQ(icons.AddAll(), 0U);
+    icons.Update(1, Image(1), L"a");
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid", "add 1 guid icon"));
+    EXPECT_THAT(debugLines, ElementsAre(AddRefused, AddRefused));
+
+    debugLines.clear();
+    shell.hasTaskbar = true;
+    shell.refuses = nullptr;
+    icons.ReAddAll();
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid icon", "version 1 guid icon"));
+    EXPECT_THAT(debugLines, IsEmpty());
+}
+
+TEST_F(TrayIconSetTest, ATaskbarThatComesUpBehindTheRefusalHasNotRefused) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.hasTaskbar = false;
+    shell.refuses = [](const ShellCall&) {
+        shell.hasTaskbar = true;
+        return true;
+    };
+    icons.AddAll();
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid"));
+    EXPECT_TRUE(icons.slots[0].useGuid);
+}
+
+TEST_F(TrayIconSetTest, WithoutATaskbarAnIconThatWasThereIsNotDeleted) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    icons.Update(1, Image(1), L"a");
+    Order();
+    shell.hasTaskbar = false;
+    shell.refuses = [](const ShellCall&) { return true; };
+    icons.Update(1, Image(2), L"b");
+    icons.Update(1, Image(3), L"c");
+    EXPECT_THAT(Order(),
+                ElementsAre("modify 1 guid icon", "add 1 guid icon", "destroy 1", "add 1 guid icon", "destroy 2"));
 }
 
 TEST_F(TrayIconSetTest, EachUpdateTriesAgainAndSaysSo) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
@@ -25,6 +26,14 @@ Dib MakeBitmap(HDC screen, const Canvas& canvas) {
         LogDebug(L"kestrane: CreateDIBSection ha fallado\n");
     }
     return dib;
+}
+
+/// Alpha decides what an icon shows; but an image without any counts as one that has none, and then the mask decides.
+UniqueBitmap MakeTransparentMask(std::int32_t size) {
+    const auto edge = static_cast<std::size_t>(size);
+    const std::size_t rowBytes = (edge + 15) / 16 * 2;  // rows of a monochrome bitmap end on 16 bits
+    const std::vector<std::uint8_t> ones(rowBytes * edge, 0xFF);
+    return UniqueBitmap(CreateBitmap(size, size, 1, 1, ones.data()));
 }
 
 TextExtent MeasureText(HDC dc, const std::wstring& text) {
@@ -96,7 +105,7 @@ Dib CanvasToBitmap(const Canvas& canvas) {
 }
 
 UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size) {
-    const UniqueBitmap mask(CreateBitmap(size, size, 1, 1, nullptr));
+    const UniqueBitmap mask = MakeTransparentMask(size);
     ICONINFO info{TRUE, 0, 0, mask.Get(), bitmap};
     UniqueIcon icon(CreateIconIndirect(&info));
     if (!icon) LogDebug(L"kestrane: CreateIconIndirect ha fallado\n");

@@ -27,6 +27,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr wchar_t DibMessage[] = L"kestrane: CreateDIBSection ha fallado\n";
+constexpr ColorValue Magenta = 0xFF00FF;
 constexpr wchar_t IconMessage[] = L"kestrane: CreateIconIndirect ha fallado\n";
 
 class IconRenderTest : public testing::Test {
@@ -47,6 +48,23 @@ IconPixels Pixels(const UniqueIcon& icon) {
     IconPixels read = ReadIconPixels(icon.Get());
     world = kept;
     return read;
+}
+
+/// What is seen, as 0xRRGGBB, where an icon is drawn over a ground of one colour.
+std::vector<std::uint32_t> PixelsOver(ColorValue ground, const UniqueIcon& icon, std::int32_t size) {
+    Canvas canvas(size);
+    Clear(canvas, ground);
+    const CanvasBitmap screen = CanvasToBitmap(canvas);
+    {
+        const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
+        const SelectedObject selected(dc.Get(), screen.bitmap.Get());
+        EXPECT_TRUE(DrawIconEx(dc.Get(), 0, 0, icon.Get(), size, size, 0, nullptr, DI_NORMAL));
+    }
+    GdiFlush();
+    std::vector<std::uint32_t> seen(screen.pixels, screen.pixels + canvas.pixels.size());
+    for (std::uint32_t& pixel : seen)
+        pixel &= 0xFFFFFF;
+    return seen;
 }
 
 /// A canvas in which every pixel differs, transparent and half transparent ones among them.
@@ -127,6 +145,28 @@ TEST_F(IconRenderTest, AnIconShowsTheCanvasAlphaIncluded) {
         EXPECT_EQ(read.pixels, canvas.pixels) << size;
     }
     EXPECT_THAT(debugLines, IsEmpty());
+}
+
+TEST_F(IconRenderTest, WhatIsTransparentShowsTheGroundEvenWhereAllOfItIs) {
+    for (const std::int32_t size : {1, 2, 15, 16, 17, 20, 24, 32, 33, 48, 64}) {
+        Canvas canvas(size);
+        Clear(canvas, ColorNone);
+        std::vector<std::uint32_t> expected(canvas.pixels.size(), Magenta);
+        EXPECT_EQ(PixelsOver(Magenta, CanvasToIcon(canvas), size), expected) << size;
+        for (std::size_t i = 0; i < expected.size(); i += 2) {
+            expected[i] = 0x123456;
+            canvas.pixels[i] = 0xFF123456;
+        }
+        EXPECT_EQ(PixelsOver(Magenta, CanvasToIcon(canvas), size), expected) << size;
+    }
+}
+
+TEST_F(IconRenderTest, AnIdleDiskOnNothingIsNothing) {
+    AppSettings settings = MakeDefaultSettings();
+    settings.colors[DiskBg] = ColorNone;
+    const UniqueIcon icon =
+        RenderDiskIcon(settings, MetricRing<std::int32_t>(16), MetricRing<std::int32_t>(16), true, 16);
+    EXPECT_EQ(PixelsOver(Magenta, icon, 16), std::vector<std::uint32_t>(256, Magenta));
 }
 
 TEST_F(IconRenderTest, TheThreeIconsWithoutTextShowTheirPaintings) {

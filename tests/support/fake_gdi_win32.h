@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
@@ -91,8 +92,9 @@ inline HBITMAP WINAPI FakeCreateBitmap(int width, int height, UINT planes, UINT 
     if (world.refuseMaskBitmap) return nullptr;
     EXPECT_EQ(planes, 1U);
     EXPECT_EQ(bits, 1U);
-    EXPECT_EQ(data, nullptr);
     EXPECT_EQ(width, height);
+    const auto bytes = static_cast<std::size_t>((width + 15) / 16 * 2 * height);
+    EXPECT_EQ(std::string(static_cast<const char*>(data), bytes), std::string(bytes, '\xFF')) << "all transparent";
     static const auto real = REAL(L"gdi32", CreateBitmap);
     return Born("mask", real(width, height, planes, bits, data));
 }

@@ -1,17 +1,22 @@
 #pragma once
 #include <windows.h>
 
-#include <array>
 #include <string>
 
 namespace kestrane {
 
-/// The full path of the running file, of which 260 characters at the most with the end mark.
+/// The full path of the running file, however long it is; empty if the system does not tell.
 inline std::wstring ModulePath() {
-    std::array<wchar_t, MAX_PATH> path{};
-    // For a longer path the result counts the end mark too, so the text's own end is what counts.
-    GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    return path.data();
+    constexpr DWORD LongestPath = 32767;
+    for (DWORD capacity = MAX_PATH;; capacity *= 2) {
+        std::wstring path(capacity, L'\0');
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), capacity);
+        if (length < capacity) {
+            path.resize(length);
+            return path;
+        }
+        if (capacity > LongestPath) return {};
+    }
 }
 
 }  // namespace kestrane

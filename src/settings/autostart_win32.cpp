@@ -7,6 +7,7 @@
 #include "base/debug_log_win32.h"
 #include "base/handles_win32.h"
 #include "base/module_path_win32.h"
+#include "settings/autostart.h"
 
 namespace kestrane {
 namespace {
@@ -15,9 +16,10 @@ constexpr const wchar_t* RunKey = L"Software\\Microsoft\\Windows\\CurrentVersion
 constexpr const wchar_t* RunValue = L"kestrane";
 
 LSTATUS StoreOwnPath(HKEY key) {
-    const std::wstring path = L"\"" + ModulePath() + L"\"";
-    const auto bytes = static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t));
-    return RegSetValueExW(key, RunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(path.c_str()), bytes);
+    const std::wstring value = BuildRunValue(ModulePath());
+    if (value.empty()) return ERROR_FILENAME_EXCED_RANGE;
+    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    return RegSetValueExW(key, RunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), bytes);
 }
 
 LSTATUS RemovePath(HKEY key) {

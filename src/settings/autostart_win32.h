@@ -4,8 +4,8 @@
 namespace kestrane {
 
 /// Writes (the running file's full path in double quotes) or removes the value for all users of the machine. Without
-/// the rights to do so it fails, says so to the debugger and never asks for elevation. Removing a missing value
-/// succeeds.
+/// the rights to do so, or with a path that does not fit, it fails, says so to the debugger and never asks for
+/// elevation. Removing a missing value succeeds.
 bool SetMachineAutostart(bool enable);
 
 }  // namespace kestrane

@@ -47,7 +47,7 @@ struct World {
     bool endsInDispatch = false;  // the program ends in a nested loop, which takes WM_QUIT for itself
     LSTATUS machineKeyStatus = ERROR_SUCCESS;
     LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and of deleting it
-    bool longPath = false;                       // the running file's path does not fit
+    DWORD pathLength = 0;                        // of the running file; 0: as it is
 };
 World world;
 
@@ -193,12 +193,13 @@ LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
 }
 
 DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
-    if (!world.longPath) {
+    if (world.pathLength == 0) {
         return REAL(L"kernel32", GetModuleFileNameW)(module, path, size);
     }
-    std::fill_n(path, size - 1, L'x');
-    path[size - 1] = 0;
-    return size;
+    const DWORD copied = std::min(world.pathLength, size - 1);
+    std::fill_n(path, copied, L'x');
+    path[copied] = 0;
+    return copied < world.pathLength ? size : copied;
 }
 
 void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
@@ -408,6 +409,7 @@ TEST_F(ExitTest, WithoutAProcessHandleItLooksAtTheWindow) {
     }
 }
 
+constexpr char MachineRefused[] = "kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n";
 constexpr wchar_t RunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 std::wstring MachineRunValue() {
@@ -435,11 +437,21 @@ TEST_F(EntryTest, ClearingTakesAwayAValueOfAnyType) {
               ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(EntryTest, APathThatDoesNotFitIsCutAndStillQuoted) {
-    world.longPath = true;
+TEST_F(EntryTest, APathThatTheRunKeyCannotHoldIsAFailureAndNotCut) {
+    world.pathLength = 259;
     EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
-    EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(259, L'x') + L"\"");
-    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
+    const std::wstring longest = L"\"" + std::wstring(259, L'x') + L"\"";
+    EXPECT_EQ(MachineRunValue(), longest);
+    EXPECT_TRUE(Calls().empty());
+    for (const DWORD length : {260U, 261U, 519U, 520U, 32767U, 100000U}) {
+        world.pathLength = length;
+        Calls().clear();
+        EXPECT_EQ(Main(Module, L"--autostart-machine set"), 1) << length;
+        EXPECT_EQ(MachineRunValue(), longest) << length;
+        EXPECT_THAT(Calls(), ElementsAre(MachineRefused)) << length;
+    }
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0) << "clearing needs no path";
+    EXPECT_EQ(MachineRunValue(), L"");
 }
 
 TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
@@ -452,9 +464,7 @@ TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
         for (const wchar_t* text : {L"--autostart-machine set", L"--autostart-machine clear"}) {
             Calls().clear();
             EXPECT_EQ(Main(Module, text), 1);
-            EXPECT_THAT(
-                Calls(),
-                ElementsAre("kestrane: no se pudo escribir el autoarranque de equipo (HKLM); hara falta elevar\n"));
+            EXPECT_THAT(Calls(), ElementsAre(MachineRefused));
         }
     }
 }

@@ -32,6 +32,7 @@ struct Refusals {
 };
 Refusals refusals;
 std::vector<REGSAM> subkeyAccess;
+std::wstring toldPath;  // of the running file; empty: as it is
 int openKeys = 0;
 
 LSTATUS WINAPI FakeRegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
@@ -62,10 +63,20 @@ LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD 
     return real(key, name, reserved, type, data, size);
 }
 
+DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
+    static const auto real = REAL(L"kernel32", GetModuleFileNameW);
+    if (toldPath.empty()) return real(module, path, size);
+    const std::size_t copied = std::min<std::size_t>(toldPath.size(), size - 1);
+    std::copy_n(toldPath.c_str(), copied, path);
+    path[copied] = 0;
+    return copied < toldPath.size() ? size : static_cast<DWORD>(copied);
+}
+
 }  // namespace
 }  // namespace kestrane
 
 extern "C" {
+decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW = &kestrane::FakeGetModuleFileNameW;
 decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &kestrane::FakeRegOpenKeyExW;
 decltype(&RegCloseKey) __imp_RegCloseKey = &kestrane::FakeRegCloseKey;
 decltype(&RegQueryValueExW) __imp_RegQueryValueExW = &kestrane::FakeRegQueryValueExW;
@@ -140,6 +151,7 @@ class PromotionTest : public testing::Test {
     static void Reset() {
         refusals = {};
         subkeyAccess.clear();
+        toldPath.clear();
         openKeys = 0;
         debugLines.clear();
         RegDeleteTreeW(HKEY_CURRENT_USER, EntriesKey);
@@ -187,6 +199,16 @@ TEST_F(PromotionTest, OtherProgramsAreLeftAlone) {
     for (const wchar_t* entry : {L"1", L"2", L"3", L"4", L"5"})
         EXPECT_EQ(Promoted(entry), std::nullopt) << entry;
     EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
+}
+
+TEST_F(PromotionTest, ALongOwnPathIsComparedWhole) {
+    toldPath = L"C:\\" + std::wstring(300, L'x') + L"\\kestrane.exe";
+    SetPath(L"1", toldPath);
+    SetPath(L"2", toldPath.substr(0, 259));
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), 1U);
+    EXPECT_EQ(Promoted(L"2"), std::nullopt) << "another program";
+    EXPECT_THAT(debugLines, ElementsAre(Report(L"1")));
 }
 
 TEST_F(PromotionTest, ADecisionIsLeftAloneEitherWay) {

@@ -1,5 +1,7 @@
 #include "tray/promotion.h"
 
+#include <cstddef>
+
 #include "text/number_text.h"
 #include "text/text_util.h"
 
@@ -11,6 +13,16 @@ constexpr std::uint32_t PlainText = 1;
 constexpr std::uint32_t ExpandableText = 2;
 constexpr std::uint32_t BytesPerCharacter = 2;
 
+// What stands in front of a path in a known folder; each x is a hexadecimal digit.
+constexpr std::wstring_view FolderShape = L"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}\\";
+
+/// -1 for what is no hexadecimal digit.
+int HexDigit(wchar_t c) {
+    if (c >= L'0' && c <= L'9') return c - L'0';
+    if (c >= L'A' && c <= L'F') return c - L'A' + 10;
+    return c >= L'a' && c <= L'f' ? c - L'a' + 10 : -1;
+}
+
 }  // namespace
 
 bool HoldsPath(std::uint32_t type, std::uint32_t sizeBytes) {
@@ -19,6 +31,28 @@ bool HoldsPath(std::uint32_t type, std::uint32_t sizeBytes) {
 
 std::wstring TextBeforeZero(std::wstring_view characters) {
     return std::wstring(characters.substr(0, characters.find(L'\0')));
+}
+
+std::optional<FolderPath> ParseFolderPath(std::wstring_view path) {
+    if (path.size() < FolderShape.size()) return std::nullopt;
+    FolderPath parsed{{}, path.substr(FolderShape.size() - 1)};
+    std::size_t digits = 0;
+    for (std::size_t i = 0; i < FolderShape.size(); ++i) {
+        if (FolderShape[i] != L'x') {
+            if (path[i] != FolderShape[i]) return std::nullopt;
+            continue;
+        }
+        const int digit = HexDigit(path[i]);
+        if (digit < 0) return std::nullopt;
+        std::uint8_t& byte = parsed.folder[digits++ / 2];
+        byte = static_cast<std::uint8_t>(byte << 4 | digit);
+    }
+    return parsed;
+}
+
+std::wstring JoinFolderPath(std::wstring_view folder, std::wstring_view rest) {
+    if (folder.ends_with(L'\\')) folder.remove_suffix(1);  // the root of a drive
+    return std::wstring(folder) + std::wstring(rest);
 }
 
 bool IsOwnEntry(std::wstring_view entryPath, std::wstring_view ownPath) {

@@ -1,10 +1,15 @@
 #include <windows.h>
 
+#include <objbase.h>
+#include <shlobj.h>
+
 #include "tray/promotion_win32.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +45,25 @@ std::wstring ReadEntryPath(HKEY entry) {
     return TextBeforeZero({text.data(), text.size()});
 }
 
+/// The first fields of a GUID are numbers, whose text has the highest byte on the left.
+GUID GuidOf(const FolderId& id) {
+    const auto pair = [&id](std::size_t at) { return static_cast<unsigned short>(id[at] << 8 | id[at + 1]); };
+    GUID guid{static_cast<unsigned long>(pair(0)) << 16 | pair(2), pair(4), pair(6), {}};
+    std::copy_n(&id[8], sizeof guid.Data4, guid.Data4);
+    return guid;
+}
+
+/// The path with a known folder in front spelled out; any other path, or one in a folder unknown here, as it is.
+std::wstring ExpandKnownFolder(const std::wstring& path) {
+    const std::optional<FolderPath> parsed = ParseFolderPath(path);
+    if (!parsed) return path;
+    wchar_t* folder = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(GuidOf(parsed->folder), KF_FLAG_DONT_VERIFY, nullptr, &folder);
+    std::wstring expanded = SUCCEEDED(result) ? JoinFolderPath(folder, parsed->rest) : path;
+    CoTaskMemFree(folder);  // to be freed after a failure too; null is fine
+    return expanded;
+}
+
 /// Nobody has decided on an entry that has no such value at all.
 bool IsUndecided(HKEY entry) {
     return RegQueryValueExW(entry, PromotedValue, nullptr, nullptr, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
@@ -54,7 +78,7 @@ bool Promote(HKEY entry) {
 /// Whether an icon has been promoted by this call.
 bool PromoteEntry(HKEY entries, const wchar_t* name, const std::wstring& ownPath) {
     const UniqueRegistryKey entry = OpenKey(entries, name, KEY_READ | KEY_SET_VALUE);
-    if (!entry || !IsOwnEntry(ReadEntryPath(entry.Get()), ownPath)) return false;
+    if (!entry || !IsOwnEntry(ExpandKnownFolder(ReadEntryPath(entry.Get())), ownPath)) return false;
     return IsUndecided(entry.Get()) && Promote(entry.Get());
 }
 

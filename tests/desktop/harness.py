@@ -325,6 +325,12 @@ class Desktop:
         command = (f"/desktop={TASKBAR_DESKTOP}", windows_path(self._kestrane), *arguments)
         return self.start("explorer", *command, environment=self._kestrane_environment)
 
+    def install_kestrane(self, folder):
+        """Puts a copy of the program into a folder of drive C, from where it is started from now on."""
+        target = self.prefix / "drive_c" / folder
+        target.mkdir(parents=True)
+        self._kestrane = shutil.copy(BUILD / "kestrane.exe", target)
+
     def start_kestrane(self, *arguments, **options):
         environment = {**self._kestrane_environment, **options.pop("environment", {})}
         return self.start(self._kestrane, *arguments, environment=environment, **options)

@@ -2,6 +2,7 @@
 // command line. A message asks for nothing that its icon cannot do, and no entry of another program is taken for ours.
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "app/command_line.h"
 #include "app/tray_events.h"
@@ -15,6 +16,7 @@ using fuzz::ByteSource;
 using fuzz::Require;
 
 constexpr std::wstring_view OwnPath = L"C:\\Users\\ana\\kestrane.exe";
+constexpr std::size_t FolderTextLength = 38;
 constexpr std::array<std::uint32_t, 3> GraphIcons{1, 2, 4};
 
 void CheckNotification(std::uint64_t wParam, std::int64_t lParam) {
@@ -43,6 +45,10 @@ void CheckEntry(std::wstring_view characters) {
     Require(path.find(L'\0') == std::wstring::npos && characters.starts_with(path));
     if (IsOwnEntry(path, OwnPath)) Require(path.size() == OwnPath.size());
     Require(!IsOwnEntry(path, L""));
+    if (const std::optional<FolderPath> parsed = ParseFolderPath(path)) {
+        Require(path.front() == L'{' && path.ends_with(parsed->rest) && parsed->rest.front() == L'\\');
+        Require(JoinFolderPath(L"C:", parsed->rest).size() == path.size() - FolderTextLength + 2);
+    }
 }
 
 void CheckCommandLine(const std::wstring& text) {

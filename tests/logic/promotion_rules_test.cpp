@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,46 @@ TEST(IsOwnEntry, IgnoresTheCaseOfLettersAndNothingElse) {
     };
     for (const Row& row : rows)
         EXPECT_EQ(IsOwnEntry(row.entry, row.own), row.same) << testing::PrintToString(row.entry);
+}
+
+constexpr FolderId ProgramFiles{0x6D, 0x80, 0x93, 0x77, 0x6A, 0xF0, 0x44, 0x4B,
+                                0x89, 0x57, 0xA3, 0x77, 0x3F, 0x02, 0x20, 0x0E};
+const std::wstring ProgramFilesText = L"{6D809377-6AF0-444B-8957-A3773F02200E}";
+
+TEST(ParseFolderPath, TellsTheFolderFromTheRest) {
+    for (const std::wstring rest : {L"\\", L"\\app.exe", L"\\App\\app.exe", L"\\\\", L"\\{x}"}) {
+        for (const std::wstring& folder : {ProgramFilesText, std::wstring(L"{6d809377-6af0-444b-8957-a3773f02200e}")}) {
+            const std::wstring path = folder + rest;
+            const std::optional<FolderPath> parsed = ParseFolderPath(path);
+            ASSERT_TRUE(parsed) << testing::PrintToString(path);
+            EXPECT_EQ(parsed->folder, ProgramFiles);
+            EXPECT_EQ(parsed->rest, rest);
+        }
+    }
+}
+
+TEST(ParseFolderPath, TakesNothingElse) {
+    const std::wstring whole = ProgramFilesText + L"\\app.exe";
+    for (std::size_t length = 0; length <= ProgramFilesText.size(); ++length)
+        EXPECT_FALSE(ParseFolderPath(whole.substr(0, length))) << length;
+    for (std::size_t i = 0; i <= ProgramFilesText.size(); ++i) {
+        for (const wchar_t wrong : {L'G', L'g', L'/', L':', L'@', L'`', L' ', L'x', L'\0', L'\xFF11'}) {
+            std::wstring path = whole;
+            path[i] = wrong;
+            EXPECT_FALSE(ParseFolderPath(path)) << i << " " << static_cast<int>(wrong);
+        }
+        std::wstring shorter = whole;
+        EXPECT_FALSE(ParseFolderPath(shorter.erase(i, 1))) << i;
+        EXPECT_FALSE(ParseFolderPath(std::wstring(whole).insert(i, L"0"))) << i;
+    }
+    for (const wchar_t* path : {L"", L"C:\\Program Files\\App\\app.exe", L"\\\\server\\share\\app.exe", L"{}\\app.exe"})
+        EXPECT_FALSE(ParseFolderPath(path)) << testing::PrintToString(path);
+}
+
+TEST(JoinFolderPath, PutsOneBackslashBetween) {
+    EXPECT_EQ(JoinFolderPath(L"C:\\Program Files", L"\\App\\app.exe"), L"C:\\Program Files\\App\\app.exe");
+    EXPECT_EQ(JoinFolderPath(L"D:\\", L"\\app.exe"), L"D:\\app.exe");
+    EXPECT_EQ(JoinFolderPath(L"", L"\\app.exe"), L"\\app.exe");
 }
 
 TEST(PromotionReport, NamesTheCount) {

@@ -2,6 +2,9 @@
 // real registry cannot be made to do, refusing one subkey or one write, is refused here.
 #include <windows.h>
 
+#include <objbase.h>
+#include <shlobj.h>
+
 #include "tray/promotion_win32.h"
 
 #include <gmock/gmock.h>
@@ -9,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cwctype>
 #include <optional>
 #include <string>
@@ -33,6 +37,15 @@ struct Refusals {
 Refusals refusals;
 std::vector<REGSAM> subkeyAccess;
 std::wstring toldPath;  // of the running file; empty: as it is
+
+/// The one folder that the system knows, and what its answers cost.
+struct KnownFolder {
+    std::wstring path;
+    int questions = 0;
+    int textsHeld = 0;  // handed out and not given back
+};
+KnownFolder programFiles;
+constexpr GUID ProgramFilesId{0x6D809377, 0x6AF0, 0x444B, {0x89, 0x57, 0xA3, 0x77, 0x3F, 0x02, 0x20, 0x0E}};
 int openKeys = 0;
 
 LSTATUS WINAPI FakeRegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
@@ -72,15 +85,33 @@ DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
     return copied < toldPath.size() ? size : static_cast<DWORD>(copied);
 }
 
+void WINAPI FakeCoTaskMemFree(void* memory) {
+    if (memory != nullptr) --programFiles.textsHeld;
+    std::free(memory);
+}
+
 }  // namespace
 }  // namespace kestrane
 
 extern "C" {
+decltype(&CoTaskMemFree) __imp_CoTaskMemFree = &kestrane::FakeCoTaskMemFree;
 decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW = &kestrane::FakeGetModuleFileNameW;
 decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &kestrane::FakeRegOpenKeyExW;
 decltype(&RegCloseKey) __imp_RegCloseKey = &kestrane::FakeRegCloseKey;
 decltype(&RegQueryValueExW) __imp_RegQueryValueExW = &kestrane::FakeRegQueryValueExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &kestrane::FakeRegSetValueExW;
+
+// Declared without dllimport, so it is the function itself that stands in. It gives a text to free after a failure too.
+HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD flags, HANDLE token, PWSTR* path) {
+    EXPECT_EQ(flags, 0x4000U) << "not whether the folder is there";
+    EXPECT_EQ(token, nullptr);
+    using kestrane::programFiles;
+    ++programFiles.questions;
+    ++programFiles.textsHeld;
+    *path = static_cast<PWSTR>(std::calloc(programFiles.path.size() + 1, sizeof(wchar_t)));
+    std::copy(programFiles.path.begin(), programFiles.path.end(), *path);
+    return IsEqualGUID(folder, kestrane::ProgramFilesId) ? S_OK : HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+}
 }
 
 namespace kestrane {
@@ -146,12 +177,14 @@ class PromotionTest : public testing::Test {
     PromotionTest() { Reset(); }
     ~PromotionTest() override {
         EXPECT_EQ(openKeys, 0) << "every key is closed";
+        EXPECT_EQ(programFiles.textsHeld, 0) << "every text is given back";
         Reset();
     }
     static void Reset() {
         refusals = {};
         subkeyAccess.clear();
         toldPath.clear();
+        programFiles = {};
         openKeys = 0;
         debugLines.clear();
         RegDeleteTreeW(HKEY_CURRENT_USER, EntriesKey);
@@ -209,6 +242,43 @@ TEST_F(PromotionTest, ALongOwnPathIsComparedWhole) {
     EXPECT_EQ(Promoted(L"1"), 1U);
     EXPECT_EQ(Promoted(L"2"), std::nullopt) << "another program";
     EXPECT_THAT(debugLines, ElementsAre(Report(L"1")));
+}
+
+TEST_F(PromotionTest, AKnownFolderInFrontIsExpanded) {
+    struct Row {
+        const char* why;
+        std::wstring entry;
+        bool promoted;
+        int questions;
+    };
+    const std::vector<Row> rows = {
+        {"Program Files", L"{6D809377-6AF0-444B-8957-A3773F02200E}\\App\\app.exe", true, 1},
+        {"in small letters", L"{6d809377-6af0-444b-8957-a3773f02200e}\\APP\\app.exe", true, 1},
+        {"another program there", L"{6D809377-6AF0-444B-8957-A3773F02200E}\\App\\other.exe", false, 1},
+        {"the folder itself", L"{6D809377-6AF0-444B-8957-A3773F02200E}\\", false, 1},
+        {"a folder that is not known here", L"{7C5A40EF-A0FB-4BFC-874A-C0F2E0B9FA8E}\\App\\app.exe", false, 1},
+        {"no folder", L"{6D809377-6AF0-444B-8957-A3773F02200}\\App\\app.exe", false, 0},
+        {"no separator", L"{6D809377-6AF0-444B-8957-A3773F02200E}App\\app.exe", false, 0},
+        {"a plain path", L"C:\\Program Files\\App\\app.exe", true, 0},
+    };
+    for (const Row& row : rows) {
+        Reset();
+        programFiles.path = L"C:\\Program Files";
+        toldPath = L"C:\\Program Files\\App\\app.exe";
+        SetPath(L"1", row.entry);
+        PromoteIcons();
+        EXPECT_EQ(Promoted(L"1").has_value(), row.promoted) << row.why;
+        EXPECT_EQ(programFiles.questions, row.questions) << row.why;
+        EXPECT_EQ(programFiles.textsHeld, 0) << row.why;
+    }
+}
+
+TEST_F(PromotionTest, AKnownFolderCanBeTheRootOfADrive) {
+    programFiles.path = L"D:\\";
+    toldPath = L"D:\\App\\app.exe";
+    SetPath(L"1", L"{6D809377-6AF0-444B-8957-A3773F02200E}\\App\\app.exe");
+    PromoteIcons();
+    EXPECT_EQ(Promoted(L"1"), 1U);
 }
 
 TEST_F(PromotionTest, ADecisionIsLeftAloneEitherWay) {

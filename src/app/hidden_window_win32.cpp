@@ -18,6 +18,12 @@ LRESULT BindApp(HWND window, LPARAM lParam) {
     return TRUE;
 }
 
+/// The shell runs with the user's rights, and what it sends to an elevated program is held back otherwise. Ordinarily
+/// it passes anyhow, so a failure costs nothing.
+void LetTaskbarCreatedThrough(HWND window, UINT message) {
+    ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);
+}
+
 void OnTimer(App& app, WPARAM id) {
     switch (id) {
         case CpuTimer:
@@ -82,7 +88,9 @@ LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPAR
         case WM_NCCREATE:
             return BindApp(window, lParam);
         case WM_CREATE:
-            if (app != nullptr) app->OnCreate(window);
+            if (app == nullptr) return 0;
+            LetTaskbarCreatedThrough(window, app->taskbarCreatedMessage);
+            app->OnCreate(window);
             return 0;
         case WM_DESTROY:
             OnDestroy(window, app);

@@ -58,6 +58,8 @@ struct World {
     std::set<UINT> onTaskbar;       // ids that were added and not deleted
     std::string interrupted;        // the call of the shell that something is sent in,
     std::function<void()> sending;  // and what is sent; once
+    HWND filtered = nullptr;        // the window for which the filter of messages was changed
+    bool filterIsChanged = true;
 };
 World world;
 
@@ -144,6 +146,17 @@ UINT_PTR WINAPI FakeSHAppBarMessage(DWORD, PAPPBARDATA) {
     return 0;
 }
 
+/// Which messages of less privileged programs may reach which window, and that it is asked before the first icon.
+BOOL WINAPI FakeChangeWindowMessageFilterEx(HWND window, UINT message, DWORD action, PCHANGEFILTERSTRUCT status) {
+    EXPECT_TRUE(IsWindow(window));
+    EXPECT_EQ(message, FakeTaskbarCreated);
+    EXPECT_EQ(action, DWORD{MSGFLT_ALLOW});
+    EXPECT_EQ(status, nullptr);
+    EXPECT_THAT(world.onTaskbar, IsEmpty());
+    world.filtered = window;
+    return world.filterIsChanged ? TRUE : FALSE;
+}
+
 UINT WINAPI FakeRegisterWindowMessageW(LPCWSTR) {
     return FakeTaskbarCreated;
 }
@@ -162,6 +175,7 @@ decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemorySt
 decltype(&GetSystemMetricsForDpi) __imp_GetSystemMetricsForDpi = &FakeGetSystemMetricsForDpi;
 decltype(&SHAppBarMessage) __imp_SHAppBarMessage = &FakeSHAppBarMessage;
 decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
+decltype(&ChangeWindowMessageFilterEx) __imp_ChangeWindowMessageFilterEx = &FakeChangeWindowMessageFilterEx;
 decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
 
 // Declared without dllimport, so it is the function itself that stands in.
@@ -309,6 +323,17 @@ TEST_F(AppTest, StartsInTheRequiredOrder) {
                             "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
     EXPECT_TRUE(app->hotkeyRegistered);
     EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings give no points
+}
+
+TEST_F(AppTest, AnElevatedProgramHearsOfANewTaskbarToo) {
+    for (const bool filterIsChanged : {true, false}) {
+        if (app->window != nullptr) DestroyWindow(app->window);
+        MakeApp();
+        world.filterIsChanged = filterIsChanged;
+        Start();
+        EXPECT_EQ(world.filtered, app->window);
+        EXPECT_THAT(started, Contains("SetTimer 2 2000")) << "a refusal changes nothing";
+    }
 }
 
 TEST_F(AppTest, TheStartKeepsWhatSamplersAndGraphsNeedOfTheMachine) {

@@ -3,9 +3,18 @@
 
 #include <windows.h>
 
+#include "app/tray_menu.h"
 #include "settings/ini_file_win32.h"
 
 namespace kestrane {
+namespace {
+
+/// Only from a window that still has it, and to one that can take it.
+void HandForegroundOn(HWND from, HWND to) {
+    if (GetForegroundWindow() == from && IsWindowVisible(to) && IsWindowEnabled(to)) SetForegroundWindow(to);
+}
+
+}  // namespace
 
 void App::BindGraphSources() {
     GraphSeries& network = graphSources[IndexOf(GraphKind::Network)];
@@ -56,7 +65,9 @@ std::array<bool, GraphCount> App::ShownGraphs() const {
 }
 
 void App::ShowGraphMenu(GraphKind kind, Point screenPoint) {
-    ShowTrayMenu(IconIdOf(MetricOf(kind)), screenPoint.x, screenPoint.y);
+    const HWND before = GetForegroundWindow();
+    const auto command = RunTrayMenu(IconIdOf(MetricOf(kind)), screenPoint.x, screenPoint.y);
+    if (command && !StartsAProgram(*command)) HandForegroundOn(window, before);
 }
 
 void App::GraphClicked(GraphKind kind) {

@@ -83,9 +83,14 @@ void App::ToggleGraph(GraphKind kind) {
 }
 
 void App::ShowTrayMenu(std::uint32_t iconId, int x, int y) {
-    if (menuOpen) return;
+    if (RunTrayMenu(iconId, x, y) == NothingChosen) HeldIcons()->GiveFocus(iconId);
+}
+
+std::optional<std::uint32_t> App::RunTrayMenu(std::uint32_t iconId, int x, int y) {
+    if (menuOpen) return std::nullopt;
     const std::uint32_t command = ChooseFromTrayMenu(x, y);
     if (!shuttingDown) RunCommand(command, iconId);
+    return shuttingDown ? std::nullopt : std::optional(command);
 }
 
 std::uint32_t App::ChooseFromTrayMenu(int x, int y) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "graph/graph_window_host.h"
@@ -71,13 +72,14 @@ struct App final : GraphWindowHost {
     void OnTrayNotify(WPARAM wParam, LPARAM lParam);
     /// Opens, hides or raises a graph.
     void ToggleGraph(GraphKind kind);
-    /// Builds the menu of an icon, tracks it at a point of the screen and runs what is chosen. One at a time.
+    /// The menu at an icon; left without a choice, it gives the keyboard back to that icon.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
     // Graphs (app_graphs_win32.cpp).
 
     /// The screen has changed: graphs that no monitor shows any more come back to the taskbar.
     void RecoverGraphs();
+    /// The same menu at a graph; it gives the foreground back to the window that had it before.
     void ShowGraphMenu(GraphKind kind, Point screenPoint) override;
     /// A click on the disk graph switches between speed and activity; the other two have no second view.
     void GraphClicked(GraphKind kind) override;
@@ -135,6 +137,9 @@ struct App final : GraphWindowHost {
     void ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text);
 
     void OnIconClick(GraphKind kind, std::uint32_t event);
+    /// Builds the menu of an icon, tracks it at a point of the screen and runs what is chosen. One at a time. What was
+    /// chosen; none if no menu opened, or if the end has come with it.
+    std::optional<std::uint32_t> RunTrayMenu(std::uint32_t iconId, int x, int y);
     std::uint32_t ChooseFromTrayMenu(int x, int y);
     /// `iconId` is that of the icon whose menu it was.
     void RunCommand(std::uint32_t command, std::uint32_t iconId);

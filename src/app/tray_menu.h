@@ -9,6 +9,9 @@
 
 namespace kestrane {
 
+/// What a menu answers that was left without a choice.
+inline constexpr std::uint32_t NothingChosen = 0;
+
 inline constexpr std::uint32_t CommandSettings = 100;
 inline constexpr std::uint32_t CommandAbout = 101;
 inline constexpr std::uint32_t CommandExit = 102;
@@ -36,6 +39,11 @@ struct TrayMenuEntry {
 
 /// The entry that a double click on the menu would run, shown in bold.
 inline constexpr std::uint32_t DefaultCommand = CommandPerformance;
+
+/// Whether the command starts another program, which comes to the front by itself if the foreground is left as it is.
+constexpr bool StartsAProgram(std::uint32_t command) {
+    return command == CommandPerformance;
+}
 
 /// `shown` says by GraphKind which graphs are open: only those can be pinned. The pin entries stand in the order CPU,
 /// disk, network.

@@ -190,6 +190,12 @@ bool TrayIconSet::ShowBalloon(const std::wstring& title, const std::wstring& tex
     return false;
 }
 
+void TrayIconSet::GiveFocus(std::uint32_t id) {
+    if (id < 1 || id > slots.size() || !slots[id - 1].added) return;
+    NOTIFYICONDATAW data = CallData(slots[id - 1]);
+    Notify(NIM_SETFOCUS, data);
+}
+
 void TrayIconSet::RemoveAll() {
     for (TrayIconSlot& slot : slots) {
         DeleteSlot(slot);

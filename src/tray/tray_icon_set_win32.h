@@ -57,6 +57,10 @@ struct TrayIconSet {
     /// Shows a notification (63 characters of title, 255 of text) on the first icon that can; true if one took it.
     bool ShowBalloon(const std::wstring& title, const std::wstring& text);
 
+    /// Gives the keyboard to an icon that is on the taskbar, when what was opened there is left again. The id can be
+    /// any number, as it comes from outside; one that is no icon's does nothing.
+    void GiveFocus(std::uint32_t id);
+
     /// Deletes the icons and destroys their images. What is wanted stays, so a later Update adds its icon again.
     void RemoveAll();
 };

@@ -28,7 +28,7 @@ WINE_FOLDER = ROOT / "build" / "wine"
 # Generous, because the machine may be busy with other tests: a wait ends as soon as its condition holds.
 TIMEOUT = 120
 
-NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETVERSION = 0, 1, 2, 4
+NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETFOCUS, NIM_SETVERSION = 0, 1, 2, 3, 4
 NIF_MESSAGE, NIF_ICON, NIF_TIP, NIF_INFO, NIF_GUID, NIF_SHOWTIP = 0x01, 0x02, 0x04, 0x10, 0x20, 0x80
 
 WM_TIMER = 0x113

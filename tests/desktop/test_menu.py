@@ -3,7 +3,7 @@
 import re
 import subprocess
 
-from harness import NIM_DELETE, NIM_MODIFY, ROOT, every, main, wait_until
+from harness import HIDDEN_WINDOW, NIM_DELETE, NIM_MODIFY, NIM_SETFOCUS, ROOT, every, main, wait_until
 from onscreen import (
     DIALOG_CLASS,
     KINDS,
@@ -11,6 +11,7 @@ from onscreen import (
     NIN_KEYSELECT,
     NIN_SELECT,
     PLACES,
+    RIGHT_BUTTON,
     WM_CONTEXTMENU,
     WS_EX_TOPMOST,
     WS_EX_TRANSPARENT,
@@ -269,6 +270,37 @@ class Commands(MenuTest):
         self.wait_for_no_menu()
         self.assertIsNone(process.poll())
         self.assertEqual(self.desktop.ini_path.read_bytes(), before)
+
+
+class Keyboard(MenuTest):
+    def focused(self, start):
+        return [call.id for call in self.shell.since(start) if call.message == NIM_SETFOCUS]
+
+    def test_goes_back_to_the_icon_whose_menu_is_left(self):
+        self.start()
+        for icon in (1, 2, MEMORY_ICON, 4):
+            menu = self.open_menu(icon)
+            start = self.shell.mark()
+            self.desktop.use_mouse("mousemove", *menu.middle_of(0), "key", "Escape")
+            self.wait_for_no_menu()
+            self.shell.wait_for(lambda call: call.message == NIM_SETFOCUS, start)
+            self.assertEqual(self.focused(start), [icon])
+
+    def test_goes_back_to_the_window_that_had_it_before_the_menu_of_a_graph(self):
+        self.desktop.write_ini(all_open())
+        self.start_with(*KINDS)
+        self.neighbour.ask("show", 900, 500, 200, 200)
+        start = self.shell.mark()
+        for number in (None, self.PIN_DISK):
+            self.assertTrue(self.neighbour.ask("front"))
+            self.click(300, 200, button=RIGHT_BUTTON)
+            menu = self.read_menu()
+            self.assertEqual(self.neighbour.ask("foreground"), HIDDEN_WINDOW)
+            # Wine's keys go to the neighbour all the while, so a click on the bare desktop leaves the menu.
+            self.click(*(menu.middle_of(number) if number is not None else (30, 700)))
+            self.wait_for_no_menu()
+            wait_until(lambda: self.neighbour.ask("foreground") == "neighbour", "the neighbour in the foreground", 30)
+        self.assertEqual(self.focused(start), [])
 
 
 class About(MenuTest):

@@ -68,5 +68,10 @@ TEST_F(TrayMenuTest, InEnglish) {
     EXPECT_EQ(texts, expected);
 }
 
+TEST(StartsAProgram, IsSoForTheTaskManagerAlone) {
+    for (std::uint32_t command = 0; command < 200; ++command)
+        EXPECT_EQ(StartsAProgram(command), command == 103) << command;
+}
+
 }  // namespace
 }  // namespace kestrane

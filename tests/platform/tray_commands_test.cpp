@@ -49,6 +49,7 @@ struct World {
     BOOL menuAnswer = 0;
     int dropAlignment = 0;
     std::function<void()> whileMenuIsOpen;
+    std::function<void()> whileFocusIsGiven;
     std::vector<MenuItem> menu;
     std::vector<kestrane::IconPixels> menuImages;  // of the entries that have one
     UINT menuDefault = 0;
@@ -59,6 +60,7 @@ struct World {
     bool bitmapsAreMade = true;
     HMENU menuHandle = nullptr;
     WINEVENTPROC foregroundEvent = nullptr;
+    HWND foreground = nullptr;
     const kestrane::GraphSeries* paintedSeries = nullptr;
     std::wstring boxText;
     std::wstring boxCaption;
@@ -66,7 +68,10 @@ struct World {
 };
 World world;
 
-BOOL WINAPI FakeShell_NotifyIconW(DWORD, PNOTIFYICONDATAW) {
+BOOL WINAPI FakeShell_NotifyIconW(DWORD message, PNOTIFYICONDATAW data) {
+    if (message != NIM_SETFOCUS) return TRUE;
+    NoteCall("focus " + std::to_string(data->uID));
+    if (world.whileFocusIsGiven) world.whileFocusIsGiven();
     return TRUE;
 }
 ULONGLONG WINAPI FakeGetTickCount64() {
@@ -81,9 +86,13 @@ int WINAPI FakeGetSystemMetrics(int index) {
     return index == SM_MENUDROPALIGNMENT ? world.dropAlignment : real(index);
 }
 
-BOOL WINAPI FakeSetForegroundWindow(HWND) {
+BOOL WINAPI FakeSetForegroundWindow(HWND window) {
     NoteCall("SetForegroundWindow");
+    world.foreground = window;
     return TRUE;
+}
+HWND WINAPI FakeGetForegroundWindow() {
+    return world.foreground;
 }
 
 std::vector<MenuItem> ReadMenu(HMENU menu) {
@@ -176,6 +185,7 @@ decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
 decltype(&GetDoubleClickTime) __imp_GetDoubleClickTime = &FakeGetDoubleClickTime;
 decltype(&GetSystemMetrics) __imp_GetSystemMetrics = &FakeGetSystemMetrics;
 decltype(&SetForegroundWindow) __imp_SetForegroundWindow = &FakeSetForegroundWindow;
+decltype(&GetForegroundWindow) __imp_GetForegroundWindow = &FakeGetForegroundWindow;
 decltype(&TrackPopupMenuEx) __imp_TrackPopupMenuEx = &FakeTrackPopupMenuEx;
 decltype(&LoadImageW) __imp_LoadImageW = &FakeLoadImageW;
 decltype(&CreateDIBSection) __imp_CreateDIBSection = &FakeCreateDIBSection;
@@ -373,7 +383,7 @@ TEST_F(TrayCommandsTest, TheMenuStandsWhereTheUserIsWithImagesAndADefault) {
     EXPECT_EQ(world.menuPoint.y, 700);
     EXPECT_EQ(world.imageSize, static_cast<int>(app->iconRingSize));
     EXPECT_THAT(Calls(), ElementsAre("image 201", "image 202", "image 203", "image 204", "SetForegroundWindow",
-                                     "TrackPopupMenu", "post 0"));
+                                     "TrackPopupMenu", "post 0", "focus 3"));
 }
 
 TEST_F(TrayCommandsTest, TheImagesAreThoseOfTheIconsOnNothing) {
@@ -397,6 +407,42 @@ TEST_F(TrayCommandsTest, TheMenuAndItsImagesAreGivenBack) {
     EXPECT_FALSE(IsMenu(world.menuHandle));
     for (const MenuItem& item : world.menu)
         EXPECT_EQ(GetObjectType(item.image), 0U) << item.id;
+}
+
+TEST_F(TrayCommandsTest, AMenuLeftWithoutAChoiceGivesTheKeyboardBackToItsIcon) {
+    Start();
+    for (const std::uint32_t id : {1U, 2U, 3U, 4U}) {
+        Calls().clear();
+        Event(id, EventContextMenu);
+        EXPECT_EQ(Calls().back(), "focus " + std::to_string(id)) << "behind the menu";
+    }
+    for (const std::uint32_t command : {CommandPinFirst, CommandAbout, CommandPerformance}) {
+        Calls().clear();
+        Choose(command);
+        EXPECT_EQ(CountCalls("focus 1"), 0) << command;
+    }
+}
+
+TEST_F(TrayCommandsTest, OnlyAnIconThatIsThereGetsTheKeyboard) {
+    app->settings.show[1] = false;
+    Start();
+    for (const std::uint32_t id : {0U, 2U, 5U, 65535U}) {
+        Calls().clear();
+        Event(id, EventContextMenu);
+        EXPECT_EQ(Calls().back(), "post 0") << id;
+    }
+}
+
+TEST_F(TrayCommandsTest, TheEndCanComeWhileTheShellTakesTheKeyboard) {
+    Start();
+    const std::weak_ptr<TrayIconSet> icons = app->trayIcons;
+    world.whileFocusIsGiven = [&] {
+        SendMessageW(app->window, WM_CLOSE, 0, 0);
+        EXPECT_FALSE(icons.expired()) << "they are being asked";
+    };
+    Event(1, EventContextMenu);
+    EXPECT_TRUE(app->shuttingDown);
+    EXPECT_TRUE(icons.expired());
 }
 
 TEST_F(TrayCommandsTest, MenusThatDropLeftAreAlignedRight) {
@@ -581,6 +627,76 @@ TEST_F(TrayCommandsTest, AGraphsMenuIsThatOfItsIcon) {
     EXPECT_EQ(CountCalls("TrackPopupMenu"), 1);
     EXPECT_EQ(world.menuPoint.x, 12);
     EXPECT_EQ(world.menuPoint.y, -34);
+}
+
+/// A window of the program that the user works with.
+HWND MakeUsersWindow() {
+    return CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+}
+
+TEST_F(TrayCommandsTest, AGraphsMenuGivesTheForegroundBack) {
+    struct Row {
+        const char* why;
+        std::uint32_t command;
+        std::function<void(HWND)> whileMenuIsOpen;
+        bool back;
+    };
+    const std::vector<Row> rows = {
+        {"nothing chosen", 0, nullptr, true},
+        {"a command done at once", CommandPinFirst, nullptr, true},
+        {"a box that is closed again", CommandAbout, nullptr, true},
+        {"another program that comes to the front by itself", CommandPerformance, nullptr, false},
+        {"the window is gone", 0, DestroyWindow, false},
+        {"the window is hidden", 0, [](HWND window) { ShowWindow(window, SW_HIDE); }, false},
+        {"a box of its own stands before it", 0, [](HWND window) { EnableWindow(window, FALSE); }, false},
+        {"the user is elsewhere by now", 0, [](HWND) { world.foreground = GetDesktopWindow(); }, false},
+        {"nobody has it", 0, [](HWND) { world.foreground = nullptr; }, false},
+    };
+    Start();
+    for (const Row& row : rows) {
+        const HWND users = MakeUsersWindow();
+        world.foreground = users;
+        world.menuAnswer = static_cast<BOOL>(row.command);
+        world.whileMenuIsOpen = [&] {
+            EXPECT_EQ(world.foreground, app->window) << row.why;
+            if (row.whileMenuIsOpen) row.whileMenuIsOpen(users);
+        };
+        Calls().clear();
+        app->ShowGraphMenu(GraphKind::Network, {12, -34});
+        EXPECT_EQ(world.foreground == users, row.back) << row.why;
+        EXPECT_EQ(CountCalls("SetForegroundWindow"), row.back ? 2 : 1) << row.why;
+        EXPECT_EQ(CountCalls("focus 4"), 0) << row.why << ": it is no icon's menu";
+        if (IsWindow(users)) DestroyWindow(users);
+    }
+}
+
+TEST_F(TrayCommandsTest, AGraphsMenuThatDoesNotOpenLeavesTheForegroundAlone) {
+    Start();
+    const HWND users = MakeUsersWindow();
+    world.foreground = users;
+    world.whileMenuIsOpen = [this] { app->ShowGraphMenu(GraphKind::Cpu, {1, 2}); };
+    Event(1, EventContextMenu);
+    EXPECT_EQ(CountCalls("SetForegroundWindow"), 1);
+    EXPECT_EQ(CountCalls("focus 1"), 1);
+    DestroyWindow(users);
+}
+
+TEST_F(TrayCommandsTest, TheEndUnderAMenuGivesNothingBack) {
+    for (const bool ofIcon : {true, false}) {
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        UnregisterClassW(HiddenWindowClass, app->instance);
+        Start();
+        const HWND users = MakeUsersWindow();
+        world.foreground = users;
+        world.whileMenuIsOpen = [this] { SendMessageW(app->window, WM_CLOSE, 0, 0); };
+        if (ofIcon) Event(1, EventContextMenu);
+        if (!ofIcon) app->ShowGraphMenu(GraphKind::Cpu, {1, 2});
+        EXPECT_EQ(CountCalls("SetForegroundWindow"), 1);
+        EXPECT_EQ(CountCalls("focus 1"), 0);
+        DestroyWindow(users);
+    }
 }
 
 TEST_F(TrayCommandsTest, EveryStateOfAGraphIsSavedInTheirOrder) {

@@ -560,6 +560,19 @@ TEST_F(TrayIconSetTest, ABalloonsTextsAreCut) {
     }
 }
 
+TEST_F(TrayIconSetTest, TheKeyboardGoesToAnIconThatIsThere) {
+    TrayIconSet icons(Window);
+    icons.GiveFocus(1);
+    EXPECT_THAT(Order(), IsEmpty()) << "not added yet";
+    shell.refuses = [](const ShellCall& call) { return call.data.uID == 2 && HasGuid(call); };
+    icons.AddAll();
+    icons.SetVisible(3, false);
+    Order();
+    for (const std::uint32_t id : {0U, 1U, 2U, 3U, 4U, 5U, 0xFFFFFFFFU})
+        icons.GiveFocus(id);
+    EXPECT_THAT(Order(), ElementsAre("focus 1 guid", "focus 2", "focus 4 guid"));
+}
+
 TEST_F(TrayIconSetTest, RemovingDeletesWhatIsThereAndDestroysEachImageOnce) {
     {
         TrayIconSet icons(Window);

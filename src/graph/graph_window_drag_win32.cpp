@@ -10,8 +10,9 @@
 namespace kestrane {
 namespace {
 
+/// As the key is now: a window without the focus gets no keyboard messages, from which GetKeyState would know.
 bool IsAltDown() {
-    return GetKeyState(VK_MENU) < 0;
+    return GetAsyncKeyState(VK_MENU) < 0;
 }
 
 }  // namespace

@@ -183,9 +183,9 @@ inline BOOL WINAPI FakeGetCursorPos(LPPOINT point) {
     return TRUE;
 }
 
-inline SHORT WINAPI FakeGetKeyState(int key) {
+inline SHORT WINAPI FakeGetAsyncKeyState(int key) {
     EXPECT_EQ(key, VK_MENU);
-    return world.altDown ? static_cast<SHORT>(-128) : SHORT{1};  // toggled, not down
+    return world.altDown ? static_cast<SHORT>(-32768) : SHORT{1};  // pressed since somebody last asked, not down
 }
 
 inline BOOL WINAPI FakeTrackMouseEvent(LPTRACKMOUSEEVENT request) {
@@ -306,7 +306,7 @@ decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FakeMonitorFromP
 decltype(&MonitorFromRect) __imp_MonitorFromRect = &kestrane::FakeMonitorFromRect;
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::FakeGetMonitorInfoW;
 decltype(&GetCursorPos) __imp_GetCursorPos = &kestrane::FakeGetCursorPos;
-decltype(&GetKeyState) __imp_GetKeyState = &kestrane::FakeGetKeyState;
+decltype(&GetAsyncKeyState) __imp_GetAsyncKeyState = &kestrane::FakeGetAsyncKeyState;
 decltype(&TrackMouseEvent) __imp_TrackMouseEvent = &kestrane::FakeTrackMouseEvent;
 decltype(&SetWinEventHook) __imp_SetWinEventHook = &kestrane::FakeSetWinEventHook;
 decltype(&UnhookWinEvent) __imp_UnhookWinEvent = &kestrane::FakeUnhookWinEvent;

@@ -73,7 +73,7 @@ bool GraphWindow::Create() {
     }
     const GraphSettings& stored = Settings();
     if (stored.width >= 1) {
-        MoveAcrossMonitors(hwnd_, [&] { MoveTo(stored.x, stored.y, stored.width, stored.height); });
+        PlaceAt(stored.x, stored.y, stored.width, stored.height);
         EnsureOnScreen();
     } else {
         PlaceAtTaskbar();
@@ -111,6 +111,10 @@ bool GraphWindow::PlaceAtTaskbar() {
     return true;
 }
 
+void GraphWindow::PlaceAt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
+    MoveAcrossMonitors(hwnd_, [&] { MoveTo(x, y, width, height); });
+}
+
 bool GraphWindow::EnsureOnScreen() {
     const RECT rect = ToPlatform(WindowRect());
     if (MonitorFromRect(&rect, MONITOR_DEFAULTTONULL) != nullptr) return false;
@@ -127,6 +131,12 @@ void GraphWindow::StoreRect() {
     settings.y = rect.top;
     settings.width = RectWidth(FromPlatform(rect));
     settings.height = RectHeight(FromPlatform(rect));
+}
+
+void GraphWindow::SaveIfMoved(const Rect& from) {
+    if (inSizeMove_ || placeChanges_ > 0 || WindowRect() == from) return;
+    StoreRect();
+    host_->GraphStateChanged(kind_);
 }
 
 }  // namespace kestrane

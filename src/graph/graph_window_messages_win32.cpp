@@ -15,6 +15,12 @@ namespace {
 
 constexpr LONG MinPaintSize = 3;
 
+/// Whether a system command moves or sizes the window. Its low four bits belong to the system.
+bool IsDragCommand(WPARAM command) {
+    const WPARAM kind = command & 0xFFF0;
+    return kind == SC_MOVE || kind == SC_SIZE;
+}
+
 }  // namespace
 
 GraphWindow* GraphWindow::Of(HWND window) {
@@ -74,15 +80,19 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CONTEXTMENU:
             OnContextMenu(lParam);
             return 0;
+        case WM_SYSCOMMAND:
+            if (!IsDragCommand(wParam)) break;
+            OnDragCommand(wParam, lParam);
+            return 0;
         case WM_ENTERSIZEMOVE:
             OnEnterSizeMove();
             break;
         case WM_MOVING:
             clickPending_ = false;
-            AdjustDragRect(*reinterpret_cast<RECT*>(lParam), 0, true);
+            OnDragStep(*reinterpret_cast<RECT*>(lParam), 0, true);
             return 1;
         case WM_SIZING:
-            AdjustDragRect(*reinterpret_cast<RECT*>(lParam), ResizeEdgesFromSizing(wParam), false);
+            OnDragStep(*reinterpret_cast<RECT*>(lParam), ResizeEdgesFromSizing(wParam), false);
             return 1;
         case WM_EXITSIZEMOVE:
             OnExitSizeMove();
@@ -93,6 +103,8 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_NCDESTROY:
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             hwnd_ = nullptr;
+            inSizeMove_ = false;
+            placeChanges_ = 0;
             break;
         default:
             break;

@@ -51,6 +51,8 @@ class GraphWindow {
     static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
                                            DWORD thread, DWORD time);
 
+    class PlaceChange;
+
     // Coming into being, and the place on the screen. Where the taskbar is only the shell knows, and while it is asked
     // a message of its own can end the program: after false, this object may be gone.
     bool RegisterWindowClass() const;
@@ -60,7 +62,11 @@ class GraphWindow {
     /// True if the window had to be moved.
     bool EnsureOnScreen();
     void MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
+    /// The same, to a monitor of any DPI.
+    void PlaceAt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
     void StoreRect();
+    /// Stores and saves a place that is not `from`; nothing while it is still changing.
+    void SaveIfMoved(const Rect& from);
 
     // Messages.
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
@@ -75,9 +81,11 @@ class GraphWindow {
     void SetHover(bool inside, const Point& screenPoint = {});
 
     // Dragging.
+    void OnDragCommand(WPARAM wParam, LPARAM lParam);
     void OnEnterSizeMove();
     void OnExitSizeMove();
-    void AdjustDragRect(RECT& rect, std::uint32_t edges, bool isMove) const;
+    void OnDragStep(RECT& rect, std::uint32_t edges, bool isMove);
+    Rect DraggedRect(const RECT& proposed, std::uint32_t edges, bool isMove) const;
     std::vector<Rect> OtherShownRects() const;
 
     GraphSettings& Settings() const { return GraphSettingsOf(*settings_, kind_); }
@@ -92,6 +100,8 @@ class GraphWindow {
     const GraphSeries* source_ = nullptr;
     bool covered_ = false;
     bool inSizeMove_ = false;  // a move or resize loop of the system is running
+    int placeChanges_ = 0;     // how many of PlaceChange there are
+    Rect placeBeforeDrag_;
     POINT dragStartCursor_ = {};
     Rect dragStartRect_;
     bool clickPending_ = false;  // a press on the surface has not turned into a move
@@ -100,6 +110,22 @@ class GraphWindow {
 
     static inline std::vector<GraphWindow*> allGraphWindows;
     static inline HWINEVENTHOOK foregroundHook = nullptr;
+};
+
+/// While there is one, the place changes step by step, and whoever made it saves what comes of it. The window, and the
+/// graph too, may end before it does.
+class GraphWindow::PlaceChange {
+  public:
+    explicit PlaceChange(GraphWindow& graph) : graph_(graph), window_(graph.hwnd_) { ++graph_.placeChanges_; }
+    PlaceChange(const PlaceChange&) = delete;
+    PlaceChange& operator=(const PlaceChange&) = delete;
+    ~PlaceChange() {
+        if (Of(window_) == &graph_) --graph_.placeChanges_;
+    }
+
+  private:
+    GraphWindow& graph_;
+    HWND window_;
 };
 
 }  // namespace kestrane

@@ -102,13 +102,67 @@ class Dragging(GraphTest):
         self.desktop.use_mouse("mouseup", LEFT_BUTTON)
 
 
+class Escape(GraphTest):
+    """A drag is seen while it lasts, and Esc undoes it."""
+
+    options = double_click_time(1)
+    settings = all_open()
+
+    # Where the CPU graph is taken, and what it is while it is pulled by 50 and 40.
+    WAYS = [
+        ((300, 200), (150, 140, 550, 340)),
+        ((499, 200), (100, 100, 550, 300)),
+        ((300, 102), (100, 140, 500, 300)),
+        ((101, 101), (150, 140, 500, 300)),
+    ]
+
+    def setUp(self):
+        super().setUp()
+        self.start_with("cpu", "disk", "network")
+
+    def pull(self, start, rect):
+        self.press(*start)
+        self.point_at(start[0] + 50, start[1] + 40)
+        self.wait_for_rect("cpu", rect)
+
+    def escape(self):
+        self.desktop.use_mouse("key", "Escape")
+        wait_until(lambda: not self.neighbour.mode().moving, "the end of the drag")
+        self.desktop.use_mouse("mouseup", LEFT_BUTTON)
+
+    def test_puts_it_back_and_saves_nothing(self):
+        for step, (start, rect) in enumerate(self.WAYS, 1):
+            with self.subTest(start):
+                self.pull(start, rect)
+                self.escape()
+                self.wait_for_rect("cpu", PLACES["cpu"])
+                # When the next drag is saved, this one is over; and the file is written whole.
+                self.drag(middle_of(self.rect("disk")), 0, 20)
+                self.wait_for_saved_rect("disk", moved(PLACES["disk"], 0, 20 * step))
+                self.assertEqual(self.saved_rect("cpu"), PLACES["cpu"])
+                self.assertEqual(self.rect("cpu"), PLACES["cpu"])
+
+    def test_what_has_been_dragged_before_it_stays(self):
+        start, rect = self.WAYS[0]
+        self.pull(start, rect)
+        self.release()
+        self.wait_for_saved_rect("cpu", rect)
+        self.press(*middle_of(rect))
+        self.point_at(700, 600)
+        wait_until(lambda: self.rect("cpu") != rect, "a second drag")
+        self.escape()
+        self.wait_for_rect("cpu", rect)
+        self.restart_with("cpu")
+        self.wait_for_rect("cpu", rect)
+
+
 class Sizing(GraphTest):
     options = double_click_time(1)
     settings = all_open()
 
     def setUp(self):
         super().setUp()
-        self.start_with("cpu", "disk", "network")
+        self.process = self.start_with("cpu", "disk", "network")
 
     def assert_sizes(self, start, dx, dy, rect):
         self.drag(start, dx, dy)
@@ -132,6 +186,13 @@ class Sizing(GraphTest):
                 self.assert_sizes(start, 33, 21, rect)
                 # Back again by the same edge, which has gone with the mouse.
                 self.assert_sizes((start[0] + 33, start[1] + 21), -33, -21, PLACES["cpu"])
+
+    def test_the_end_of_the_program_while_an_edge_is_held(self):
+        self.press(498, 200)
+        self.point_at(560, 200)
+        self.assertEqual(self.desktop.run_kestrane("--exit").code, 0)
+        self.assertEqual(self.process.wait(timeout=60), 0)
+        self.desktop.use_mouse("mouseup", LEFT_BUTTON)
 
     def test_never_below_the_least_size(self):
         self.assert_sizes((498, 298), -600, -600, (100, 100, 300, 180))
@@ -164,6 +225,19 @@ class Clicks(GraphTest):
         self.wait_for_saved("disk", activity=0)
         wait_until(lambda: labels() == speeds, "the labels of the speeds")
         self.assertEqual(self.rect("disk"), PLACES["disk"])
+
+    def test_a_click_saves_no_place(self):
+        self.desktop.end_kestrane()
+        self.desktop.write_ini("[disk]\ngraph=1\ntopmost=1\n")
+        self.start_with("disk")
+        place = self.rect("disk")
+        self.click(*middle_of(place))
+        self.wait_for_saved("disk", activity=1)
+        self.click(place[0] + 2, middle_of(place)[1])  # a border, let go where it was taken
+        self.click(*middle_of(place))
+        self.wait_for_saved("disk", activity=0)
+        self.assertEqual(self.rect("disk"), place)
+        self.assertFalse({"x", "y", "width", "height"} & self.saved("disk").keys())
 
     def test_a_drag_of_one_pixel_does_not(self):
         self.drag(middle_of(PLACES["disk"]), 1, 0)

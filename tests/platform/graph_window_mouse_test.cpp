@@ -3,6 +3,8 @@
 
 #include <functional>
 #include <limits>
+#include <ostream>
+#include <string>
 #include <vector>
 
 #include "graph/graph_window_win32.h"
@@ -178,6 +180,7 @@ TEST_F(GraphWindowClick, APressThatDoesNotMoveIsAClick) {
     };
     SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150));
     EXPECT_EQ(host_.clicks.size(), 2U);
+    EXPECT_TRUE(host_.changes.empty()) << "a click leaves the place as it was";
 }
 
 TEST_F(GraphWindowClick, ADragOfOnePixelIsNone) {
@@ -305,6 +308,17 @@ TEST_F(GraphWindowDrag, AltTurnsSnappingOff) {
     EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the least size holds";
 }
 
+TEST_F(GraphWindowDrag, EachStepIsSeen) {
+    Move(17, -20);
+    EXPECT_EQ(PlaceOf(window_), (Rect{317, 280, 807, 430}));
+    Size(WMSZ_TOPLEFT, -50, -70);
+    EXPECT_EQ(PlaceOf(window_), (Rect{250, 230, 790, 450}));
+    ASSERT_EQ(world.positions.size(), 2U);
+    for (const PosCall& call : world.positions)
+        EXPECT_EQ(call.flags, 20U);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
 TEST_F(GraphWindowDrag, TheEndStoresThePlaceAndSavesIt) {
     static const auto setPos = REAL(L"user32", SetWindowPos);
     setPos(window_, nullptr, 40, 50, 333, 222, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -324,6 +338,185 @@ TEST_F(GraphWindowDrag, TheCursorMayBeAnywhere) {
     SendMessageW(window_, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
     EXPECT_EQ(rect.left, highest - 200);
     EXPECT_EQ(rect.right, highest) << "held at the end of the range";
+}
+
+/// The ways into the system's loop that moves and sizes a window: the mouse, and whoever sends the command.
+struct Entrance {
+    const char* name;
+    UINT message;
+    WPARAM wParam;
+    UINT step;  // what the loop sends when the mouse moves
+    WPARAM edge;
+    Rect place;  // after a step of 50 and 40
+};
+
+void PrintTo(const Entrance& entrance, std::ostream* out) {
+    *out << entrance.name;
+}
+
+constexpr Entrance Entrances[] = {
+    {"the surface", WM_NCLBUTTONDOWN, HTCAPTION, WM_MOVING, 0, {350, 340, 840, 490}},
+    {"the right border", WM_NCLBUTTONDOWN, HTRIGHT, WM_SIZING, WMSZ_RIGHT, {300, 300, 840, 450}},
+    {"the top left corner", WM_NCLBUTTONDOWN, HTTOPLEFT, WM_SIZING, WMSZ_TOPLEFT, {350, 340, 790, 450}},
+    {"the command to move", WM_SYSCOMMAND, SC_MOVE, WM_MOVING, 0, {350, 340, 840, 490}},
+    {"the command to size", WM_SYSCOMMAND, SC_SIZE, WM_SIZING, WMSZ_BOTTOM, {300, 300, 790, 490}},
+};
+
+constexpr Rect LoopStart = {300, 300, 790, 450};
+
+class GraphWindowLoop : public GraphWindowTest, public testing::WithParamInterface<Entrance> {
+  protected:
+    GraphWindowLoop() {
+        window_ = Show(GraphKind::Disk, LoopStart);
+        world.cursor = Cursor(500, 400);
+    }
+
+    /// A drag in the system's own loop; `after` is what the loop does between its end and its return.
+    void Drag(LONG dx, LONG dy, const std::function<void()>& after = {}) {
+        world.moveLoop = [=, this] {
+            SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+            Step(dx, dy);
+            SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0);
+            EXPECT_TRUE(host_.changes.empty()) << "the loop has not returned";
+            if (after) after();
+        };
+        Enter();
+    }
+    void Step(LONG dx, LONG dy) {
+        world.cursor = Cursor(500 + dx, 400 + dy);
+        RECT rect = {1, 2, 3, 4};
+        SendMessageW(window_, GetParam().step, GetParam().edge, reinterpret_cast<LPARAM>(&rect));
+        world.cursor = Cursor(500, 400);
+    }
+    void Enter() { EXPECT_EQ(SendMessageW(window_, GetParam().message, GetParam().wParam, At(500, 400)), 0); }
+
+    void PutBackByTheSystem() {
+        SetWindowPos(window_, nullptr, LoopStart.left, LoopStart.top, RectWidth(LoopStart), RectHeight(LoopStart),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    Rect StoredRect() const {
+        const GraphSettings& stored = settings_.disk;
+        return {stored.x, stored.y, stored.x + stored.width, stored.y + stored.height};
+    }
+
+    HWND window_ = nullptr;
+};
+
+INSTANTIATE_TEST_SUITE_P(Entrances, GraphWindowLoop, testing::ValuesIn(Entrances), [](const auto& row) {
+    std::string name = row.param.name;
+    std::erase(name, ' ');
+    return name;
+});
+
+TEST_P(GraphWindowLoop, WhatStandsAfterItIsStoredAndSavedOnce) {
+    Drag(50, 40);
+    EXPECT_EQ(PlaceOf(window_), GetParam().place);
+    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
+}
+
+// The loop that Esc has left puts the window back when it has told of its end.
+TEST_P(GraphWindowLoop, WhatEscHasUndoneIsNotSaved) {
+    Drag(50, 40, [this] { PutBackByTheSystem(); });
+    EXPECT_EQ(PlaceOf(window_), LoopStart);
+    EXPECT_EQ(StoredRect(), LoopStart);
+    EXPECT_TRUE(host_.changes.empty());
+    EXPECT_TRUE(host_.clicks.empty());
+}
+
+// A system that meant to move the window at the end of the drag has nothing to put back.
+TEST_P(GraphWindowLoop, EscPutsItBackWhereTheSystemDoesNot) {
+    Drag(50, 40, [] { world.escRead = true; });
+    EXPECT_EQ(PlaceOf(window_), LoopStart);
+    EXPECT_EQ(StoredRect(), LoopStart);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+// The release of a key that ended the drag before goes to the window that has the focus by then.
+TEST_P(GraphWindowLoop, AnOlderEscDoesNotCount) {
+    world.escRead = true;
+    Drag(50, 40);
+    EXPECT_EQ(PlaceOf(window_), GetParam().place);
+    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
+}
+
+TEST_P(GraphWindowLoop, ADragThatComesBackSavesNothing) {
+    world.moveLoop = [this] {
+        SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+        Step(50, 40);
+        Step(0, 0);
+        SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0);
+    };
+    Enter();
+    EXPECT_EQ(PlaceOf(window_), LoopStart);
+    EXPECT_TRUE(host_.changes.empty());
+    EXPECT_TRUE(host_.clicks.empty()) << "nor is it a click";
+}
+
+TEST_P(GraphWindowLoop, AFirstPlaceIsNotFixedByAPress) {
+    settings_.disk.width = 0;
+    world.moveLoop = [this] {
+        SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+        SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0);
+    };
+    Enter();
+    EXPECT_EQ(settings_.disk.width, 0);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+// Where another monitor has another DPI, the system sizes the window anew on its way back.
+TEST_P(GraphWindowLoop, EscPutsItBackInItsSizeFromAnyMonitor) {
+    world.dpi = 144;
+    Drag(50, 40, [this] {
+        world.escRead = true;
+        PutBackByTheSystem();
+        world.dpi = 96;
+        const RECT smaller = {300, 300, 627, 400};
+        SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&smaller));
+    });
+    EXPECT_EQ(PlaceOf(window_), LoopStart);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+TEST_P(GraphWindowLoop, EscDoesNotLeadBackToAMonitorThatIsGone) {
+    world.workArea = {0, 0, 1280, 800};
+    Drag(50, 40, [] {
+        world.escRead = true;
+        world.offScreen = true;
+    });
+    EXPECT_EQ(PlaceOf(window_), (Rect{790, 350, 1280, 800})) << "at the taskbar";
+    EXPECT_EQ(StoredRect(), PlaceOf(window_));
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
+}
+
+TEST_P(GraphWindowLoop, TheProgramMayEndInIt) {
+    world.moveLoop = [this] {
+        SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+        Step(50, 40);
+        graphs_[IndexOf(GraphKind::Disk)].reset();
+    };
+    Enter();
+    EXPECT_FALSE(IsWindow(window_));
+    EXPECT_TRUE(host_.changes.empty());
+    EXPECT_TRUE(host_.clicks.empty());
+}
+
+// Whoever closes all windows of a program closes this one too; the graph may be shown again.
+TEST_P(GraphWindowLoop, ItsWindowMayEndInItAndTheNextIsAsGood) {
+    world.moveLoop = [this] {
+        SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
+        DestroyWindow(window_);
+    };
+    Enter();
+    EXPECT_TRUE(host_.changes.empty());
+    window_ = Show(GraphKind::Disk, LoopStart);
+    SendMessageW(window_, WM_NCMOUSEMOVE, HTCAPTION, At(400, 350));
+    EXPECT_TRUE(HoverOf(window_).active);
+    Drag(50, 40);
+    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 
 }  // namespace

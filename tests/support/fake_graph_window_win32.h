@@ -58,9 +58,10 @@ struct World {
     bool offScreen = false;              // no monitor shows the window
     std::optional<POINT> cursor;         // none: the machine's
     bool altDown = false;
+    bool escRead = false;  // Esc is the last key that this thread has read
     bool refuseTracking = false;
     bool refuseHook = false;
-    std::function<void()> moveLoop;         // runs while a press on the surface lasts
+    std::function<void()> moveLoop;         // the system's loop that moves and sizes a window
     std::function<void(HWND)> onMove;       // runs once, in the course of a move or resize
     std::function<void()> whileShellAsked;  // runs while the shell looks for its taskbar
     std::vector<std::wstring> debugTexts;
@@ -188,6 +189,11 @@ inline SHORT WINAPI FakeGetAsyncKeyState(int key) {
     return world.altDown ? static_cast<SHORT>(-32768) : SHORT{1};  // pressed since somebody last asked, not down
 }
 
+inline SHORT WINAPI FakeGetKeyState(int key) {
+    EXPECT_EQ(key, VK_ESCAPE);
+    return world.escRead ? static_cast<SHORT>(-128) : SHORT{1};  // toggled, not down
+}
+
 inline BOOL WINAPI FakeTrackMouseEvent(LPTRACKMOUSEEVENT request) {
     EXPECT_EQ(request->cbSize, sizeof(TRACKMOUSEEVENT));
     world.trackingFlags.push_back(request->dwFlags);
@@ -216,7 +222,11 @@ inline BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK hook) {
 
 inline LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     static const auto real = REAL(L"user32", DefWindowProcW);
-    if (message != WM_NCLBUTTONDOWN) return real(window, message, wParam, lParam);
+    if (message == WM_NCLBUTTONDOWN) {
+        const WPARAM command = wParam == HTCAPTION ? SC_MOVE | HTCAPTION : SC_SIZE | (wParam - HTLEFT + WMSZ_LEFT);
+        return SendMessageW(window, WM_SYSCOMMAND, command, lParam);
+    }
+    if (message != WM_SYSCOMMAND) return real(window, message, wParam, lParam);
     if (world.moveLoop) world.moveLoop();
     return 0;
 }
@@ -307,6 +317,7 @@ decltype(&MonitorFromRect) __imp_MonitorFromRect = &kestrane::FakeMonitorFromRec
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::FakeGetMonitorInfoW;
 decltype(&GetCursorPos) __imp_GetCursorPos = &kestrane::FakeGetCursorPos;
 decltype(&GetAsyncKeyState) __imp_GetAsyncKeyState = &kestrane::FakeGetAsyncKeyState;
+decltype(&GetKeyState) __imp_GetKeyState = &kestrane::FakeGetKeyState;
 decltype(&TrackMouseEvent) __imp_TrackMouseEvent = &kestrane::FakeTrackMouseEvent;
 decltype(&SetWinEventHook) __imp_SetWinEventHook = &kestrane::FakeSetWinEventHook;
 decltype(&UnhookWinEvent) __imp_UnhookWinEvent = &kestrane::FakeUnhookWinEvent;

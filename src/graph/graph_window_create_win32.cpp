@@ -71,6 +71,7 @@ bool GraphWindow::Create() {
         LogDebug(L"kestrane: no se pudo crear la ventana de la grafica\n");
         return false;
     }
+    const PlaceChange placing(*this);
     const GraphSettings& stored = Settings();
     if (stored.width >= 1) {
         PlaceAt(stored.x, stored.y, stored.width, stored.height);
@@ -100,6 +101,7 @@ void GraphWindow::ApplyStyle() {
 
 bool GraphWindow::PlaceAtTaskbar() {
     const HWND window = hwnd_;
+    const PlaceChange placing(*this);
     const TaskbarPlace taskbar = ReadTaskbarPlace();
     if (Of(window) != this) return false;
     const Rect workArea = WorkAreaOf(MonitorFromPoint(ToPlatform(taskbar.center), MONITOR_DEFAULTTOPRIMARY));

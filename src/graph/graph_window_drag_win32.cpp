@@ -47,9 +47,13 @@ void GraphWindow::OnDragCommand(WPARAM wParam, LPARAM lParam) {
 void GraphWindow::OnEnterSizeMove() {
     inSizeMove_ = true;
     placeBeforeDrag_ = WindowRect();
+    BeginDragHere();
+    SetHover(false);
+}
+
+void GraphWindow::BeginDragHere() {
     GetCursorPos(&dragStartCursor_);
     dragStartRect_ = WindowRect();
-    SetHover(false);
 }
 
 void GraphWindow::OnExitSizeMove() {
@@ -65,11 +69,13 @@ std::vector<Rect> GraphWindow::OtherShownRects() const {
     return rects;
 }
 
-/// The window is moved here too: the system's loop shows a window that never has the focus only at its end.
+/// The window is moved here too: the system's loop shows a window that never has the focus only at its end. A move to a
+/// monitor of another DPI sizes it anew (WM_DPICHANGED), and then the system is to take what stands.
 void GraphWindow::OnDragStep(RECT& rect, std::uint32_t edges, bool isMove) {
     const Rect dragged = DraggedRect(rect, edges, isMove);
+    const UINT dpi = GetDpiForWindow(hwnd_);
     MoveTo(dragged.left, dragged.top, RectWidth(dragged), RectHeight(dragged));
-    rect = ToPlatform(dragged);
+    rect = ToPlatform(GetDpiForWindow(hwnd_) == dpi ? dragged : WindowRect());
 }
 
 Rect GraphWindow::DraggedRect(const RECT& proposed, std::uint32_t edges, bool isMove) const {

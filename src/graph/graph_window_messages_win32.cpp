@@ -167,9 +167,12 @@ void GraphWindow::ShowMenu(const Point& screenPoint) {
 }
 
 void GraphWindow::OnDpiChanged(const RECT& suggested) {
+    const Rect before = WindowRect();
     const Rect rect = FromPlatform(suggested);
     MoveTo(rect.left, rect.top, RectWidth(rect), RectHeight(rect));
     Invalidate();
+    if (inSizeMove_) BeginDragHere();  // or the next step would start from the old size
+    SaveIfMoved(before);
 }
 
 void GraphWindow::SetHover(bool inside, const Point& screenPoint) {

@@ -83,6 +83,7 @@ class GraphWindow {
     // Dragging.
     void OnDragCommand(WPARAM wParam, LPARAM lParam);
     void OnEnterSizeMove();
+    void BeginDragHere();
     void OnExitSizeMove();
     void OnDragStep(RECT& rect, std::uint32_t edges, bool isMove);
     Rect DraggedRect(const RECT& proposed, std::uint32_t edges, bool isMove) const;

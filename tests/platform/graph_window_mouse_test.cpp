@@ -319,6 +319,29 @@ TEST_F(GraphWindowDrag, EachStepIsSeen) {
     EXPECT_TRUE(host_.changes.empty());
 }
 
+// The new rectangle keeps the window under the mouse. From there the drag goes on.
+TEST_F(GraphWindowDrag, ANewDpiBeginsItAnew) {
+    Move(100, 0);
+    world.dpi = 144;
+    const RECT suggested = {350, 290, 1085, 515};
+    SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
+    EXPECT_EQ(PlaceOf(window_), FromPlatform(suggested));
+    EXPECT_EQ(Move(100, 0), FromPlatform(suggested));
+    EXPECT_EQ(Move(110, 5), (Rect{360, 295, 1095, 520}));
+    EXPECT_EQ(Size(WMSZ_RIGHT, 80, 5), (Rect{350, 290, 1065, 515}));
+    EXPECT_TRUE(host_.changes.empty()) << "the end saves it";
+    SendMessageW(window_, WM_EXITSIZEMOVE, 0, 0);
+    EXPECT_EQ(StoredRect(GraphKind::Cpu), (Rect{350, 290, 1065, 515}));
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Cpu});
+}
+
+TEST_F(GraphWindowDrag, AStepToAMonitorOfAnotherDpiKeepsTheNewSize) {
+    world.onMove = CrossToLargerDpi;
+    EXPECT_EQ(Move(100, 100), (Rect{400, 400, 1135, 625})) << "the system is to take what stands";
+    EXPECT_EQ(PlaceOf(window_), (Rect{400, 400, 1135, 625}));
+    EXPECT_EQ(Move(120, 90), (Rect{420, 390, 1155, 615}));
+}
+
 TEST_F(GraphWindowDrag, TheEndStoresThePlaceAndSavesIt) {
     static const auto setPos = REAL(L"user32", SetWindowPos);
     setPos(window_, nullptr, 40, 50, 333, 222, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -395,11 +418,6 @@ class GraphWindowLoop : public GraphWindowTest, public testing::WithParamInterfa
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
-    Rect StoredRect() const {
-        const GraphSettings& stored = settings_.disk;
-        return {stored.x, stored.y, stored.x + stored.width, stored.y + stored.height};
-    }
-
     HWND window_ = nullptr;
 };
 
@@ -412,7 +430,7 @@ INSTANTIATE_TEST_SUITE_P(Entrances, GraphWindowLoop, testing::ValuesIn(Entrances
 TEST_P(GraphWindowLoop, WhatStandsAfterItIsStoredAndSavedOnce) {
     Drag(50, 40);
     EXPECT_EQ(PlaceOf(window_), GetParam().place);
-    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(StoredRect(GraphKind::Disk), GetParam().place);
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 
@@ -420,7 +438,7 @@ TEST_P(GraphWindowLoop, WhatStandsAfterItIsStoredAndSavedOnce) {
 TEST_P(GraphWindowLoop, WhatEscHasUndoneIsNotSaved) {
     Drag(50, 40, [this] { PutBackByTheSystem(); });
     EXPECT_EQ(PlaceOf(window_), LoopStart);
-    EXPECT_EQ(StoredRect(), LoopStart);
+    EXPECT_EQ(StoredRect(GraphKind::Disk), LoopStart);
     EXPECT_TRUE(host_.changes.empty());
     EXPECT_TRUE(host_.clicks.empty());
 }
@@ -429,7 +447,7 @@ TEST_P(GraphWindowLoop, WhatEscHasUndoneIsNotSaved) {
 TEST_P(GraphWindowLoop, EscPutsItBackWhereTheSystemDoesNot) {
     Drag(50, 40, [] { world.escRead = true; });
     EXPECT_EQ(PlaceOf(window_), LoopStart);
-    EXPECT_EQ(StoredRect(), LoopStart);
+    EXPECT_EQ(StoredRect(GraphKind::Disk), LoopStart);
     EXPECT_TRUE(host_.changes.empty());
 }
 
@@ -438,7 +456,7 @@ TEST_P(GraphWindowLoop, AnOlderEscDoesNotCount) {
     world.escRead = true;
     Drag(50, 40);
     EXPECT_EQ(PlaceOf(window_), GetParam().place);
-    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(StoredRect(GraphKind::Disk), GetParam().place);
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 
@@ -487,7 +505,7 @@ TEST_P(GraphWindowLoop, EscDoesNotLeadBackToAMonitorThatIsGone) {
         world.offScreen = true;
     });
     EXPECT_EQ(PlaceOf(window_), (Rect{790, 350, 1280, 800})) << "at the taskbar";
-    EXPECT_EQ(StoredRect(), PlaceOf(window_));
+    EXPECT_EQ(StoredRect(GraphKind::Disk), PlaceOf(window_));
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 
@@ -515,7 +533,7 @@ TEST_P(GraphWindowLoop, ItsWindowMayEndInItAndTheNextIsAsGood) {
     SendMessageW(window_, WM_NCMOUSEMOVE, HTCAPTION, At(400, 350));
     EXPECT_TRUE(HoverOf(window_).active);
     Drag(50, 40);
-    EXPECT_EQ(StoredRect(), GetParam().place);
+    EXPECT_EQ(StoredRect(GraphKind::Disk), GetParam().place);
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 

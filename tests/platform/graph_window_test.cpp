@@ -389,16 +389,6 @@ TEST_F(GraphWindowPlace, ADisplayChangeBringsItBackAndSaves) {
     EXPECT_EQ(host_.changes.size(), 2U) << "a hidden window too";
 }
 
-/// The window comes to a monitor of 144 DPI, and the system offers the same size half as large again.
-void CrossToLargerDpi(HWND window) {
-    world.dpi = 144;
-    RECT rect = {};
-    GetWindowRect(window, &rect);
-    rect.right += (rect.right - rect.left) / 2;
-    rect.bottom += (rect.bottom - rect.top) / 2;
-    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&rect));
-}
-
 TEST_F(GraphWindowPlace, AStoredPlaceOnAMonitorOfAnotherDpiKeepsItsSize) {
     settings_.cpu.x = 33;
     settings_.cpu.y = 44;
@@ -407,6 +397,35 @@ TEST_F(GraphWindowPlace, AStoredPlaceOnAMonitorOfAnotherDpiKeepsItsSize) {
     world.onMove = CrossToLargerDpi;
     Graph(GraphKind::Cpu).SetShown(true);
     EXPECT_EQ(PlaceOf(world.windows.back()), (Rect{33, 44, 333, 164}));
+    EXPECT_EQ(StoredRect(GraphKind::Cpu), (Rect{33, 44, 333, 164})) << "what lies between is not stored";
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+TEST_F(GraphWindowPlace, AFirstPlaceOnAMonitorOfAnotherDpiIsNotStored) {
+    world.onMove = CrossToLargerDpi;
+    Graph(GraphKind::Network).SetShown(true);
+    EXPECT_EQ(PlaceOf(world.windows.back()), (Rect{1185, 815, 1920, 1040}));
+    EXPECT_EQ(settings_.network.width, 0);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+TEST_F(GraphWindowPlace, ANewDpiWhileTheShellIsAskedIsNotStored) {
+    world.whileShellAsked = [] { CrossToLargerDpi(world.windows.back()); };
+    Graph(GraphKind::Network).SetShown(true);
+    EXPECT_EQ(PlaceOf(world.windows.back()), (Rect{1185, 815, 1920, 1040}));
+    EXPECT_EQ(settings_.network.width, 0);
+    EXPECT_TRUE(host_.changes.empty());
+}
+
+TEST_F(GraphWindowPlace, ANewDpiIsStoredAndSaved) {
+    const HWND window = Show(GraphKind::Disk, {100, 100, 590, 250});
+    CrossToLargerDpi(window);
+    EXPECT_EQ(PlaceOf(window), (Rect{100, 100, 835, 325}));
+    EXPECT_EQ(StoredRect(GraphKind::Disk), (Rect{100, 100, 835, 325}));
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
+    const RECT same = ToPlatform(PlaceOf(window));
+    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&same));
+    EXPECT_EQ(host_.changes.size(), 1U) << "nothing new";
 }
 
 TEST_F(GraphWindowPlace, ARecoveryToAMonitorOfAnotherDpiHasItsSize) {
@@ -416,8 +435,8 @@ TEST_F(GraphWindowPlace, ARecoveryToAMonitorOfAnotherDpiHasItsSize) {
     world.onMove = CrossToLargerDpi;
     Graph(GraphKind::Network).RecoverIfOffScreen();
     EXPECT_EQ(PlaceOf(window), (Rect{1000 - 735, 700 - 225, 1000, 700}));
-    EXPECT_EQ(settings_.network.x, 1000 - 735);
-    EXPECT_EQ(settings_.network.width, 735);
+    EXPECT_EQ(StoredRect(GraphKind::Network), PlaceOf(window));
+    EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Network}) << "once";
 }
 
 // The shell answers by messages, and sends its own meanwhile: one of them can end the program.

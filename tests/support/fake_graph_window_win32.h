@@ -252,6 +252,16 @@ struct Host : GraphWindowHost {
     std::function<void()> onMenu;
 };
 
+/// The window comes to a monitor of 144 DPI, and the system offers the same size half as large again.
+inline void CrossToLargerDpi(HWND window) {
+    world.dpi = 144;
+    RECT rect = {};
+    GetWindowRect(window, &rect);
+    rect.right += (rect.right - rect.left) / 2;
+    rect.bottom += (rect.bottom - rect.top) / 2;
+    SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&rect));
+}
+
 /// Graphs over one settings record and one host, made as a test needs them.
 class GraphWindowTest : public testing::Test {
   protected:
@@ -285,6 +295,11 @@ class GraphWindowTest : public testing::Test {
         RECT rect = {};
         GetWindowRect(window, &rect);
         return FromPlatform(rect);
+    }
+
+    Rect StoredRect(GraphKind kind) {
+        const GraphSettings& stored = GraphSettingsOf(settings_, kind);
+        return {stored.x, stored.y, stored.x + stored.width, stored.y + stored.height};
     }
 
     /// The hover that a paint at this moment gets to see.

@@ -2,10 +2,27 @@
 #include "graph/graph_window_win32.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/geometry_win32.h"
+#include "graph/shell_surface.h"
 
 namespace kestrane {
+namespace {
+
+bool IsShellSurface(HWND window) {
+    wchar_t className[257] = {};  // the longest name that a class can have, and its end
+    const int length = GetClassNameW(window, className, static_cast<int>(std::size(className)));
+    DWORD process = 0;
+    DWORD shellProcess = 0;
+    GetWindowThreadProcessId(window, &process);
+    GetWindowThreadProcessId(GetShellWindow(), &shellProcess);
+    const bool ofShell = process != 0 && process == shellProcess;
+    const bool framed = GetAncestor(window, GA_PARENT) != GetDesktopWindow();
+    return IsShellSurface(ForegroundWindow{{className, static_cast<std::size_t>(length)}, ofShell, framed});
+}
+
+}  // namespace
 
 GraphWindow::GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowHost* host, GraphKind kind)
     : instance_(instance), settings_(settings), host_(host), kind_(kind) {
@@ -68,6 +85,7 @@ void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, 
     RECT rect = {};
     if (object != OBJID_WINDOW || window == nullptr) return;
     if (!IsWindowVisible(window) || IsIconic(window) || !GetWindowRect(window, &rect)) return;
+    if (IsShellSurface(window)) return;
     for (GraphWindow* graph : allGraphWindows) {
         if (!graph->IsShown()) continue;
         const RECT own = ToPlatform(graph->WindowRect());

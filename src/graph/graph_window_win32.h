@@ -39,7 +39,8 @@ class GraphWindow {
     void Invalidate();
     /// Above all other windows, without the focus; it stays topmost only if the settings say so.
     void Raise();
-    /// Another program's window has come to the foreground over this one since it was last raised.
+    /// Another program's window has come to the foreground over this one since it was last raised. The shell's own
+    /// surfaces do not count: they are gone again by the time that it matters.
     bool IsCovered() const { return covered_; }
     /// Back to the taskbar, and saved, if no monitor shows any part of it.
     void RecoverIfOffScreen();

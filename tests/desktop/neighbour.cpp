@@ -9,7 +9,8 @@
 //     paint HANDLE COUNT   has a window painted so often, each time to its end
 //     show X Y W H         its own window, in one colour, below all that are topmost
 //     front                its own window comes to the foreground
-//     hide                 its own window goes
+//     as CLASS X Y W H     a second window of its own, of this class, comes to the foreground
+//     hide                 its own windows go
 //     hotkey               takes Ctrl+Shift+B; the answer is whether it was free
 //     quit
 //
@@ -137,13 +138,33 @@ bool ComeToFront(HWND own) {
     return true;
 }
 
+HWND secondWindow = nullptr;
+
+void EndSecondWindow() {
+    if (secondWindow != nullptr) DestroyWindow(std::exchange(secondWindow, nullptr));
+}
+
+bool ComeAs(const std::string& className, const int (&place)[4]) {
+    const std::wstring name(className.begin(), className.end());
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = name.c_str();
+    RegisterClassExW(&windowClass);
+    EndSecondWindow();
+    secondWindow = CreateWindowExW(0, name.c_str(), L"", WS_POPUP | WS_VISIBLE, place[0], place[1], place[2], place[3],
+                                   nullptr, nullptr, windowClass.hInstance, nullptr);
+    return secondWindow != nullptr && ComeToFront(secondWindow);
+}
+
 std::string Obey(HWND own, const std::string& command) {
     std::istringstream words(command);
     std::string verb;
     std::string name;
     int numbers[4] = {};
     words >> verb;
-    if (verb == "texts" || verb == "mode") words >> name;
+    if (verb == "texts" || verb == "mode" || verb == "as") words >> name;
     for (int& number : numbers)
         words >> number;
     HWND named = static_cast<HWND>(LongToHandle(numbers[0]));
@@ -160,7 +181,11 @@ std::string Obey(HWND own, const std::string& command) {
         done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
                             SWP_SHOWWINDOW | SWP_NOACTIVATE);
     if (verb == "front") done = ComeToFront(own);
-    if (verb == "hide") ShowWindow(own, SW_HIDE);
+    if (verb == "as") done = ComeAs(name, numbers);
+    if (verb == "hide") {
+        EndSecondWindow();
+        ShowWindow(own, SW_HIDE);
+    }
     if (verb == "hotkey") done = RegisterHotKey(own, 1, MOD_CONTROL | MOD_SHIFT, 'B');
     if (verb == "quit") PostQuitMessage(0);
     return done ? "true" : "false";

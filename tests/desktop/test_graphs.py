@@ -143,6 +143,33 @@ class Clicks(GraphTest):
         self.click_icon("cpu")
         self.wait_for_no_graph("cpu")
 
+    def show_and_hide_over(self, kind, class_name):
+        """A window of this class comes to the foreground over the graph, and goes again."""
+        left, top, right, bottom = PLACES[kind]
+        self.assertTrue(self.neighbour.ask("as", class_name, left - 10, top - 10, right - left + 20, bottom - top + 20))
+        self.assertEqual(self.neighbour.ask("foreground"), class_name)
+        self.neighbour.ask("hide")
+
+    def test_the_shell_on_the_way_to_an_icon_does_not_cover_it(self):
+        for class_name in ("NotifyIconOverflowWindow", "TopLevelWindowForOverflowXamlIsland", "Windows.UI.Core.CoreWindow"):
+            with self.subTest(class_name):
+                self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
+                self.start_with("cpu")
+                self.show_and_hide_over("cpu", class_name)
+                self.click_icon("cpu")
+                self.wait_for_no_graph("cpu")
+                self.desktop.end_kestrane()
+
+    def test_a_file_window_does(self):
+        self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
+        self.start_with("cpu")
+        self.show_and_hide_over("cpu", "CabinetWClass")
+        self.click_icon("cpu")
+        self.pass_double_click_time()
+        self.assertIsNotNone(self.graph("cpu"))
+        self.click_icon("cpu")
+        self.wait_for_no_graph("cpu")
+
     def test_a_window_beside_the_graph_does_not_cover_it(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
         self.start_with("cpu")

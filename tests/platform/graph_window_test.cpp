@@ -480,6 +480,26 @@ class GraphWindowCover : public GraphWindowTest {
                         nullptr, nullptr, nullptr);
         return other_;
     }
+    /// The same, of a class of its own, and within another window if there is one.
+    HWND Named(const wchar_t* className, HWND parent = nullptr) {
+        if (other_ != nullptr) DestroyWindow(other_);
+        static const auto create = REAL(L"user32", CreateWindowExW);
+        static const auto registerClass = REAL(L"user32", RegisterClassExW);
+        WNDCLASSEXW info = {};
+        info.cbSize = sizeof info;
+        info.lpfnWndProc = DefWindowProcW;
+        info.hInstance = GetModuleHandleW(nullptr);
+        info.lpszClassName = className;
+        registerClass(&info);
+        other_ = create(0, className, L"", (parent != nullptr ? WS_CHILD : WS_POPUP) | WS_VISIBLE, 0, 0, 1000, 500,
+                        parent, nullptr, info.hInstance, nullptr);
+        return other_;
+    }
+    bool IsCoveredBy(HWND window) {
+        Graph(GraphKind::Cpu).Raise();
+        Foreground(window);
+        return Graph(GraphKind::Cpu).IsCovered();
+    }
     static void Foreground(HWND window, LONG object = OBJID_WINDOW) {
         world.hookProc(nullptr, EVENT_SYSTEM_FOREGROUND, window, object, 0, 0, 0);
     }
@@ -516,6 +536,33 @@ TEST_F(GraphWindowCover, AHiddenGraphIsNotCovered) {
     Foreground(Other({0, 0, 1000, 500}));
     EXPECT_FALSE(Graph(GraphKind::Cpu).IsCovered());
     EXPECT_TRUE(Graph(GraphKind::Disk).IsCovered());
+}
+
+// On the way to an icon one of these nearly always comes to the foreground.
+TEST_F(GraphWindowCover, SurfacesOfTheShellDoNotCount) {
+    EXPECT_FALSE(IsCoveredBy(Named(L"NotifyIconOverflowWindow")));
+    EXPECT_FALSE(IsCoveredBy(Named(L"Shell_TrayWnd")));
+    EXPECT_TRUE(IsCoveredBy(Named(L"CabinetWClass"))) << "a file window";
+}
+
+TEST_F(GraphWindowCover, SomeSurfacesAreOfTheShellOnlyInItsProcess) {
+    world.shellWindow = GetDesktopWindow();
+    EXPECT_TRUE(IsCoveredBy(Named(L"WorkerW")));
+    world.shellWindow = nullptr;
+    EXPECT_TRUE(IsCoveredBy(Named(L"WorkerW"))) << "there is no shell";
+    world.shellWindow = world.windows.back();  // as if this were the shell
+    EXPECT_FALSE(IsCoveredBy(Named(L"WorkerW")));
+    EXPECT_TRUE(IsCoveredBy(Named(L"CabinetWClass"))) << "a file window of the shell's own process";
+}
+
+TEST_F(GraphWindowCover, StartCountsNotAndAnAppInItsFrameDoes) {
+    EXPECT_FALSE(IsCoveredBy(Named(L"Windows.UI.Core.CoreWindow")));
+    static const auto create = REAL(L"user32", CreateWindowExW);
+    const HWND frame =
+        create(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 1000, 500, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_TRUE(IsCoveredBy(Named(L"Windows.UI.Core.CoreWindow", frame)));
+    DestroyWindow(std::exchange(other_, nullptr));
+    DestroyWindow(frame);
 }
 
 TEST_F(GraphWindowCover, ShowingItAgainRaisesIt) {

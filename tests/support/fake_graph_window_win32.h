@@ -61,6 +61,7 @@ struct World {
     bool escRead = false;  // Esc is the last key that this thread has read
     bool refuseTracking = false;
     bool refuseHook = false;
+    HWND shellWindow = nullptr;
     std::function<void()> moveLoop;         // the system's loop that moves and sizes a window
     std::function<void(HWND)> onMove;       // runs once, in the course of a move or resize
     std::function<void()> whileShellAsked;  // runs while the shell looks for its taskbar
@@ -220,6 +221,10 @@ inline BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK hook) {
     return TRUE;
 }
 
+inline HWND WINAPI FakeGetShellWindow() {
+    return world.shellWindow;
+}
+
 inline LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     static const auto real = REAL(L"user32", DefWindowProcW);
     if (message == WM_NCLBUTTONDOWN) {
@@ -336,5 +341,6 @@ decltype(&GetKeyState) __imp_GetKeyState = &kestrane::FakeGetKeyState;
 decltype(&TrackMouseEvent) __imp_TrackMouseEvent = &kestrane::FakeTrackMouseEvent;
 decltype(&SetWinEventHook) __imp_SetWinEventHook = &kestrane::FakeSetWinEventHook;
 decltype(&UnhookWinEvent) __imp_UnhookWinEvent = &kestrane::FakeUnhookWinEvent;
+decltype(&GetShellWindow) __imp_GetShellWindow = &kestrane::FakeGetShellWindow;
 decltype(&DefWindowProcW) __imp_DefWindowProcW = &kestrane::FakeDefWindowProcW;
 }

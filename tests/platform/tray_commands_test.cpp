@@ -44,6 +44,7 @@ struct MenuItem {
 };
 
 struct World {
+    HWND window = nullptr;  // the hidden one
     std::uint64_t clockMs = 100000;
     UINT doubleClickMs = 500;
     BOOL menuAnswer = 0;
@@ -111,7 +112,10 @@ std::vector<MenuItem> ReadMenu(HMENU menu) {
     return items;
 }
 
-BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND, LPTPMPARAMS) {
+BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND window, LPTPMPARAMS parameters) {
+    EXPECT_EQ(window, world.window);
+    EXPECT_EQ(world.foreground, world.window);  // or the menu would not close when the user clicks elsewhere
+    EXPECT_EQ(parameters, nullptr);
     NoteCall("TrackPopupMenu");
     world.menuHandle = menu;
     world.menu = ReadMenu(menu);
@@ -143,7 +147,10 @@ HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, 
     return world.bitmapsAreMade ? real(dc, info, usage, bits, section, offset) : nullptr;
 }
 
-BOOL WINAPI FakePostMessageW(HWND, UINT message, WPARAM, LPARAM) {
+BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    EXPECT_EQ(window, world.window);
+    EXPECT_EQ(wParam, 0U);
+    EXPECT_EQ(lParam, 0);
     NoteCall("post " + std::to_string(message));
     return TRUE;
 }
@@ -156,7 +163,8 @@ BOOL WINAPI FakeUnhookWinEvent(HWINEVENTHOOK) {
     return TRUE;
 }
 
-int WINAPI FakeMessageBoxW(HWND, LPCWSTR text, LPCWSTR caption, UINT type) {
+int WINAPI FakeMessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) {
+    EXPECT_EQ(owner, world.window);
     world.boxText = text;
     world.boxCaption = caption;
     world.boxType = type;
@@ -230,6 +238,7 @@ class TrayCommandsTest : public testing::Test {
 
     void Start() {
         ASSERT_TRUE(CreateHiddenWindow(*app));
+        world.window = app->window;
         Calls().clear();
     }
 
@@ -816,7 +825,7 @@ TEST_F(TrayCommandsTest, ATickRepaintsItsGraphAndNoOther) {
     EXPECT_THAT(repainted([this] { app->GraphClicked(GraphKind::Disk); }), ElementsAre(GraphKind::Disk));
 }
 
-TEST_F(TrayCommandsTest, TheGraphsGoBeforeTheIcons) {
+TEST_F(TrayCommandsTest, NoGraphIsLeftAfterTheEnd) {
     app->settings.cpu.graph = true;
     Start();
     DestroyWindow(app->window);

@@ -378,6 +378,13 @@ TEST_F(AppTest, WithTheShortcutTakenTheStartGoesOn) {
     EXPECT_EQ(CountCalls("UnregisterHotKey 1"), 0);
 }
 
+TEST_F(AppTest, TheShortcutIsTakenEvenWhileTheNetworkIconIsHidden) {
+    app->settings.show[3] = false;
+    Start();
+    EXPECT_THAT(started, Contains("RegisterHotKey 1 16390 66"));
+    EXPECT_TRUE(app->hotkeyRegistered);
+}
+
 TEST_F(AppTest, CloseIsLeftToTheDefaultWhichDestroys) {
     Start();
     Send(WM_CLOSE);
@@ -422,6 +429,28 @@ TEST_F(AppTest, ADpiChangeResizesTheRingsOnceAndAllIcons) {
     EXPECT_EQ(SampleAtAge(app->cpuIconRing, 2), 10);
     for (int id = 1; id <= 4; ++id)
         EXPECT_EQ(world.lastImage[id].width, 32) << id;
+}
+
+TEST_F(AppTest, EveryRefreshFollowsTheIconSize) {
+    struct Row {
+        int id;
+        void (App::*refresh)();
+        std::uint32_t size;
+    };
+    const Row rows[] = {
+        {1, &App::RefreshCpuIcon, 20},
+        {2, &App::RefreshDiskIcon, 24},
+        {3, &App::RefreshMemoryIcon, 32},
+        {4, &App::RefreshNetworkIcon, 48},
+    };
+    Start();
+    for (const Row& row : rows) {
+        world.iconSize = static_cast<int>(row.size);
+        (app.get()->*row.refresh)();
+        EXPECT_EQ(app->iconRingSize, row.size);
+        EXPECT_EQ(app->cpuIconRing.data.size(), row.size);
+        EXPECT_EQ(world.lastImage[row.id].width, static_cast<int>(row.size));
+    }
 }
 
 TEST_F(AppTest, AnIconSizeThatMakesNoSenseIsSixteen) {

@@ -223,6 +223,22 @@ TEST_F(CoreGridPicture, HolesHaveCellsThatShowZero) {
     EXPECT_EQ(drawing.readout->markers[0].y, 14) << "one over the border";
 }
 
+TEST_F(CoreGridPicture, AHoleIsOfTheClassThatTheTableSays) {
+    classes_ = {1, 0};
+    series_.coreClasses = &classes_;
+    SetCores({{100, 100}, {0, 0}});
+    const auto drawing = Draw({true, 29, 5});
+    ASSERT_TRUE(drawing.readout.has_value());
+    EXPECT_EQ(drawing.readout->lines[0].text, L"Hilo 1 (eficiencia): 0 %");
+    EXPECT_EQ(drawing.readout->lines[0].color, ReadableColor(Efficiency, HoverBoxColor));
+    EXPECT_EQ(drawing.readout->markers[0].color, Efficiency);
+    settings_.cpu.style = 1;
+    const auto lines = Draw().polylines;
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[1].color, Efficiency);
+    EXPECT_EQ(lines[1].points, (Points{{28, 14}, {29, 14}}));
+}
+
 // The marker lies on the curve and has its colour; the text stands on the dark box and must be readable there.
 TEST_F(CoreGridPicture, TheMarkerHasTheColourOfTheClassAsItStands) {
     settings_.colors[CpuGraphPerf] = 0x111111;

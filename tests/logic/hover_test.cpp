@@ -182,6 +182,25 @@ TEST_F(PlotReadout, SeveralDisksHaveALineEachInBothModes) {
     EXPECT_TRUE(disksOf(PlotReadoutLines(View(GraphKind::Network), series_, 0, L',')).empty());
 }
 
+TEST_F(PlotReadout, ASingleDiskHasNoLineOfItsOwnInEitherMode) {
+    series_.primary = RefTo(read_);
+    series_.secondary = RefTo(write_);
+    series_.activityRead = RefTo(readPercent_);
+    series_.activityWrite = RefTo(writePercent_);
+    series_.disks = &disks_;
+    disks_ = {{0, L"0 C:", RingOf<double>({1, 10240}), RingOf<double>({1, 512})}};
+    const auto texts = [this] {
+        std::vector<std::wstring> shown;
+        for (const TextLine& line : PlotReadoutLines(View(GraphKind::Disk), series_, 0, L','))
+            shown.push_back(line.text);
+        return shown;
+    };
+    EXPECT_EQ(texts(), (std::vector<std::wstring>{L"Lectura: 4 KB/s", L"Escritura: 1 MB/s",
+                                                  L"Actividad: L 20 % · E 40 %", L"hace 0 s"}));
+    settings_.activity = true;
+    EXPECT_EQ(texts(), (std::vector<std::wstring>{L"Lectura: 20 %", L"Escritura: 40 %", L"hace 0 s"}));
+}
+
 TEST_F(PlotReadout, SpeaksEnglish) {
     series_.primary = RefTo(read_);
     series_.secondary = RefTo(write_);

@@ -147,6 +147,20 @@ TEST(SelectInterfaces, ChosenOnesAreFoundByKeyOrByName) {
     EXPECT_FALSE(SelectInterfaces({}, {11}, {L"Wi-Fi"}).found);
 }
 
+TEST(SelectInterfaces, TheSumHoldsThoseThatAreUp) {
+    const NetRow down = With(Adapter(12, L"Ethernet", 400, 500), &NetRow::operUp, false);
+    const NetRow up = Adapter(11, L"Wi-Fi", 20, 30);
+    for (const std::vector<std::uint64_t>& chosen : {std::vector<std::uint64_t>{11, 12}, {12, 11}}) {
+        const NetView view = SelectInterfaces({down, up}, chosen, {});
+        EXPECT_EQ(view.inOctets, 20u);
+        EXPECT_EQ(view.outOctets, 30u);
+        EXPECT_TRUE(view.connected);
+    }
+    const NetView none = SelectInterfaces({down}, {12}, {});
+    EXPECT_EQ(none.inOctets, 0u);
+    EXPECT_EQ(none.outOctets, 0u);
+}
+
 TEST(SelectInterfaces, AnEmptyNameMatchesNoUnnamedRow) {
     EXPECT_FALSE(SelectInterfaces({Adapter(5, L"", 1, 1)}, {99}, {L""}).found);
 }

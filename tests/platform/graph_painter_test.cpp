@@ -527,6 +527,69 @@ TEST_F(GraphPainter, OneCellAProcessor) {
     EXPECT_EQ(world.texts[3].text, L"hace 1 s");
 }
 
+// The border's upper row runs across every cell and stops at the gaps.
+TEST_F(GraphPainter, TheGapBetweenProcessorsGrowsWithTheDpi) {
+    settings_.per_core = true;
+    series_.cores = &cores_;
+    cores_ = {RingOf<double>({}), RingOf<double>({})};
+    for (const auto& [dpi, gap] : {std::pair{NormalDpi, 3}, {144U, 5}, {192U, 6}, {384U, 12}, {0U, 2}}) {
+        const Target target(400, 200);
+        Paint(target, GraphKind::Cpu, dpi);
+        const ColorValue border = BlendColor(0, Contrast, 0.3);
+        std::int32_t first = 1;
+        while (first < 399 && target.At(first, 1) == border)
+            ++first;
+        std::int32_t second = first;
+        while (second < 399 && target.At(second, 1) == 0)
+            ++second;
+        EXPECT_EQ(second - first, gap) << dpi;
+        EXPECT_EQ(target.At(second, 1), border) << dpi;
+        EXPECT_EQ(target.At(398, 1), border) << dpi;
+        // As far above the baseline as from each other.
+        std::int32_t baseline = 198;
+        while (target.At(5, baseline) != FrameColor)
+            --baseline;
+        EXPECT_EQ(target.At(5, baseline - 1), 0U) << dpi;
+        EXPECT_EQ(target.At(5, baseline - gap), 0U) << dpi;
+        EXPECT_EQ(target.At(5, baseline - gap - 1), border) << dpi;
+    }
+}
+
+// From the back to the front: bars and borders, curves, the crosshair, the legend, the box. At 480 DPI a curve is 5
+// wide and a marker 21 with its black outline, so that they lie over each other.
+TEST_F(GraphPainter, TheGridIsDrawnFromTheBackToTheFront) {
+    constexpr ColorValue performance = 0x007BB7;
+    settings_.per_core = true;
+    settings_.cpu.font_size = 6;
+    settings_.cpu.style = 1;
+    settings_.cpu.fill = 0;
+    series_.cores = &cores_;
+    cores_ = {RingOf(std::vector<double>(200, 0)), RingOf(std::vector<double>(200, 0))};
+    for (const bool boxReachesTheCurve : {false, true}) {
+        const auto [width, height] = boxReachesTheCurve ? std::pair{103, 60} : std::pair{403, 200};
+        world.lines.clear();
+        const Target plain(width, height);
+        Paint(plain, GraphKind::Cpu, 480);
+        EXPECT_EQ(world.order, (Strings{"flush", "line", "line", "flush", "text", "text", "copy"}));
+        ASSERT_EQ(world.lines.size(), 2U);
+        ASSERT_EQ(world.lines[0].width, 5);
+        const Point end = world.lines[0].last;
+        const HoverState hover = {true, end.x - 9, end.y - 2};
+        const Point outline = {hover.x - 11, end.y};
+        EXPECT_EQ(plain.At(outline.x, outline.y), performance);
+        EXPECT_EQ(plain.At(outline.x, outline.y + 1), performance) << "the curve of zeros lies over the lower border";
+
+        world.texts.clear();
+        const Target hovered(width, height);
+        Paint(hovered, GraphKind::Cpu, 480, hover);
+        EXPECT_EQ(world.order, (Strings{"flush", "line", "line", "flush", "text", "text", "text", "text", "copy"}));
+        EXPECT_EQ(hovered.At(outline.x, outline.y), boxReachesTheCurve ? HoverBoxColor : 0U);
+        ASSERT_EQ(world.texts.size(), 4U);
+        EXPECT_EQ(world.texts[0].text, L"(Máx núcleo: 0 %)");
+        EXPECT_EQ(world.texts[2].text, L"Hilo 0 (rendimiento): 0 %");
+    }
+}
+
 TEST_F(GraphPainter, WithoutProcessorsTheOrdinaryViewStandsIn) {
     series_.cores = &cores_;
     settings_.per_core = true;

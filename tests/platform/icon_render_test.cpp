@@ -370,6 +370,36 @@ TEST_F(IconRenderTest, TheMachinesOwnTextLandsOnTheCanvas) {
     EXPECT_GE(world.fonts.back().height, -24);
 }
 
+// Four equal digits have an even width, so their middle is the same column on either canvas.
+TEST_F(IconRenderTest, TextThatFitsNowhereIsCutAtBothEdges) {
+    constexpr std::int32_t narrow = 8;
+    constexpr std::int32_t wide = 32;
+    constexpr std::int32_t beside = (wide - narrow) / 2;
+    const auto draw = [](std::int32_t size) {
+        Canvas canvas(size);
+        Clear(canvas, ColorNone);
+        return Pixels(DrawIconText(canvas, L"8888", {L"Segoe UI", 5, true}, 0xFF8000, 0, narrow, true));
+    };
+    const IconPixels cut = draw(narrow);
+    const IconPixels whole = draw(wide);
+    std::size_t inked = 0;
+    std::size_t inkedLeft = 0;
+    std::size_t inkedRight = 0;
+    for (std::int32_t y = 0; y < narrow; ++y) {
+        for (std::int32_t x = 0; x < wide; ++x) {
+            const std::uint32_t pixel = whole.pixels[static_cast<std::size_t>(y * wide + x)];
+            if (x < beside) inkedLeft += pixel != 0 ? 1 : 0;
+            if (x >= beside + narrow) inkedRight += pixel != 0 ? 1 : 0;
+            if (x < beside || x >= beside + narrow) continue;
+            inked += pixel != 0 ? 1 : 0;
+            EXPECT_EQ(cut.pixels[static_cast<std::size_t>(y * narrow + x - beside)], pixel) << x << ", " << y;
+        }
+    }
+    EXPECT_GT(inked, 0U);
+    EXPECT_GT(inkedLeft, 0U) << "it does fit, so nothing is cut";
+    EXPECT_GT(inkedRight, 0U) << "it does fit, so nothing is cut";
+}
+
 TEST_F(IconRenderTest, WithoutColourOrTextTheCanvasGoesAsItIs) {
     const Canvas canvas = Motley(16);
     EXPECT_EQ(Pixels(TextIcon(canvas, 12, 0, 16, true, ColorNone)).pixels, canvas.pixels);

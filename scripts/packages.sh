@@ -12,7 +12,9 @@ packages=(
     # what Wine loads only if it is there: encryption, and the finer parts of windows, mouse and text
     libgnutls30 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 ca-certificates
 )
-installed=$(dpkg-query -W -f='${binary:Package} ${Status}\n' | sed -n 's/^\([^ :]*\).* ok installed$/\1/p')
+# Also the names that a package stands in for: Debian 13 has libgnutls30t64, which provides libgnutls30.
+installed=$(dpkg-query -W -f='${Status}, ${Package}, ${Provides}\n' |
+    sed -n 's/^[a-z]* ok installed, //p' | tr -s ',' '\n' | sed 's/^ *//; s/[ :(].*//')
 missing=()
 for package in "${packages[@]}" "$@"; do
     grep -qx "$package" <<<"$installed" || missing+=("$package")

@@ -74,6 +74,8 @@ class Recorder:
     def _read(self):
         for line in self._process.stdout:
             record = json.loads(line)
+            if "unknown" in record:
+                raise ValueError(f"the shell got a record of {record['unknown']} bytes, in a layout unknown to recorder.exe")
             with self._arrived:
                 if "ready" in record:
                     self._ready = True

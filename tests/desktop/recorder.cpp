@@ -1,8 +1,9 @@
 // A shell that writes down what it is told, for looking at the real program from outside.
 //
 // Wine's Shell_NotifyIconW sends each call as WM_COPYDATA to the topmost window of class "Shell_TrayWnd": the message
-// as `dwData`, then a flat record, then the icon's mask and colour bits. This program owns such a window. Each call
-// becomes one line of JSON on the standard output, and the answer given here is the call's result.
+// as `dwData`, and with it a record that notify_record.h can read. This program owns such a window. Each call becomes
+// one line of JSON on the standard output, and the answer given here is the call's result. A record that cannot be read
+// becomes a line {"unknown": ITS LENGTH}.
 //
 // An argument names the desktop to stand in, if it is not the default one. There it can stand before a real taskbar.
 //
@@ -36,32 +37,13 @@
 #include <utility>
 #include <vector>
 
+#include "notify_record.h"
+
 namespace {
 
 constexpr UINT CommandMessage = WM_APP;
 constexpr UINT ShellTimeoutMs = 60000;
 constexpr DWORD PollMs = 50;
-
-// What Wine sends in place of NOTIFYICONDATAW: fixed widths, and the icon's measures in place of its handle.
-struct NotifyRecord {
-    LONG window;
-    UINT id;
-    UINT flags;
-    UINT callbackMessage;
-    WCHAR tip[128];
-    DWORD state;
-    DWORD stateMask;
-    WCHAR info[256];
-    UINT version;
-    WCHAR infoTitle[64];
-    DWORD infoFlags;
-    GUID guid;
-    UINT width;
-    UINT height;
-    UINT planes;
-    UINT bitsPerPixel;
-};
-static_assert(sizeof(NotifyRecord) == 960);
 
 struct Image {
     UINT width = 0;
@@ -116,22 +98,22 @@ std::string JsonText(const WCHAR* text, std::size_t capacity) {
     return json + '"';
 }
 
-/// Behind the record come the rows of the mask (one bit a pixel, padded to 16 bits), then those of the colours. An
-/// image whose alpha is zero everywhere has none: then the mask says what is transparent.
-Image ReadImage(const NotifyRecord& record, const BYTE* bits, std::size_t size) {
-    const std::size_t maskStride = (record.width + 15) / 16 * 2;
-    const std::size_t maskSize = maskStride * record.height;
-    const std::size_t pixelCount = std::size_t{record.width} * record.height;
-    Image image;
-    if (pixelCount == 0 || record.bitsPerPixel != 32 || size < maskSize + pixelCount * 4) return image;
-    image = {record.width, record.height, std::vector<std::uint32_t>(pixelCount)};
-    std::memcpy(image.pixels.data(), bits + maskSize, pixelCount * 4);
+/// The rows of the mask have one bit a pixel, padded to 16 bits. An image whose alpha is zero everywhere has none: then
+/// the mask says what is transparent.
+Image ReadImage(const NotifyRecord& record) {
+    if (record.bitsPerPixel != 32) return {};
+    const auto mask = record.bits.first(MaskBytes(record));
+    const auto colors = record.bits.subspan(mask.size());
+    Image image{record.width, record.height, std::vector<std::uint32_t>(colors.size() / sizeof(std::uint32_t))};
+    std::memcpy(image.pixels.data(), colors.data(), colors.size());
     if (std::any_of(image.pixels.begin(), image.pixels.end(), [](auto pixel) { return (pixel >> 24) != 0; }))
         return image;
-    for (std::size_t i = 0; i < pixelCount; ++i) {
+    const std::size_t maskStride = (record.width + 15) / 16 * 2;
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
         const std::size_t x = i % record.width;
-        const int maskByte = bits[i / record.width * maskStride + x / 8];
-        const bool transparent = (maskByte & (0x80 >> (x % 8))) != 0;
+        const std::size_t at = i / record.width * maskStride + x / 8;
+        // Where rows are padded, Wine's count leaves too little for the last ones.
+        const bool transparent = at < mask.size() && (mask[at] & (0x80 >> (x % 8))) != 0;
         if (!transparent) image.pixels[i] |= 0xFF000000U;
     }
     return image;
@@ -214,13 +196,14 @@ bool ForwardCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
 }
 
 bool OnCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
-    if (copy.cbData < sizeof(NotifyRecord)) return false;
-    NotifyRecord record;
-    std::memcpy(&record, copy.lpData, sizeof record);
-    const BYTE* bits = static_cast<const BYTE*>(copy.lpData) + sizeof record;
-    bool answer = Answer(copy.dwData, record);
+    const auto record = ReadNotifyRecord({static_cast<const BYTE*>(copy.lpData), copy.cbData});
+    if (!record) {
+        Print("{\"unknown\":" + std::to_string(copy.cbData) + '}');
+        return false;
+    }
+    bool answer = Answer(copy.dwData, *record);
     if (answer && rules.forward) answer = ForwardCall(own, sender, copy);
-    PrintCall(copy.dwData, record, ReadImage(record, bits, copy.cbData - sizeof record), answer);
+    PrintCall(copy.dwData, *record, ReadImage(*record), answer);
     return answer;
 }
 

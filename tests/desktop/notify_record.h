@@ -1,0 +1,89 @@
+#pragma once
+// The record by which Wine's Shell_NotifyIconW tells the taskbar's window of a call. It has fixed widths, and the
+// measures of the icon's bitmaps in place of their handle; their bits follow. Wine has changed its layout once:
+//
+//     Wine 8     head | texts | icon                     bits of the icon
+//     Wine 10    head | icon | texts | balloon's icon    bits of the icon, bits of the balloon's icon
+//
+// No field tells the two apart, but the length does: it is that of the record and of all the bits that it announces.
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
+
+struct NotifyHead {
+    LONG window;
+    UINT id;
+    UINT flags;
+    UINT callbackMessage;
+};
+
+struct NotifyTexts {
+    WCHAR tip[128];
+    DWORD state;
+    DWORD stateMask;
+    WCHAR info[256];
+    UINT version;
+    WCHAR infoTitle[64];
+    DWORD infoFlags;
+    GUID guid;
+};
+
+struct IconMeasures {
+    UINT width;
+    UINT height;
+    UINT planes;
+    UINT bitsPerPixel;
+};
+
+struct NotifyRecord : NotifyHead, NotifyTexts, IconMeasures {
+    std::span<const BYTE> bits;  // of the mask, then of the colours; they stay where they came
+};
+
+/// The bits of an icon's mask. Wine takes the pixels as if no row were padded.
+inline std::uint64_t MaskBytes(const IconMeasures& icon) {
+    return (std::uint64_t{icon.width} * icon.height + 15) / 16 * 2;
+}
+
+/// The bits of its mask and colours.
+inline std::uint64_t IconBytes(const IconMeasures& icon) {
+    const std::uint64_t colorBits = std::uint64_t{icon.width} * icon.height * icon.planes * icon.bitsPerPixel;
+    return MaskBytes(icon) + (colorBits + 15) / 16 * 2;
+}
+
+template <typename Part>
+Part PartAt(std::span<const BYTE> bytes, std::size_t offset) {
+    Part part;
+    std::memcpy(&part, bytes.data() + offset, sizeof part);
+    return part;
+}
+
+/// The call that these bytes carry, or nothing if they have neither layout.
+inline std::optional<NotifyRecord> ReadNotifyRecord(std::span<const BYTE> bytes) {
+    constexpr std::size_t Head = sizeof(NotifyHead);
+    constexpr std::size_t Icon = sizeof(IconMeasures);
+    constexpr std::size_t Texts = sizeof(NotifyTexts);
+    struct Layout {
+        std::size_t icon;
+        std::size_t texts;
+        std::optional<std::size_t> balloonIcon;
+        std::size_t size;
+    };
+    constexpr std::array Layouts = {
+        Layout{.icon = Head + Texts, .texts = Head, .balloonIcon = std::nullopt, .size = Head + Texts + Icon},
+        Layout{
+            .icon = Head, .texts = Head + Icon, .balloonIcon = Head + Icon + Texts, .size = Head + Icon + Texts + Icon},
+    };
+    for (const Layout& layout : Layouts) {
+        if (bytes.size() < layout.size) continue;
+        const auto icon = PartAt<IconMeasures>(bytes, layout.icon);
+        const auto balloonIcon = layout.balloonIcon ? PartAt<IconMeasures>(bytes, *layout.balloonIcon) : IconMeasures{};
+        if (bytes.size() != layout.size + IconBytes(icon) + IconBytes(balloonIcon)) continue;
+        return NotifyRecord{PartAt<NotifyHead>(bytes, 0), PartAt<NotifyTexts>(bytes, layout.texts), icon,
+                            bytes.subspan(layout.size, IconBytes(icon))};
+    }
+    return std::nullopt;
+}

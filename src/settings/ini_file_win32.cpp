@@ -5,23 +5,23 @@
 #include <shlobj.h>
 
 #include <array>
-#include <filesystem>
-#include <system_error>
 
 #include "base/debug_log_win32.h"
+#include "base/folders_win32.h"
+#include "base/paths.h"
 #include "settings/ini_file_win32.h"
 
 namespace kestrane {
 namespace {
 
 /// The roaming application data, or the temporary folder where the system has none to give.
-std::filesystem::path SettingsRoot() {
+std::wstring SettingsRoot() {
     wchar_t* text = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, &text);
-    std::filesystem::path folder;
+    std::wstring folder;
     if (SUCCEEDED(result)) folder = text;
     CoTaskMemFree(text);  // to be freed after a failure too; null is fine
-    return SUCCEEDED(result) ? folder : std::filesystem::temp_directory_path();
+    return SUCCEEDED(result) ? folder : TemporaryFolder();
 }
 
 ReadValue IniReader() {
@@ -47,14 +47,13 @@ bool SaveSetting(const SettingRow& row, const AppSettings& settings) {
 }  // namespace
 
 std::wstring IniPath() {
-    return (SettingsRoot() / L"kestrane" / L"kestrane.ini").wstring();
+    return JoinPath(SettingsRoot(), {L"kestrane", L"kestrane.ini"});
 }
 
 bool EnsureIniFolder(const std::wstring& path) {
-    std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-    if (error) LogDebug(L"kestrane: no se pudo crear la carpeta de ajustes\n");
-    return !error;
+    const bool there = CreateFolders(ParentPath(path));
+    if (!there) LogDebug(L"kestrane: no se pudo crear la carpeta de ajustes\n");
+    return there;
 }
 
 AppSettings LoadSettings() {

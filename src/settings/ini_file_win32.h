@@ -9,7 +9,7 @@
 namespace kestrane {
 
 /// Where the settings file is, or would be. Computed anew at each call. Without an application data folder it is in the
-/// temporary folder; without that too, the filesystem's error is thrown.
+/// temporary folder; without that too, std::runtime_error is thrown.
 std::wstring IniPath();
 
 /// Creates the folders above `path`. False, and a line for the debugger, when that failed.

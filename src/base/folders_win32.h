@@ -1,0 +1,15 @@
+#pragma once
+#include <windows.h>
+
+#include <string>
+
+namespace kestrane {
+
+/// Creates a folder and all that are missing above it. True if it is there afterwards, whoever made it; false if
+/// anything else has its name.
+bool CreateFolders(const std::wstring& path);
+
+/// The folder for temporary files, which exists. Throws std::runtime_error if the system has none.
+std::wstring TemporaryFolder();
+
+}  // namespace kestrane

@@ -1,8 +1,9 @@
 // The command layer over the four icons: clicks, the context menu and what its entries do. The menu is a nested message
 // loop, in which the window can go away; after it, `shuttingDown` is looked at before anything is touched.
+#include "app/app_win32.h"
+
 #include <windows.h>
 
-#include "app/app_win32.h"
 #include "app/menu_images_win32.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"

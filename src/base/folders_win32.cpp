@@ -1,5 +1,8 @@
 #include "base/folders_win32.h"
 
+#include <objbase.h>
+#include <shlobj.h>
+
 #include <array>
 #include <stdexcept>
 
@@ -20,6 +23,15 @@ bool CreateFolder(const std::wstring& path) {
 }
 
 }  // namespace
+
+std::wstring KnownFolder(const GUID& id, DWORD flags) {
+    wchar_t* text = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(id, flags, nullptr, &text);
+    std::wstring folder;
+    if (SUCCEEDED(result)) folder = text;
+    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
+    return folder;
+}
 
 bool CreateFolders(const std::wstring& path) {
     if (CreateFolder(path)) return true;

@@ -1,4 +1,6 @@
 // How a graph window comes into being, how it looks to the window manager, and where it stands.
+#include "graph/graph_window_win32.h"
+
 #include <windows.h>
 
 #include <shellapi.h>
@@ -7,7 +9,6 @@
 
 #include "base/debug_log_win32.h"
 #include "base/geometry_win32.h"
-#include "graph/graph_window_win32.h"
 #include "graph/placement.h"
 #include "text/translation.h"
 

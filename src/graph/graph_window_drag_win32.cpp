@@ -4,10 +4,11 @@
 // All ways into the system's loop go through WM_SYSCOMMAND: DefWindowProcW makes one of a press on the caption or on a
 // border. When that command is done, what stands is what the user left, and only then is it saved: a loop that Esc ends
 // puts the window back after WM_EXITSIZEMOVE.
+#include "graph/graph_window_win32.h"
+
 #include <windows.h>
 
 #include "base/geometry_win32.h"
-#include "graph/graph_window_win32.h"
 #include "graph/placement.h"
 #include "graph/snapping.h"
 

@@ -1,4 +1,6 @@
 // The window procedure of a graph: one line a message.
+#include "graph/graph_window_win32.h"
+
 #include <windows.h>
 
 #include <utility>
@@ -6,7 +8,6 @@
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "graph/graph_painter_win32.h"
-#include "graph/graph_window_win32.h"
 #include "graph/placement.h"
 #include "graph/snapping.h"
 

@@ -1,27 +1,22 @@
+#include "settings/ini_file_win32.h"
+
 #include <windows.h>
-// <windows.h> comes first.
+
 #include <knownfolders.h>
-#include <objbase.h>
-#include <shlobj.h>
 
 #include <array>
 
 #include "base/debug_log_win32.h"
 #include "base/folders_win32.h"
 #include "base/paths.h"
-#include "settings/ini_file_win32.h"
 
 namespace kestrane {
 namespace {
 
 /// The roaming application data, or the temporary folder where the system has none to give.
 std::wstring SettingsRoot() {
-    wchar_t* text = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, &text);
-    std::wstring folder;
-    if (SUCCEEDED(result)) folder = text;
-    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
-    return SUCCEEDED(result) ? folder : TemporaryFolder();
+    const std::wstring folder = KnownFolder(FOLDERID_RoamingAppData);
+    return folder.empty() ? TemporaryFolder() : folder;
 }
 
 ReadValue IniReader() {

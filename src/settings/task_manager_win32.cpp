@@ -1,11 +1,9 @@
 #include "settings/task_manager_win32.h"
 
 #include <windows.h>
-// <windows.h> comes first.
+
 #include <knownfolders.h>
-#include <objbase.h>
 #include <shellapi.h>
-#include <shlobj.h>
 #include <tlhelp32.h>
 
 #include <array>
@@ -16,8 +14,10 @@
 #include <utility>
 
 #include "base/debug_log_win32.h"
+#include "base/folders_win32.h"
 #include "base/handles_win32.h"
 #include "base/owned.h"
+#include "base/paths.h"
 #include "settings/task_manager.h"
 
 namespace kestrane {
@@ -38,12 +38,8 @@ UniqueStream OpenStream(const std::wstring& path, const wchar_t* mode) {
 
 /// Where Task Manager keeps its settings; empty when the system has no folder for them.
 std::wstring SettingsFolder() {
-    wchar_t* text = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(FOLDERID_LocalAppData, 0, nullptr, &text);
-    std::wstring folder;
-    if (SUCCEEDED(result)) folder = std::wstring(text) + L"\\Microsoft\\Windows\\TaskManager";
-    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
-    return folder;
+    const std::wstring folder = KnownFolder(FOLDERID_LocalAppData);
+    return folder.empty() ? folder : JoinPath(folder, {L"Microsoft", L"Windows", L"TaskManager"});
 }
 
 /// All bytes of the file; none of a file that does not open. Nothing when reading it broke off, for then what was read
@@ -62,17 +58,8 @@ std::optional<std::string> ReadBytes(const std::wstring& path) {
     return bytes;
 }
 
-/// Creates a folder and those above it that are missing.
-void CreateFolders(const std::wstring& folder) {
-    if (CreateDirectoryW(folder.c_str(), nullptr) || GetLastError() != ERROR_PATH_NOT_FOUND) return;
-    const std::size_t end = folder.rfind(L'\\');
-    if (end == std::wstring::npos) return;
-    CreateFolders(folder.substr(0, end));
-    CreateDirectoryW(folder.c_str(), nullptr);
-}
-
 void ChooseStartPage(const std::wstring& folder, std::int64_t page) {
-    const std::wstring path = folder + L"\\settings.json";
+    const std::wstring path = JoinPath(folder, {L"settings.json"});
     std::optional<std::string> bytes = ReadBytes(path);
     if (!bytes) return;
     const std::string patched = PatchTaskManagerSettings(*std::move(bytes), page);

@@ -35,7 +35,7 @@ std::wstring TextBeforeZero(std::wstring_view characters) {
 
 std::optional<FolderPath> ParseFolderPath(std::wstring_view path) {
     if (path.size() < FolderShape.size()) return std::nullopt;
-    FolderPath parsed{{}, path.substr(FolderShape.size() - 1)};
+    FolderPath parsed{{}, path.substr(FolderShape.size())};
     std::size_t digits = 0;
     for (std::size_t i = 0; i < FolderShape.size(); ++i) {
         if (FolderShape[i] != L'x') {
@@ -48,11 +48,6 @@ std::optional<FolderPath> ParseFolderPath(std::wstring_view path) {
         byte = static_cast<std::uint8_t>(byte << 4 | digit);
     }
     return parsed;
-}
-
-std::wstring JoinFolderPath(std::wstring_view folder, std::wstring_view rest) {
-    if (folder.ends_with(L'\\')) folder.remove_suffix(1);  // the root of a drive
-    return std::wstring(folder) + std::wstring(rest);
 }
 
 bool IsOwnEntry(std::wstring_view entryPath, std::wstring_view ownPath) {

@@ -22,14 +22,11 @@ using FolderId = std::array<std::uint8_t, 16>;
 /// A path as the shell notes it for a program in such a folder: {6D809377-6AF0-444B-8957-A3773F02200E}\App\app.exe
 struct FolderPath {
     FolderId folder{};
-    std::wstring_view rest;  // begins with a backslash
+    std::wstring_view rest;  // below the folder, behind the backslash
 };
 
 /// Nothing for any other path. `rest` is a part of `path`.
 std::optional<FolderPath> ParseFolderPath(std::wstring_view path);
-
-/// The path of a folder with the rest behind it, and one backslash between them.
-std::wstring JoinFolderPath(std::wstring_view folder, std::wstring_view rest);
 
 /// Whether the entry is one of this program: the same path in whatever case of letters. An empty path is nobody's.
 bool IsOwnEntry(std::wstring_view entryPath, std::wstring_view ownPath);

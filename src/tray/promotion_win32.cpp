@@ -1,9 +1,8 @@
+#include "tray/promotion_win32.h"
+
 #include <windows.h>
 
-#include <objbase.h>
 #include <shlobj.h>
-
-#include "tray/promotion_win32.h"
 
 #include <algorithm>
 #include <array>
@@ -14,8 +13,10 @@
 #include <vector>
 
 #include "base/debug_log_win32.h"
+#include "base/folders_win32.h"
 #include "base/handles_win32.h"
 #include "base/module_path_win32.h"
+#include "base/paths.h"
 #include "tray/promotion.h"
 
 namespace kestrane {
@@ -57,11 +58,8 @@ GUID GuidOf(const FolderId& id) {
 std::wstring ExpandKnownFolder(const std::wstring& path) {
     const std::optional<FolderPath> parsed = ParseFolderPath(path);
     if (!parsed) return path;
-    wchar_t* folder = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(GuidOf(parsed->folder), KF_FLAG_DONT_VERIFY, nullptr, &folder);
-    std::wstring expanded = SUCCEEDED(result) ? JoinFolderPath(folder, parsed->rest) : path;
-    CoTaskMemFree(folder);  // to be freed after a failure too; null is fine
-    return expanded;
+    const std::wstring folder = KnownFolder(GuidOf(parsed->folder), KF_FLAG_DONT_VERIFY);
+    return folder.empty() ? path : JoinPath(folder, {parsed->rest});
 }
 
 /// Nobody has decided on an entry that has no such value at all.

@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "tray/tray_icon_set_win32.h"
+
+#include <windows.h>
 
 #include <algorithm>
 #include <cstddef>

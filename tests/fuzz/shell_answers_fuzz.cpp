@@ -46,8 +46,8 @@ void CheckEntry(std::wstring_view characters) {
     if (IsOwnEntry(path, OwnPath)) Require(path.size() == OwnPath.size());
     Require(!IsOwnEntry(path, L""));
     if (const std::optional<FolderPath> parsed = ParseFolderPath(path)) {
-        Require(path.front() == L'{' && path.ends_with(parsed->rest) && parsed->rest.front() == L'\\');
-        Require(JoinFolderPath(L"C:", parsed->rest).size() == path.size() - FolderTextLength + 2);
+        Require(path.front() == L'{' && path.ends_with(parsed->rest));
+        Require(parsed->rest.size() == path.size() - FolderTextLength - 1);
     }
 }
 

@@ -54,7 +54,7 @@ IconPixels Pixels(const UniqueIcon& icon) {
 std::vector<std::uint32_t> PixelsOver(ColorValue ground, const UniqueIcon& icon, std::int32_t size) {
     Canvas canvas(size);
     Clear(canvas, ground);
-    const CanvasBitmap screen = CanvasToBitmap(canvas);
+    const Dib screen = CanvasToBitmap(canvas);
     {
         const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
         const SelectedObject selected(dc.Get(), screen.bitmap.Get());

@@ -109,6 +109,10 @@ class Clicks(GraphTest):
         self.assertEqual(self.rect("cpu"), PLACES["cpu"])
         self.wait_for_saved("cpu", graph=1, pinned=1)
 
+    def wait_until_idle(self, kind):
+        """Until the program is done with what came before, and paints this graph."""
+        self.assertTrue(self.neighbour.ask("paint", self.wait_for_graph(kind).handle, 1))
+
     def cover(self, kind):
         """Another program's window comes over the graph."""
         left, top, right, bottom = PLACES[kind]
@@ -123,6 +127,7 @@ class Clicks(GraphTest):
     def test_a_covered_graph_comes_to_the_front_with_one_click(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
         self.start_with("cpu")
+        self.wait_until_idle("cpu")
         self.cover("cpu")
         self.assertEqual(self.stack(), ["neighbour", "kestrane - CPU"])
         self.click_icon("cpu")
@@ -138,6 +143,7 @@ class Clicks(GraphTest):
     def test_a_topmost_graph_cannot_be_covered(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"]))
         self.start_with("cpu")
+        self.wait_until_idle("cpu")
         self.cover("cpu")
         self.assertEqual(self.stack(), ["kestrane - CPU", "neighbour"])
         self.click_icon("cpu")
@@ -148,6 +154,7 @@ class Clicks(GraphTest):
         left, top, right, bottom = PLACES[kind]
         self.assertTrue(self.neighbour.ask("as", class_name, left - 10, top - 10, right - left + 20, bottom - top + 20))
         self.assertEqual(self.neighbour.ask("foreground"), class_name)
+        self.wait_until_idle(kind)
         self.neighbour.ask("hide")
 
     def test_the_shell_on_the_way_to_an_icon_does_not_cover_it(self):
@@ -155,6 +162,7 @@ class Clicks(GraphTest):
             with self.subTest(class_name):
                 self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
                 self.start_with("cpu")
+                self.wait_until_idle("cpu")
                 self.show_and_hide_over("cpu", class_name)
                 self.click_icon("cpu")
                 self.wait_for_no_graph("cpu")
@@ -163,6 +171,7 @@ class Clicks(GraphTest):
     def test_a_file_window_does(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
         self.start_with("cpu")
+        self.wait_until_idle("cpu")
         self.show_and_hide_over("cpu", "CabinetWClass")
         self.click_icon("cpu")
         self.pass_double_click_time()
@@ -173,6 +182,7 @@ class Clicks(GraphTest):
     def test_a_window_beside_the_graph_does_not_cover_it(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
         self.start_with("cpu")
+        self.wait_until_idle("cpu")
         self.cover("network")
         self.click_icon("cpu")
         self.wait_for_no_graph("cpu")

@@ -104,8 +104,11 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_NCDESTROY:
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             hwnd_ = nullptr;
+            // What was under way ends with the window. There may be another.
             inSizeMove_ = false;
             placeChanges_ = 0;
+            trackingMouse_ = false;
+            hover_ = {};
             break;
         default:
             break;

@@ -139,6 +139,16 @@ TEST_F(GraphWindowHover, ARefusedRequestIsMadeAgain) {
     EXPECT_EQ(HoverOf(window), (HoverState{true, 31, 50}));
 }
 
+TEST_F(GraphWindowHover, TheNextWindowBeginsWithoutIt) {
+    const HWND first = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    SendMessageW(first, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    DestroyWindow(first);
+    const HWND second = Show(GraphKind::Cpu, {100, 200, 590, 350});
+    EXPECT_EQ(HoverOf(second), HoverState{});
+    SendMessageW(second, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250));
+    EXPECT_EQ(world.trackingFlags.size(), 2U) << "the request ended with its window";
+}
+
 TEST_F(GraphWindowHover, NotWhenPinnedHiddenOrDragged) {
     const HWND window = Show(GraphKind::Cpu, {100, 200, 590, 350});
     const auto hover = [&] { SendMessageW(window, WM_NCMOUSEMOVE, HTCAPTION, At(130, 250)); };

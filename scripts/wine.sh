@@ -1,10 +1,22 @@
 #!/usr/bin/env bash
-# Runs one Windows program: scripts/wine.sh PROGRAM [ARGUMENT ...]. Its exit code is the program's.
+# Runs one Windows program: scripts/wine.sh PROGRAM [ARGUMENT ...]. Its exit code is the program's; but 1 where the program
+# ends with 0 after a crash in a window callback, which Wine swallows: it says so on the error output and goes on.
 # DISPLAY and WINEPREFIX are used if set; otherwise the program gets a screen and a prefix for this run alone.
 set -euo pipefail
 source "$(dirname "$0")/wine-env.sh"
-if [ -n "${DISPLAY:-}" ] && [ -n "${WINEPREFIX:-}" ]; then
-    exec wine "$@"
+export WINEDEBUG=$WINEDEBUG,err+seh
+if [ -z "${DISPLAY:-}" ] || [ -z "${WINEPREFIX:-}" ]; then
+    begin_session
 fi
-begin_session
-wine "$@"
+errors=$(mktemp)
+trap 'rm -f "$errors"; end_session' EXIT
+
+# Into a file, not a pipe: Wine's own services start with the first program and keep its error output open.
+code=0
+wine "$@" 2>"$errors" || code=$?
+cat "$errors" >&2
+if grep -q "ignoring exception" "$errors"; then
+    echo "a crash in a window callback, swallowed by Wine: $1" >&2
+    [ "$code" -ne 0 ] || code=1
+fi
+exit "$code"

@@ -28,12 +28,20 @@ WINE_FOLDER = ROOT / "build" / "wine"
 # Generous, because the machine may be busy with other tests: a wait ends as soon as its condition holds.
 TIMEOUT = 120
 
+# The seconds that a program which was told to end has for it, and for leaving its exit code.
+PATIENCE_AT_THE_END = 5
+
 NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETFOCUS, NIM_SETVERSION = 0, 1, 2, 3, 4
 NIF_MESSAGE, NIF_ICON, NIF_TIP, NIF_INFO, NIF_GUID, NIF_SHOWTIP = 0x01, 0x02, 0x04, 0x10, 0x20, 0x80
 
 WM_TIMER = 0x113
 CPU_TIMER, MEMORY_TIMER, NETWORK_TIMER, DISK_TIMER = 1, 3, 4, 5
 HIDDEN_WINDOW = "kestrane.hidden"
+
+# Wine swallows a crash inside a window callback: the program lives on and ends with 0, and only this line says so. A
+# crash that nothing swallows is told too, and ends the program; an exception that nobody catches shows as its exit code.
+CRASH = re.compile(r".*(?:ignoring exception|Unhandled).*")
+SANE_EXIT_CODES = (0, 1)
 
 # Wine shows a taskbar in the desktop of this name alone.
 TASKBAR_DESKTOP = "shell"
@@ -165,6 +173,28 @@ def column_height(percent):
     return (15 * percent + 50) // 100 + 1 if percent > 0 else 0
 
 
+class CrashWatch:
+    """Looks at the error output and the exit code of one program for crashes that have come since the last look."""
+
+    def __init__(self, process, errors):
+        self.process = process
+        self.errors = errors
+        self._position = 0
+        self._over = False
+
+    def look(self):
+        with open(self.errors, encoding="utf-8", errors="replace") as file:
+            file.seek(self._position)
+            found = CRASH.findall(file.read())
+            self._position = file.tell()
+        code = self.process.poll()
+        # A negative code is the signal of somebody who has ended it from outside.
+        if not self._over and code is not None and code >= 0 and code not in SANE_EXIT_CODES:
+            found.append(f"exit code {code}")
+        self._over = code is not None
+        return [f"{self.errors.stem}: {sign}" for sign in found]
+
+
 class Desktop:
     """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
 
@@ -174,6 +204,7 @@ class Desktop:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix=f"desktop-{os.getpid()}-", dir=WINE_FOLDER))
         self.prefix = self.folder / "prefix"
         self._processes = []
+        self._crash_watches = []  # one for each of the processes
         self._display = None
         self._kestrane = BUILD / "kestrane.exe"
         self._kestrane_environment = {}
@@ -190,7 +221,7 @@ class Desktop:
             **os.environ,
             "DISPLAY": self.display,
             "WINEPREFIX": str(self.prefix),
-            "WINEDEBUG": "-all",
+            "WINEDEBUG": "-all,err+seh",
             "WINEDLLOVERRIDES": "mscoree,mshtml,winedbg.exe=",
             # Wine takes the locale from this variable even where the C library has never heard of it.
             "LC_ALL": language + ".UTF-8",
@@ -242,7 +273,14 @@ class Desktop:
         self.display = ":" + number
 
     def close(self):
-        """Ends everything that was started, whatever state it is in."""
+        """Ends everything that was started, whatever state it is in. Fails for a crash that nobody has looked for."""
+        try:
+            self._end_everything()
+            self.check_for_crashes()
+        finally:
+            shutil.rmtree(self.folder)
+
+    def _end_everything(self):
         if hasattr(self, "environment"):
             subprocess.run(["wineserver", "-k"], env=self.environment, check=False)
             subprocess.run(["wineserver", "--wait"], env=self.environment, check=False, timeout=TIMEOUT)
@@ -257,7 +295,12 @@ class Desktop:
             self._display.terminate()
             self._display.wait()
             self._display.stdout.close()
-        shutil.rmtree(self.folder)
+
+    def check_for_crashes(self):
+        """Fails if a program that was started here has crashed since the last look, even if it lives on."""
+        found = [sign for watch in self._crash_watches for sign in watch.look()]
+        if found:
+            raise AssertionError(f"{len(found)} signs of a crash: " + "; ".join(found[:3]))
 
     # Counters played by a script, in the syntax of scripted_pdh.cpp.
 
@@ -300,9 +343,12 @@ class Desktop:
         path = BUILD / program
         command = ["wine", str(path) if path.exists() else program, *arguments]
         environment = {**self.environment, **options.pop("environment", {})}
-        options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options}
-        process = subprocess.Popen(command, env=environment, text=True, encoding="utf-8", **options)
+        options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, **options}
+        errors = self.folder / f"{path.stem}-{len(self._processes)}.stderr"
+        with open(errors, "wb") as file:
+            process = subprocess.Popen(command, env=environment, text=True, encoding="utf-8", stderr=file, **options)
         self._processes.append(process)
+        self._crash_watches.append(CrashWatch(process, errors))
         return process
 
     def run(self, program, *arguments, timeout=TIMEOUT, **options):
@@ -339,9 +385,9 @@ class Desktop:
 
     def start_kestrane_logged(self, *arguments):
         """Also keeps what the program says to a debugger: see debug_lines."""
-        self._log = self.folder / "debug.log"
-        with open(self._log, "wb") as log:
-            return self.start_kestrane(*arguments, stderr=log, environment={"WINEDEBUG": "-all,warn+seh"})
+        process = self.start_kestrane(*arguments, environment={"WINEDEBUG": "-all,err+seh,warn+seh"})
+        self._log = self._crash_watches[-1].errors
+        return process
 
     def debug_lines(self):
         """The lines of OutputDebugStringW so far, without their line feeds."""
@@ -353,8 +399,11 @@ class Desktop:
         self.run("kestrane.exe", "--exit")
         for process in self._processes:
             if pathlib.Path(process.args[1]).name == "kestrane.exe" and process.poll() is None:
-                process.kill()
-                process.wait()
+                try:
+                    process.wait(PATIENCE_AT_THE_END)
+                except subprocess.TimeoutExpired:
+                    process.kill()
+                    process.wait()
 
     def run_kestrane(self, *arguments, **options):
         return self.run("kestrane.exe", *arguments, **options)
@@ -424,6 +473,7 @@ class DesktopTest(unittest.TestCase):
         self.shell.reset()
         self.first = self.shell.mark()
         self.desktop.write_ini(self.settings)
+        self.addCleanup(self.desktop.check_for_crashes)
         self.addCleanup(self.desktop.end_kestrane)
 
     settings = ""

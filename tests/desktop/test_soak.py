@@ -81,6 +81,7 @@ class Soak(GraphTest):
             self.open_and_close_menu()
         self.restart_shell()
         self.shell.drop()
+        self.desktop.check_for_crashes()
 
     def assert_shows_what_comes(self):
         """New figures reach icons and graphs; the network's are the machine's own, so its readout moves instead."""

@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# Tries the two commands of the README on a machine that has nothing yet: scripts/fresh.sh bookworm|trixie
+# Makes a bare Debian of that name below build/, clones what is committed here into it, runs scripts/run.sh and
+# scripts/test.sh there, and says how long each took and how it ended. Takes about an hour and 6 GB, and the rights of
+# root. Whatever happens, nothing of it stays: neither files nor mounts nor programs.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+suite=${1:-}
+if ! [[ $# -eq 1 && $suite =~ ^(bookworm|trixie)$ ]]; then
+    echo "usage: scripts/fresh.sh bookworm|trixie" >&2
+    exit 2
+fi
+[ "$(id -u)" -eq 0 ] || exec sudo scripts/fresh.sh "$suite"
+scripts/packages.sh debootstrap debian-archive-keyring git
+
+# Runs a command among processes and mounts of its own, which the kernel takes away with it. In the background, because
+# a trap of this script would wait for the end of a command in the foreground.
+isolated() {
+    setpriv --pdeathsig KILL unshare --mount --mount-proc --pid --ipc --fork --kill-child "$@" &
+    child=$!
+    local code=0
+    wait "$child" || code=$?
+    child=
+    return $code
+}
+
+clean_up() {
+    if [ -n "${child:-}" ]; then
+        # The first process takes all others along; unshare ends when they are gone.
+        kill -KILL $(cat "/proc/$child/task/$child/children") 2>/dev/null || kill -KILL "$child" 2>/dev/null || true
+        wait "$child" 2>/dev/null || true
+    fi
+    rm -rf --one-file-system "$system" "$system.log"
+}
+
+# Runs a command in the new system, with nothing of this one's environment but the way to the archive. The shell stays,
+# for somebody has to see to the processes whose parents have ended.
+in_system() {
+    isolated bash -c '
+        set -e
+        cd "$0"
+        mount -t proc proc proc
+        mount -t sysfs -o ro sysfs sys
+        mount -t tmpfs tmpfs dev/shm
+        mount -t devpts -o newinstance,ptmxmode=0666 devpts dev/pts
+        chroot . env -i HOME=/root PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin "$@"
+        exit' "$system" "${proxies[@]}" "$@"
+}
+
+# The archive, and the way to it, are those of this machine.
+find_archive() {
+    archive=$(apt-get indextargets --format '$(REPO_URI)' 'Label: Debian' 'Created-By: Packages' | head -1)
+    if [ -z "$archive" ]; then
+        echo "apt knows no archive of Debian: is 'apt-get update' missing?" >&2
+        return 1
+    fi
+    local proxy
+    eval "$(apt-config shell proxy Acquire::http::Proxy)"
+    [ -z "${proxy:-}" ] || export http_proxy=${http_proxy:-$proxy}
+    local name
+    for name in http_proxy https_proxy no_proxy; do
+        [ -z "${!name:-}" ] || proxies+=("$name=${!name}")
+    done
+}
+
+make_system() {
+    rm -rf --one-file-system "$system" # of a run that was killed
+    if ! isolated debootstrap --variant=minbase "$suite" "$system" "$archive" >"$system.log" 2>&1; then
+        tail -n 20 "$system.log" >&2
+        return 1
+    fi
+    apt-config dump | grep -E '^Acquire::(https?|Check|Retries|Languages)' >"$system/etc/apt/apt.conf.d/99host" || true
+    cp -L /etc/resolv.conf "$system/etc/resolv.conf"
+    git clone --quiet --depth 1 "file://$PWD" "$system/root/kestrane"
+}
+
+# note WHAT START CODE: one line of the results.
+note() {
+    local took=$((SECONDS - $2))
+    results+=("$(printf '%-16s %3d min %2d s   exit code %d' "$1" $((took / 60)) $((took % 60)) "$3")")
+}
+
+try_command() {
+    local start=$SECONDS code=0
+    echo "== $suite: $1"
+    in_system "/root/kestrane/$1" || code=$?
+    note "$1" "$start" "$code"
+    [ "$code" -eq 0 ] || failed=1
+}
+
+mkdir -p build
+exec {lock}>"build/fresh-$suite.lock"
+flock --nonblock "$lock" || { echo "it runs already" >&2; exit 1; }
+system=$PWD/build/fresh-$suite
+proxies=()
+results=()
+failed=0
+trap clean_up EXIT
+trap 'exit 130' INT TERM
+find_archive
+echo "== $suite: a bare system"
+make_system
+note "a bare system" 0 0
+try_command scripts/run.sh
+try_command scripts/test.sh
+echo "== Debian $(cat "$system/etc/debian_version"), commit $(git rev-parse --short HEAD):"
+printf '%s\n' "${results[@]}"
+exit $failed

@@ -4,7 +4,7 @@
 set -euo pipefail
 packages=(
     # building
-    cmake ninja-build g++ g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 googletest
+    cmake ninja-build g++ g++-mingw-w64-x86-64-win32 binutils-mingw-w64-x86-64 googletest
     # checking
     clang-format clang-tidy python3 python3-pefile
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures

@@ -26,7 +26,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -246,7 +245,7 @@ HWND CreateOwnWindow() {
 }
 
 /// Hands the lines of the standard input to the window's thread. Its end ends the program.
-void ReadCommands(HWND window) {
+DWORD WINAPI ReadCommands(void* window) {
     std::string line;
     int character = 0;
     while ((character = std::getchar()) != EOF) {
@@ -256,10 +255,11 @@ void ReadCommands(HWND window) {
             continue;
         }
         auto command = std::make_unique<std::string>(std::exchange(line, {}));
-        if (PostMessageW(window, CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
+        if (PostMessageW(static_cast<HWND>(window), CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
             static_cast<void>(command.release());
     }
-    PostMessageW(window, WM_QUIT, 0, 0);
+    PostMessageW(static_cast<HWND>(window), WM_QUIT, 0, 0);
+    return 0;
 }
 
 }  // namespace
@@ -269,7 +269,7 @@ int main(int argc, char** argv) {
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     const HWND window = CreateOwnWindow();
     if (window == nullptr) return 1;
-    std::thread(ReadCommands, window).detach();
+    CloseHandle(CreateThread(nullptr, 0, &ReadCommands, window, 0, nullptr));
     Print("{\"answer\":true}");
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -64,6 +64,8 @@ UniqueKernelHandle OpenProcessOfWindow(HWND window) {
 }  // namespace
 
 int Main(HINSTANCE instance, const wchar_t* commandLine) {
+    // What the system's own DLLs load by a bare name is not to come from the program's folder.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
     if (!mutex) return 0;

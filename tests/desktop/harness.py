@@ -304,10 +304,13 @@ class Desktop:
 
     # Counters played by a script, in the syntax of scripted_pdh.cpp.
 
-    def _install_scripted_pdh(self):
-        target = self.prefix / "drive_c" / "windows" / "system32" / "pdh.dll"
+    def _install_in_system32(self, dll):
+        target = self.prefix / "drive_c" / "windows" / "system32" / dll
         target.unlink()  # it is a hard link into the pristine prefix
-        shutil.copy(BUILD / "scripted" / "pdh.dll", target)
+        shutil.copy(BUILD / "scripted" / dll, target)
+
+    def _install_scripted_pdh(self):
+        self._install_in_system32("pdh.dll")
         self.environment["WINEDLLOVERRIDES"] += ";pdh=n,b"
         self.environment["KESTRANE_PDH_SCRIPT"] = windows_path(self.folder / "counters.txt")
 
@@ -320,13 +323,12 @@ class Desktop:
     # Interfaces played by a script, in the syntax of scripted_iphlpapi.cpp.
 
     def _install_scripted_network(self):
-        """The DLL stands beside a copy of the program, for the other programs need the system's."""
-        folder = self.folder / "program"
-        folder.mkdir()
-        shutil.copy(BUILD / "scripted" / "iphlpapi.dll", folder)
-        self._kestrane = shutil.copy(BUILD / "kestrane.exe", folder)
+        """For the program alone: the others need the system's."""
+        self._install_in_system32("iphlpapi.dll")
+        overrides = self.environment["WINEDLLOVERRIDES"]
+        self.environment["WINEDLLOVERRIDES"] = overrides + ";iphlpapi=b"
         self._kestrane_environment = {
-            "WINEDLLOVERRIDES": self.environment["WINEDLLOVERRIDES"] + ";iphlpapi=n",
+            "WINEDLLOVERRIDES": overrides + ";iphlpapi=n",
             "KESTRANE_NETWORK_SCRIPT": windows_path(self.folder / "network.txt"),
         }
 
@@ -373,11 +375,10 @@ class Desktop:
         command = (f"/desktop={TASKBAR_DESKTOP}", windows_path(self._kestrane), *arguments)
         return self.start("explorer", *command, environment=self._kestrane_environment)
 
-    def install_kestrane(self, folder):
-        """Puts a copy of the program into a folder of drive C, from where it is started from now on."""
-        target = self.prefix / "drive_c" / folder
-        target.mkdir(parents=True)
-        self._kestrane = shutil.copy(BUILD / "kestrane.exe", target)
+    def run_kestrane_from(self, folder):
+        """From now on it is a copy in this folder that is started."""
+        folder.mkdir(parents=True, exist_ok=True)
+        self._kestrane = shutil.copy(BUILD / "kestrane.exe", folder)
 
     def start_kestrane(self, *arguments, **options):
         environment = {**self._kestrane_environment, **options.pop("environment", {})}

@@ -28,7 +28,7 @@ class UnderProgramFiles(DesktopTest):
         return "0x1" in self.desktop.run("reg", "query", key, "/v", "IsPromoted").output
 
     def test_own_entries_are_promoted_also_where_a_known_folder_stands_in_front(self):
-        self.desktop.install_kestrane("Program Files/kestrane")
+        self.desktop.run_kestrane_from(self.desktop.prefix / "drive_c" / "Program Files" / "kestrane")
         start = self.shell.mark()
         self.desktop.start_kestrane_logged()
         self.shell.wait_for_ticks(2, icon=4, start=start)

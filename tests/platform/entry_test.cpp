@@ -32,6 +32,7 @@ const HINSTANCE Module = reinterpret_cast<HINSTANCE>(FakeHandle(0x5550000));
 const HWND OtherWindow = reinterpret_cast<HWND>(FakeHandle(0x5555009));
 
 struct World {
+    DWORD firstAct = 0;  // the DLLs' folders, if nothing else was called before
     HANDLE mutex = MutexHandle;
     DWORD mutexError = ERROR_SUCCESS;
     DWORD waitResult = WAIT_OBJECT_0;
@@ -50,6 +51,11 @@ struct World {
     DWORD pathLength = 0;                        // of the running file; 0: as it is
 };
 World world;
+
+BOOL WINAPI FakeSetDefaultDllDirectories(DWORD flags) {
+    if (Calls().empty()) world.firstAct = flags;
+    return REAL(L"kernel32", SetDefaultDllDirectories)(flags);
+}
 
 HANDLE WINAPI FakeCreateMutexW(LPSECURITY_ATTRIBUTES attributes, BOOL owner, LPCWSTR name) {
     if (name == nullptr || std::wstring(name) != kestrane::InstanceMutexName) {
@@ -212,6 +218,7 @@ void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
 }  // namespace
 
 extern "C" {
+decltype(&SetDefaultDllDirectories) __imp_SetDefaultDllDirectories = &FakeSetDefaultDllDirectories;
 decltype(&CreateMutexW) __imp_CreateMutexW = &FakeCreateMutexW;
 decltype(&WaitForSingleObject) __imp_WaitForSingleObject = &FakeWaitForSingleObject;
 decltype(&CloseHandle) __imp_CloseHandle = &FakeCloseHandle;
@@ -258,6 +265,15 @@ class EntryTest : public testing::Test {
 
 using MainTest = EntryTest;
 using ExitTest = EntryTest;
+
+TEST_F(MainTest, BeforeAllElseDllsComeFromTheSystemsFolderAlone) {
+    for (const wchar_t* text : {L"", L"--updated", L"--exit", L"--autostart-machine clear"}) {
+        world = World{};
+        Calls().clear();
+        Main(Module, text);
+        EXPECT_EQ(world.firstAct, DWORD{LOAD_LIBRARY_SEARCH_SYSTEM32}) << testing::PrintToString(text);
+    }
+}
 
 TEST_F(MainTest, NoMutexMeansNothingIsStarted) {
     world.mutex = nullptr;

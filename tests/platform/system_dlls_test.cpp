@@ -1,0 +1,139 @@
+// The functions that are loaded at their first call, over a loader of the test's own: from where they come, with which
+// arguments they are called, and what is given back by a system without them.
+#include <winsock2.h>
+
+#include <windows.h>
+
+#include <ws2ipdef.h>
+
+#include <iphlpapi.h>
+#include <pdh.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "base/system_function_win32.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct World {
+    bool dllIsThere = false;
+    FARPROC function = nullptr;
+    std::vector<std::string> calls;
+};
+World world;
+
+template <typename T>
+T Handle(std::uintptr_t number) {
+    return reinterpret_cast<T>(number);
+}
+
+HMODULE WINAPI FakeLoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags) {
+    EXPECT_EQ(file, nullptr);
+    EXPECT_EQ(flags, DWORD{LOAD_LIBRARY_SEARCH_SYSTEM32});
+    world.calls.push_back("load " + std::string(name, name + std::char_traits<wchar_t>::length(name)));
+    return world.dllIsThere ? Handle<HMODULE>(0x5550000) : nullptr;
+}
+
+FARPROC WINAPI FakeGetProcAddress(HMODULE module, LPCSTR name) {
+    if (module != Handle<HMODULE>(0x5550000)) return nullptr;  // the C runtime asks too
+    world.calls.emplace_back(name);
+    return world.function;
+}
+
+}  // namespace
+
+extern "C" {
+decltype(&LoadLibraryExW) __imp_LoadLibraryExW = &FakeLoadLibraryExW;
+decltype(&GetProcAddress) __imp_GetProcAddress = &FakeGetProcAddress;
+}
+
+namespace kestrane {
+namespace {
+
+/// Stands in for the system's function and keeps the arguments that it got.
+template <auto Function>
+struct StandIn;
+template <typename Result, typename... Arguments, Result (*Function)(Arguments...)>
+struct StandIn<Function> {
+    static inline std::vector<std::tuple<Arguments...>> calls;
+    static Result Call(Arguments... arguments) {
+        calls.emplace_back(arguments...);
+        return Result(Answer);
+    }
+    static constexpr int Answer = 42;
+};
+
+/// Calls a function of `dll` on a system without the DLL, on one whose DLL lacks the function, and twice on one that
+/// has it; each but the last looks for it, and what it is given arrives.
+template <auto Function, typename... Arguments>
+void ExpectLoadedAtTheFirstCall(const char* dll, const char* name, Arguments... arguments) {
+    using Found = StandIn<Function>;
+    constexpr bool HasResult = !std::is_void_v<decltype(Function(arguments...))>;
+    const std::string load = std::string("load ") + dll;
+    const auto call = [&] {
+        world.calls.clear();
+        if constexpr (HasResult)
+            return static_cast<int>(Function(arguments...));
+        else
+            return Function(arguments...), 0;
+    };
+    world = {};
+    EXPECT_EQ(call(), HasResult ? ERROR_MOD_NOT_FOUND : 0) << name;
+    EXPECT_THAT(world.calls, ElementsAre(load));
+
+    world.dllIsThere = true;
+    EXPECT_EQ(call(), HasResult ? ERROR_MOD_NOT_FOUND : 0) << name;
+    EXPECT_THAT(world.calls, ElementsAre(load, name));
+    EXPECT_THAT(Found::calls, IsEmpty()) << name;
+
+    world.function = reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&Found::Call));
+    EXPECT_EQ(call(), HasResult ? 42 : 0) << name;
+    EXPECT_THAT(world.calls, ElementsAre(load, name));
+    EXPECT_EQ(call(), HasResult ? 42 : 0) << name;
+    EXPECT_THAT(world.calls, IsEmpty()) << name;
+    EXPECT_THAT(Found::calls, ElementsAre(std::tuple(arguments...), std::tuple(arguments...))) << name;
+}
+
+TEST(SystemDlls, Pdh) {
+    const auto query = Handle<PDH_HQUERY>(1);
+    const auto counter = Handle<PDH_HCOUNTER>(2);
+    PDH_HQUERY newQuery = nullptr;
+    PDH_HCOUNTER newCounter = nullptr;
+    DWORD type = 0;
+    DWORD bytes = 0;
+    DWORD count = 0;
+    PDH_FMT_COUNTERVALUE value{};
+    PDH_FMT_COUNTERVALUE_ITEM_W items{};
+    ExpectLoadedAtTheFirstCall<&PdhOpenQueryW>("pdh.dll", "PdhOpenQueryW", L"source", DWORD_PTR{7}, &newQuery);
+    ExpectLoadedAtTheFirstCall<&PdhAddEnglishCounterW>("pdh.dll", "PdhAddEnglishCounterW", query, L"path", DWORD_PTR{7},
+                                                       &newCounter);
+    ExpectLoadedAtTheFirstCall<&PdhCollectQueryData>("pdh.dll", "PdhCollectQueryData", query);
+    ExpectLoadedAtTheFirstCall<&PdhGetFormattedCounterValue>("pdh.dll", "PdhGetFormattedCounterValue", counter,
+                                                             DWORD{PDH_FMT_DOUBLE}, &type, &value);
+    ExpectLoadedAtTheFirstCall<&PdhGetFormattedCounterArrayW>("pdh.dll", "PdhGetFormattedCounterArrayW", counter,
+                                                              DWORD{PDH_FMT_DOUBLE}, &bytes, &count, &items);
+    ExpectLoadedAtTheFirstCall<&PdhCloseQuery>("pdh.dll", "PdhCloseQuery", query);
+}
+
+TEST(SystemDlls, IpHelper) {
+    MIB_IF_TABLE2* table = nullptr;
+    IP_ADAPTER_ADDRESSES adapters{};
+    int reserved = 0;
+    ULONG bytes = 0;
+    ExpectLoadedAtTheFirstCall<&GetIfTable2>("iphlpapi.dll", "GetIfTable2", &table);
+    ExpectLoadedAtTheFirstCall<&FreeMibTable>("iphlpapi.dll", "FreeMibTable", Handle<PVOID>(3));
+    ExpectLoadedAtTheFirstCall<&GetAdaptersAddresses>("iphlpapi.dll", "GetAdaptersAddresses", ULONG{AF_INET}, ULONG{5},
+                                                      static_cast<PVOID>(&reserved), &adapters, &bytes);
+}
+
+}  // namespace
+}  // namespace kestrane

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "settings/setting_rows.h"
+
 namespace kestrane {
 namespace {
 
@@ -64,19 +66,8 @@ AppSettings MakeDefaultSettings() {
                    [](const IconColor& row) { return row.value; });
     for (const auto& [target, source] : ColorLinks)
         settings.colors[target] = settings.colors[source];
-    settings.thresholds = {50, 75, 90};
-    settings.font_name = L"Segoe UI";
-    settings.font_size = 12;
-    for (const GraphKind kind : GraphKinds) {
-        GraphSettings& graph = GraphSettingsOf(settings, kind);
-        graph.margin = 3;
-        graph.topmost = true;
-    }
-    // The three graphs differ on purpose.
-    settings.network.margin = 4;
-    settings.network.font_size = 11;
-    settings.disk.style = 1;
-    settings.disk.fill = 25;
+    for (const SettingRow& row : AllRows())
+        row.read(settings, row.defaultText);
     return settings;
 }
 

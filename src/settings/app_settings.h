@@ -1,6 +1,6 @@
 #pragma once
-// Everything the user can configure, as one record, with its defaults and the lists of permitted values. The INI file
-// that stores it, and the division into tabs, build on the tables of this file.
+// Everything the user can configure, as one record, with its colours and the lists of permitted values. What else there
+// is to say of a field (its key, default, grammar and tab) stands in its row of setting_rows.cpp.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -79,7 +79,7 @@ struct GraphSettings {
     bool operator==(const GraphSettings&) const = default;
 };
 
-/// The whole configuration. A bare record is no set of defaults: those come from MakeDefaultSettings.
+/// The whole configuration. A bare record is no set of defaults: MakeDefaultSettings takes those from the tables.
 struct AppSettings {
     std::array<ColorValue, ColorCount> colors{};
     std::array<std::int32_t, 3> thresholds{};  // memory percentages at which the memory icon changes level

@@ -15,15 +15,12 @@ constexpr const wchar_t* DialogSection = L"dialog";
 constexpr std::int32_t DialogPositionLimit = 99999;
 constexpr std::int32_t LastTab = static_cast<std::int32_t>(SettingsTab::General);
 
-bool ReadRow(const ReadValue& read, const SettingRow& row, AppSettings& settings) {
-    return row.read(settings, read(row.section, row.key));
-}
-
-/// Each row alone. True when all of them were well-formed.
-bool ReadRows(const ReadValue& read, SettingRows rows, AppSettings& settings) {
+/// The rows of one group. True when all of them were well-formed.
+bool ReadGroup(const ReadValue& read, SettingRows rows, LoadGroup group, AppSettings& settings) {
     bool whole = true;
-    for (const SettingRow& row : rows)
-        whole = ReadRow(read, row, settings) && whole;
+    for (const SettingRow& row : rows) {
+        if (row.group == group) whole = row.read(settings, read(row.section, row.key)) && whole;
+    }
     return whole;
 }
 
@@ -39,45 +36,6 @@ void ReadColors(const ReadValue& read, AppSettings& settings) {
     }
 }
 
-// One bad threshold discards the other two.
-void ReadThresholds(const ReadValue& read, AppSettings& settings) {
-    AppSettings candidate = settings;
-    if (ReadRows(read, ThresholdRows, candidate) && ValidThresholds(candidate.thresholds)) {
-        settings.thresholds = candidate.thresholds;
-    }
-}
-
-// A program without any icon could not be reached: a file that hides all four hides none.
-void ReadShownIcons(const ReadValue& read, AppSettings& settings) {
-    AppSettings candidate = settings;
-    ReadRows(read, ShowRows, candidate);
-    if (std::ranges::count(candidate.show, true) > 0) settings.show = candidate.show;
-}
-
-// The oldest files have one common period, which never was that of the network icon. In later ones the period of the
-// CPU also drove the disk; they are told by the absence of `per_core`.
-void ReadRefreshPeriods(const ReadValue& read, AppSettings& settings) {
-    auto& periods = settings.refresh_ms;
-    if (const auto common = ParseRefresh(read(L"general", L"refresh_ms"))) {
-        for (const MetricKind kind : {MetricKind::Cpu, MetricKind::Disk, MetricKind::Memory}) {
-            periods[IndexOf(kind)] = *common;
-        }
-    }
-    const bool cpuFound = ReadRow(read, RefreshRows[IndexOf(MetricKind::Cpu)], settings);
-    if (cpuFound && read(PerCoreRow.section, PerCoreRow.key).empty()) {
-        periods[IndexOf(MetricKind::Disk)] = periods[IndexOf(MetricKind::Cpu)];
-    }
-    for (const MetricKind kind : {MetricKind::Disk, MetricKind::Memory, MetricKind::Network}) {
-        ReadRow(read, RefreshRows[IndexOf(kind)], settings);
-    }
-}
-
-void ReadInterfaces(const ReadValue& read, AppSettings& settings) {
-    if (!ReadRow(read, InterfacesRow, settings)) return;
-    ReadRow(read, AliasesRow, settings);
-    settings.interface_aliases.resize(settings.interfaces.size());
-}
-
 // Older files had a switch for the border of the network icon instead of a colour. Off is transparent, which today's
 // default is too.
 void ReadOlderNetworkBorder(const ReadValue& read, AppSettings& settings) {
@@ -86,13 +44,46 @@ void ReadOlderNetworkBorder(const ReadValue& read, AppSettings& settings) {
     }
 }
 
-void ReadGraph(const ReadValue& read, GraphKind kind, AppSettings& settings) {
-    const std::size_t graph = IndexOf(kind);
-    ReadRows(read, StyleRows[graph], settings);
-    const SettingRows window = WindowRows[graph];
-    ReadRows(read, window.first(WindowFlagCount), settings);
+// The oldest files have one common period, which never was that of the network icon. In later ones the period of the
+// CPU also drove the disk; they are told by the absence of `per_core`. A period that has its own row is read after
+// this.
+void ReadOlderRefreshPeriods(const ReadValue& read, AppSettings& settings) {
+    auto& periods = settings.refresh_ms;
+    if (const auto common = ParseRefresh(read(L"general", L"refresh_ms"))) {
+        for (const MetricKind kind : {MetricKind::Cpu, MetricKind::Disk, MetricKind::Memory}) {
+            periods[IndexOf(kind)] = *common;
+        }
+    }
+    const auto cpu = ParseRefresh(read(L"cpu", L"refresh_ms"));
+    if (cpu && read(L"cpu", L"per_core").empty()) periods[IndexOf(MetricKind::Disk)] = *cpu;
+}
+
+// One bad threshold discards the other two.
+void ReadThresholds(const ReadValue& read, AppSettings& settings) {
     AppSettings candidate = settings;
-    if (ReadRows(read, window.subspan(WindowFlagCount), candidate)) settings = candidate;
+    if (ReadGroup(read, AllRows(), LoadGroup::Thresholds, candidate) && ValidThresholds(candidate.thresholds)) {
+        settings = candidate;
+    }
+}
+
+// A program without any icon could not be reached: a file that hides all four hides none.
+void ReadShownIcons(const ReadValue& read, AppSettings& settings) {
+    AppSettings candidate = settings;
+    ReadGroup(read, AllRows(), LoadGroup::ShownIcons, candidate);
+    if (std::ranges::count(candidate.show, true) > 0) settings = candidate;
+}
+
+// A window has its whole placement from the file or none of it.
+void ReadPlacement(const ReadValue& read, GraphKind kind, AppSettings& settings) {
+    AppSettings candidate = settings;
+    if (ReadGroup(read, WindowRows(kind), LoadGroup::Placement, candidate)) settings = candidate;
+}
+
+// As many names as there are interfaces, whatever the file has of them.
+void ReadAliases(const ReadValue& read, AppSettings& settings) {
+    if (settings.interfaces.empty()) return;
+    ReadGroup(read, AllRows(), LoadGroup::Aliases, settings);
+    settings.interface_aliases.resize(settings.interfaces.size());
 }
 
 bool WriteRows(SettingRows rows, const AppSettings& settings, const WriteValue& write) {
@@ -107,18 +98,14 @@ bool WriteRows(SettingRows rows, const AppSettings& settings, const WriteValue& 
 AppSettings ReadSettings(const ReadValue& read) {
     AppSettings settings = MakeDefaultSettings();
     ReadColors(read, settings);
+    ReadOlderNetworkBorder(read, settings);
+    ReadOlderRefreshPeriods(read, settings);
+    ReadGroup(read, AllRows(), LoadGroup::None, settings);
     ReadThresholds(read, settings);
     ReadShownIcons(read, settings);
-    for (const SettingRow& row : {CheckUpdatesRow, LanguageRow, InstallIdRow})
-        ReadRow(read, row, settings);
-    ReadRefreshPeriods(read, settings);
-    ReadRows(read, MemoryRows, settings);
-    ReadInterfaces(read, settings);
-    ReadOlderNetworkBorder(read, settings);
     for (const GraphKind kind : GraphKinds)
-        ReadGraph(read, kind, settings);
-    for (const SettingRow& row : {PerCoreRow, ActivityRow, DisksRow})
-        ReadRow(read, row, settings);
+        ReadPlacement(read, kind, settings);
+    ReadAliases(read, settings);
     return settings;
 }
 
@@ -153,7 +140,7 @@ bool WriteSetting(const SettingRow& row, const AppSettings& settings, const Writ
 
 bool WriteGraphWindows(const AppSettings& settings, const WriteValue& write) {
     return std::ranges::all_of(GraphKinds,
-                               [&](GraphKind kind) { return WriteRows(WindowRows[IndexOf(kind)], settings, write); });
+                               [&](GraphKind kind) { return WriteRows(WindowRows(kind), settings, write); });
 }
 
 bool WriteDialogState(const DialogState& state, const WriteValue& write) {

@@ -39,7 +39,7 @@ UniqueStream OpenStream(const std::wstring& path, const wchar_t* mode) {
 /// Where Task Manager keeps its settings; empty when the system has no folder for them.
 std::wstring SettingsFolder() {
     const std::wstring folder = KnownFolder(FOLDERID_LocalAppData);
-    return folder.empty() ? folder : JoinPath(folder, {L"Microsoft", L"Windows", L"TaskManager"});
+    return folder.empty() ? folder : JoinPath(folder, {L"Microsoft\\Windows\\TaskManager"});
 }
 
 /// All bytes of the file; none of a file that does not open. Nothing when reading it broke off, for then what was read

@@ -37,10 +37,25 @@ def is_platform(path):
     return path.stem.endswith("_win32")
 
 
+def check_first_include(src, path):
+    """A header that is the first of some file is seen to need nothing before it. So each file begins with its own; one that
+    has none, as a part of a larger thing, with that thing's."""
+    includes = (INCLUDE.match(line) for _, line in lines_of(path))
+    quote, name = next((match.groups() for match in includes if match), ("", ""))
+    own = path.with_suffix(".h")
+    if own.is_file() and name != str(own.relative_to(src)):
+        return [f"{path}:1: the first include is not its own header"]
+    if not own.is_file() and (quote != '"' or pathlib.Path(name).parts[0] != path.relative_to(src).parts[0]):
+        return [f"{path}:1: the first include is not a header of its own room"]
+    return []
+
+
 def check_includes(src, path):
     """The include rules of one file, and the files of the house that it includes."""
     breaches, targets = [], []
     room = path.relative_to(src).parts[0]
+    if path.suffix == ".cpp":
+        breaches += check_first_include(src, path)
     for number, line in lines_of(path):
         match = INCLUDE.match(line)
         if match is None:

@@ -1,13 +1,11 @@
 // What the program calls of iphlpapi.dll; see base/system_function_win32.h.
-#include <winsock2.h>
+#include "base/system_function_win32.h"
 
 #include <windows.h>
 
+#include <winsock2.h>
 #include <ws2ipdef.h>
-
 #include <iphlpapi.h>
-
-#include "base/system_function_win32.h"
 
 namespace {
 

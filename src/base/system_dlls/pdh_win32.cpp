@@ -1,9 +1,9 @@
 // What the program calls of pdh.dll; see base/system_function_win32.h.
+#include "base/system_function_win32.h"
+
 #include <windows.h>
 
 #include <pdh.h>
-
-#include "base/system_function_win32.h"
 
 namespace {
 

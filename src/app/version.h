@@ -2,7 +2,7 @@
 
 namespace kestrane {
 
-/// The one version text of the program.
-inline constexpr const wchar_t* ProgramVersion = L"0.1.0";
+/// The program's version, as "1.2.3". It stands once, in the build's description of the project.
+extern const wchar_t* const ProgramVersion;
 
 }  // namespace kestrane

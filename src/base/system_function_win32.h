@@ -10,8 +10,8 @@
 //     }
 //
 // The rest of the code calls it as if it were imported. The linker's own delay-loading would not do: it answers a
-// missing DLL with an exception. What a header declares with dllimport is called through a pointer, and that is what its
-// file defines: decltype(&SetWindowTheme) __imp_SetWindowTheme.
+// missing DLL with an exception. What a header declares with dllimport is called through a pointer, and that is what
+// its file defines: decltype(&SetWindowTheme) __imp_SetWindowTheme.
 #include <windows.h>
 
 #include <atomic>

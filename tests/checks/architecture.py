@@ -26,7 +26,7 @@ MARKERS = re.compile(
     r"\b(TODO|FIXME|XXX|HACK|WIP|TBD)\b|\bGTEST_SKIP\b|\bDISABLED_\w|\bunittest\.(skip|expectedFailure)|<<<<<<<|>>>>>>>"
 )
 MARKED_FOLDERS = ["src", "tests", "scripts", "res", "cmake", ".ci", "docs"]
-TEXT_SUFFIXES = {"", ".h", ".cpp", ".c", ".py", ".sh", ".txt", ".cmake", ".rc", ".md", ".svg", ".manifest", ".def", ".yml"}
+TEXT_SUFFIXES = {"", ".h", ".cpp", ".c", ".py", ".sh", ".txt", ".cmake", ".rc", ".md", ".svg", ".in", ".def", ".yml"}
 
 
 def lines_of(path, errors="strict"):

@@ -24,6 +24,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("KESTRANE_BUILD", ROOT / "build" / "windows"))
 WINE_FOLDER = ROOT / "build" / "wine"
+VERSION = re.search(r"project\(kestrane VERSION (\d+\.\d+\.\d+) ", (ROOT / "CMakeLists.txt").read_text()).group(1)
 
 # Generous, because the machine may be busy with other tests: a wait ends as soon as its condition holds.
 TIMEOUT = 120

@@ -9,7 +9,7 @@ import xml.etree.ElementTree as ElementTree
 
 import pefile
 
-from harness import BUILD, main
+from harness import BUILD, VERSION, main
 
 WINDOWS_10 = (10, 0)
 
@@ -50,11 +50,11 @@ HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT = 0x20, 0x40, 0x100
 
 STRINGS = {
     "FileDescription": "kestrane - monitor de CPU, disco, memoria y red en la bandeja",
-    "FileVersion": "0.1.0.0",
+    "FileVersion": VERSION + ".0",
     "InternalName": "kestrane",
     "OriginalFilename": "kestrane.exe",
     "ProductName": "kestrane",
-    "ProductVersion": "0.1.0",
+    "ProductVersion": VERSION,
 }
 
 ICON_EDGES = [16, 20, 24, 32, 48, 64, 256]
@@ -132,7 +132,7 @@ class Executable(unittest.TestCase):
         self.assertEqual(root.get("manifestVersion"), "1.0")
 
         identity = root.find(v1 + "assemblyIdentity")
-        self.assertEqual((identity.get("name"), identity.get("version")), ("kestrane", "0.1.0.0"))
+        self.assertEqual((identity.get("name"), identity.get("version")), ("kestrane", VERSION + ".0"))
         needed = root.find(f"{v1}dependency/{v1}dependentAssembly/{v1}assemblyIdentity")
         self.assertEqual(needed.get("name"), "Microsoft.Windows.Common-Controls")
         self.assertEqual(needed.get("version"), "6.0.0.0")
@@ -164,8 +164,14 @@ class Executable(unittest.TestCase):
         self.assertEqual(variables.entry, {b"Translation": "0x040a 0x04b0"})
 
         [fixed] = self.image.VS_FIXEDFILEINFO
-        self.assertEqual((fixed.FileVersionMS, fixed.FileVersionLS), (0x00000001, 0x00000000))
-        self.assertEqual((fixed.ProductVersionMS, fixed.ProductVersionLS), (0x00000001, 0x00000000))
+        major, minor, patch = map(int, VERSION.split("."))
+        number = (major << 16 | minor, patch << 16)
+        self.assertEqual((fixed.FileVersionMS, fixed.FileVersionLS), number)
+        self.assertEqual((fixed.ProductVersionMS, fixed.ProductVersionLS), number)
+
+    def test_its_code_has_the_version_of_its_resources(self):
+        [constants] = [section.get_data() for section in self.image.sections if section.Name == b".rdata\0\0"]
+        self.assertTrue((VERSION + "\0").encode("utf-16-le") in constants)  # too long to be printed
 
     def test_icon_of_the_program_has_every_size(self):
         groups = {number: data for number, _, data in self.resources("RT_GROUP_ICON")}

@@ -1,9 +1,8 @@
 """The menu of the icons: what it shows, what its entries do under a real mouse, and what may happen while it is open."""
 
-import re
 import subprocess
 
-from harness import HIDDEN_WINDOW, NIM_DELETE, NIM_MODIFY, NIM_SETFOCUS, ROOT, every, main, wait_until
+from harness import HIDDEN_WINDOW, NIM_DELETE, NIM_MODIFY, NIM_SETFOCUS, ROOT, VERSION, every, main, wait_until
 from onscreen import (
     DIALOG_CLASS,
     KINDS,
@@ -23,7 +22,6 @@ from onscreen import (
 )
 
 MEMORY_ICON = 3
-VERSION = (ROOT / "src" / "app" / "version.h").read_text(encoding="utf-8")
 
 WHITE = 0xFFFFFF
 
@@ -314,9 +312,8 @@ class About(MenuTest):
         self.choose(2)
         dialog = wait_until(lambda: self.neighbour.find(DIALOG_CLASS, self.TITLE), "the box")
         text = max(self.neighbour.ask("texts", DIALOG_CLASS), key=len)
-        version = re.search(r'L"(\d+\.\d+\.\d+)"', VERSION).group(1)
         lines = text.split("\n")
-        self.assertEqual(lines[0], f"kestrane {version}")
+        self.assertEqual(lines[0], f"kestrane {VERSION}")
         self.assertEqual((lines[2], lines[-1]), (self.FIRST, self.LAST))
         self.assertRegex(lines[-3], rf"^{self.SETTINGS_FILE}: C:\\users\\.*\\AppData\\Roaming\\kestrane\\kestrane\.ini$")
         self.assertEqual(len(lines), 10)

@@ -17,6 +17,7 @@
 #include "app/timers.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
+#include "app/version.h"
 #include "graph/graph_painter_win32.h"
 #include "settings/ini_file_win32.h"
 #include "settings/task_manager_win32.h"
@@ -604,19 +605,20 @@ TEST_F(TrayCommandsTest, AboutNamesVersionAndSettingsFile) {
     EXPECT_EQ(world.boxCaption, L"About kestrane");
     EXPECT_EQ(world.boxType, UINT{MB_ICONINFORMATION});
     EXPECT_EQ(world.boxText,
-              L"kestrane 0.1.0\n\nCPU, disk, memory and network monitor for the tray.\nRight-click an icon to "
-              L"open the settings.\nClick the CPU, disk or network icon: its graph.\nCtrl+Shift+B: network "
-              L"graph.\n\nSettings: " +
+              std::wstring(L"kestrane ") + ProgramVersion +
+                  L"\n\nCPU, disk, memory and network monitor for the tray.\nRight-click an icon to "
+                  L"open the settings.\nClick the CPU, disk or network icon: its graph.\nCtrl+Shift+B: network "
+                  L"graph.\n\nSettings: " +
                   IniPath() + L"\n\nIcons: Fugue Icons by Marlo Tesshin (CC BY 3.0).");
     EXPECT_NE(IniPath().find(L"\\kestrane\\kestrane.ini"), std::wstring::npos);
     SetLanguage(0);
     Choose(CommandAbout);
     EXPECT_EQ(world.boxCaption, L"Acerca de kestrane");
-    EXPECT_EQ(world.boxText,
-              L"kestrane 0.1.0\n\nMonitor de CPU, disco, memoria y red en la bandeja.\nClic derecho sobre un "
-              L"icono para abrir los ajustes.\nClic en el icono de CPU, disco o red: su gráfica.\n"
-              L"Ctrl+Shift+B: gráfica de red.\n\nAjustes: " +
-                  IniPath() + L"\n\nIconos: Fugue Icons de Marlo Tesshin (CC BY 3.0).");
+    EXPECT_EQ(world.boxText, std::wstring(L"kestrane ") + ProgramVersion +
+                                 L"\n\nMonitor de CPU, disco, memoria y red en la bandeja.\nClic derecho sobre un "
+                                 L"icono para abrir los ajustes.\nClic en el icono de CPU, disco o red: su gráfica.\n"
+                                 L"Ctrl+Shift+B: gráfica de red.\n\nAjustes: " +
+                                 IniPath() + L"\n\nIconos: Fugue Icons de Marlo Tesshin (CC BY 3.0).");
 }
 
 TEST_F(TrayCommandsTest, ClickingTheDiskGraphSwitchesItsViewAndNoOther) {

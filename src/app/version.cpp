@@ -1,0 +1,7 @@
+#include "app/version.h"
+
+namespace kestrane {
+
+const wchar_t* const ProgramVersion = KESTRANE_VERSION;
+
+}  // namespace kestrane

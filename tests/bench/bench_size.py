@@ -11,7 +11,8 @@ CONTRIBUTION = re.compile(r"^ (?P<section>\.\S+)?\s+0x(?P<address>[0-9a-f]+)\s+0
 SECTION_ALONE = re.compile(r"^ (\.\S+)$")
 MEMBER = re.compile(r"([^/]+)\.a\((.+)\)$")
 
-ROOMS = {source.name + ".obj": source.parent.name for source in (ROOT / "src").glob("*/*.cpp")}
+SRC = ROOT / "src"
+ROOMS = {source.name + ".obj": source.relative_to(SRC).parts[0] for source in SRC.rglob("*.cpp")}
 
 
 def contributions(map_text):

@@ -16,6 +16,7 @@ void WriteText(HDC dc, std::int32_t x, std::int32_t y, const std::wstring& text,
 
 std::vector<std::int32_t> TextWidths(HDC dc, const std::vector<TextLine>& lines) {
     std::vector<std::int32_t> widths;
+    widths.reserve(lines.size());
     for (const TextLine& line : lines)
         widths.push_back(TextWidth(dc, line.text));
     return widths;

@@ -35,8 +35,8 @@ struct TrayIconSet {
     HWND window;
     std::array<TrayIconSlot, 4> slots;
 
-    /// Prepares the four icons and adds none. `window` receives WM_TRAY_NOTIFY.
-    explicit TrayIconSet(HWND window);
+    /// Prepares the four icons and adds none. `owner` receives WM_TRAY_NOTIFY.
+    explicit TrayIconSet(HWND owner);
     TrayIconSet(const TrayIconSet&) = delete;
     TrayIconSet& operator=(const TrayIconSet&) = delete;
     ~TrayIconSet();

@@ -1,6 +1,6 @@
 #pragma once
-// Numbers out of records that the system describes byte by byte, at their published offsets. The declarations of the
-// headers at hand are not needed, and the same code runs on any machine.
+// Reads numbers out of the system's binary records at their documented offsets. No platform header is needed, so the
+// same code runs on any machine.
 #include <cstddef>
 #include <cstdint>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
-// What the program has to say to whoever debugs it: one level, no log file. Texts are Spanish without accents, begin
-// with "kestrane: ", end in a line feed, and are never translated.
+// Debugger output: one level, no log file. Texts are Spanish without accents, begin with "kestrane: ", end in a line
+// feed, and are never translated.
 #include <windows.h>
 
 namespace kestrane {

@@ -5,7 +5,7 @@
 namespace kestrane {
 namespace {
 
-/// Each longer header begins with the shorter one, and its size says which of them is meant.
+/// A longer header begins with the fields of the shorter one; its size field says which of the two it is.
 BITMAPV5HEADER MakeHeader(std::int32_t width, std::int32_t height, DibFormat format) {
     BITMAPV5HEADER header{};
     header.bV5Size = sizeof(BITMAPINFOHEADER);

@@ -1,6 +1,6 @@
 #pragma once
-// Pictures of 32 bits a pixel, top row first, whose pixels can be read and written directly. Direct access and GDI's
-// drawing must not overlap: GdiFlush stands between them.
+// 32-bit top-down bitmaps whose pixels can be read and written directly. Call GdiFlush between GDI drawing and direct
+// access.
 #include <windows.h>
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace kestrane {
 
-/// A picture and its width * height pixels, which live as long as the bitmap does.
+/// A bitmap and its width * height pixels, which live as long as the bitmap does.
 struct Dib {
     UniqueBitmap bitmap;
     std::uint32_t* pixels = nullptr;
@@ -17,13 +17,13 @@ struct Dib {
     explicit operator bool() const { return pixels != nullptr; }
 };
 
-/// What the highest byte of a pixel is.
+/// The meaning of a pixel's highest byte.
 enum class DibFormat {
-    Rgb,   // nothing in particular (BI_RGB); menus take it for premultiplied alpha
-    Argb,  // alpha, declared by a mask, as an icon's colours have it
+    Rgb,   // unspecified (BI_RGB); menus read it as premultiplied alpha
+    Argb,  // alpha, declared by a mask, as icons need it
 };
 
-/// All pixels are zero at first. Empty if the system refuses.
+/// All pixels start at zero. Empty on failure.
 Dib MakeDib(HDC dc, std::int32_t width, std::int32_t height, DibFormat format);
 
 }  // namespace kestrane

@@ -16,8 +16,8 @@ bool IsFolder(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-/// Makes one folder. Making it comes before asking: the answer for the root of a drive is "access denied", and somebody
-/// else may make it in between.
+/// Creates one folder. Any failure is followed by a check whether it exists: for the root of a drive the error is
+/// "access denied", and another process may have created it in between.
 bool CreateFolder(const std::wstring& path) {
     return CreateDirectoryW(path.c_str(), nullptr) != FALSE || IsFolder(path);
 }
@@ -29,7 +29,7 @@ std::wstring KnownFolder(const GUID& id, DWORD flags) {
     const HRESULT result = SHGetKnownFolderPath(id, flags, nullptr, &text);
     std::wstring folder;
     if (SUCCEEDED(result)) folder = text;
-    CoTaskMemFree(text);  // to be freed after a failure too; null is fine
+    CoTaskMemFree(text);  // must be freed after a failure too; null is allowed
     return folder;
 }
 
@@ -40,10 +40,10 @@ bool CreateFolders(const std::wstring& path) {
 }
 
 std::wstring TemporaryFolder() {
-    std::array<wchar_t, MAX_PATH + 1> buffer{};  // the longest answer there is
+    std::array<wchar_t, MAX_PATH + 1> buffer{};  // the longest possible result
     GetTempPathW(static_cast<DWORD>(buffer.size()), buffer.data());
     std::wstring folder(buffer.data());
-    // The path comes from the environment, and the system does not look whether it exists.
+    // The path comes from the environment, and the system does not check that it exists.
     if (!IsFolder(folder)) throw std::runtime_error("no temporary folder");
     return folder;
 }

@@ -1,6 +1,6 @@
 #pragma once
-// Points, rectangles and sizes of the screen, with arithmetic that cannot overflow: a place in a hand-edited file may
-// be any 32-bit number.
+// Screen points, rectangles and sizes, with arithmetic that cannot overflow: a position in a hand-edited file may be
+// any 32-bit number.
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -22,7 +22,7 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
-/// `value`, held within the 32-bit range.
+/// `value`, clamped to the 32-bit range.
 constexpr std::int32_t SaturateToInt32(std::int64_t value) {
     constexpr std::int64_t lowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t highest = std::numeric_limits<std::int32_t>::max();
@@ -37,7 +37,7 @@ constexpr std::int32_t SubtractSaturated(std::int64_t a, std::int64_t b) {
     return SaturateToInt32(a - b);
 }
 
-/// A rectangle by its corner and its size.
+/// The rectangle with this top-left corner and size.
 constexpr Rect RectOf(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
     return {x, y, AddSaturated(x, width), AddSaturated(y, height)};
 }
@@ -50,12 +50,12 @@ constexpr std::int32_t RectHeight(const Rect& rect) {
     return SubtractSaturated(rect.bottom, rect.top);
 }
 
-/// A size given at 96 DPI, at `dpi`: the nearest whole number, halves away from zero, and -1 beyond the 32-bit range,
-/// as the system's MulDiv has it.
+/// Scales a size at 96 DPI to `dpi` as MulDiv does: rounded to nearest, halves away from zero, and -1 beyond the 32-bit
+/// range.
 constexpr std::int32_t ScaleForDpi(std::int32_t value, std::uint32_t dpi) {
     constexpr std::int64_t base = 96;
     const std::int64_t product = std::int64_t{value} * dpi;
-    // The division comes first: half a step added to the product could pass the 64-bit range.
+    // Divide before rounding: adding half a step to the product could overflow 64 bits.
     const std::int64_t remainder = product % base;
     std::int64_t scaled = product / base;
     if (remainder >= base / 2) ++scaled;

@@ -1,5 +1,5 @@
 #pragma once
-// Between the platform's points, rectangles and monitors and ours.
+// Converts the platform's points, rectangles and monitors to ours and back.
 #include <windows.h>
 
 #include "base/geometry.h"
@@ -22,12 +22,12 @@ inline POINT ToPlatform(const Point& point) {
     return {point.x, point.y};
 }
 
-/// The point that a mouse message carries: two signed halves, negative left of and above the first monitor.
+/// The point in a mouse message: two signed 16-bit halves, negative to the left of or above the primary monitor.
 inline Point PointFromMessage(LPARAM lParam) {
     return {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
 }
 
-/// What the taskbar leaves of a monitor; empty if the system does not know it.
+/// A monitor's work area; empty if the handle is not valid.
 inline Rect WorkAreaOf(HMONITOR monitor) {
     MONITORINFO info = {};
     info.cbSize = sizeof info;

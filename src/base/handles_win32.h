@@ -1,12 +1,12 @@
 #pragma once
-// Owners of the system's objects, one alias a kind, and the guards that put something back.
+// Owners of system objects, one alias per kind, and the guards that restore or release something.
 #include <windows.h>
 
 #include "base/owned.h"
 
 namespace kestrane {
 
-/// Kernel objects whose "none" is the null handle: mutexes, processes, threads, events.
+/// Kernel objects for which null means "none": mutexes, processes, threads, events.
 struct KernelHandleTraits {
     using Handle = HANDLE;
     static constexpr Handle None() { return nullptr; }
@@ -14,14 +14,14 @@ struct KernelHandleTraits {
 };
 using UniqueKernelHandle = Owned<KernelHandleTraits>;
 
-/// Files and devices of CreateFileW, which says "none" with INVALID_HANDLE_VALUE.
+/// Files and devices from CreateFileW, for which INVALID_HANDLE_VALUE means "none".
 struct FileTraits {
     using Handle = HANDLE;
     static Handle None() { return INVALID_HANDLE_VALUE; }
     static void Close(Handle handle) { CloseHandle(handle); }
 };
 using UniqueFile = Owned<FileTraits>;
-/// A snapshot of CreateToolhelp32Snapshot, which says it in the same way.
+/// A snapshot from CreateToolhelp32Snapshot, which fails with the same value.
 using UniqueSnapshot = Owned<FileTraits>;
 
 struct RegistryKeyTraits {
@@ -56,7 +56,7 @@ using UniqueFont = Owned<GdiObjectTraits<HFONT>>;
 using UniqueBrush = Owned<GdiObjectTraits<HBRUSH>>;
 using UniquePen = Owned<GdiObjectTraits<HPEN>>;
 
-/// A memory device context of CreateCompatibleDC.
+/// A memory device context from CreateCompatibleDC.
 struct MemoryDcTraits {
     using Handle = HDC;
     static constexpr Handle None() { return nullptr; }
@@ -64,7 +64,7 @@ struct MemoryDcTraits {
 };
 using UniqueMemoryDc = Owned<MemoryDcTraits>;
 
-/// The device context of the whole screen, given back when the guard goes.
+/// The device context of the whole screen, released with the guard.
 class ScreenDc {
   public:
     ScreenDc() : dc_(GetDC(nullptr)) {}
@@ -79,14 +79,14 @@ class ScreenDc {
     HDC dc_;
 };
 
-/// The painting of a window, from BeginPaint to EndPaint: one guard for each WM_PAINT.
+/// BeginPaint to EndPaint: one guard per WM_PAINT.
 class WindowPaint {
   public:
     explicit WindowPaint(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {}
     WindowPaint(const WindowPaint&) = delete;
     WindowPaint& operator=(const WindowPaint&) = delete;
     ~WindowPaint() { EndPaint(window_, &paint_); }
-    /// Null if the system gives none.
+    /// Null if BeginPaint failed.
     HDC Dc() const { return dc_; }
 
   private:
@@ -95,8 +95,8 @@ class WindowPaint {
     HDC dc_;
 };
 
-/// Selects an object into a device context and selects the former one back. An object must not be deleted while it is
-/// selected, so declare its owner before this guard.
+/// Selects an object into a device context and restores the previous one. An object must not be deleted while selected,
+/// so declare its owner before this guard.
 class SelectedObject {
   public:
     SelectedObject(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
@@ -105,7 +105,7 @@ class SelectedObject {
     ~SelectedObject() {
         if (previous_ != nullptr) SelectObject(dc_, previous_);
     }
-    /// False when the selection was refused.
+    /// False if the selection failed.
     explicit operator bool() const { return previous_ != nullptr; }
 
   private:

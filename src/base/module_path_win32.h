@@ -5,7 +5,7 @@
 
 namespace kestrane {
 
-/// The full path of the running file, however long it is; empty if the system does not tell.
+/// The full path of the running executable, of any length; empty on failure.
 inline std::wstring ModulePath() {
     constexpr DWORD LongestPath = 32767;
     for (DWORD capacity = MAX_PATH;; capacity *= 2) {

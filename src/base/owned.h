@@ -1,6 +1,6 @@
 #pragma once
-// The one owner of things that must be given back. A `Traits` type says what the thing is, which value means "none",
-// and how it is closed:
+// The one owner of handles that must be released. A `Traits` type gives the handle type, the value that means "none",
+// and how to close it:
 //
 //     struct IconTraits {
 //         using Handle = HICON;
@@ -9,7 +9,7 @@
 //     };
 //     using UniqueIcon = Owned<IconTraits>;
 //
-// An owner moves and is never copied; nothing converts to the bare handle by itself.
+// An owner can be moved but not copied, and never converts implicitly to the bare handle.
 #include <utility>
 
 namespace kestrane {
@@ -33,10 +33,10 @@ class Owned {
     Handle Get() const { return handle_; }
     explicit operator bool() const { return handle_ != Traits::None(); }
 
-    /// Gives the handle away: the caller closes it from now on.
+    /// Gives up the handle; the caller must close it.
     [[nodiscard]] Handle Release() { return std::exchange(handle_, Traits::None()); }
 
-    /// Closes what is held, if anything, and takes over `handle`. The new handle is in place before the old one closes.
+    /// Takes ownership of `handle` and then closes the old handle, if any.
     void Reset(Handle handle = Traits::None()) {
         const Handle old = std::exchange(handle_, handle);
         if (old != Traits::None()) Traits::Close(old);

@@ -12,13 +12,13 @@ bool EndsInSeparator(std::wstring_view path) {
     return !path.empty() && Separators.find(path.back()) != std::wstring_view::npos;
 }
 
-/// From `start` on, the end of the next name and of the separators behind it.
+/// The end of the name at `start` and of the separators after it.
 std::size_t EndOfName(std::wstring_view path, std::size_t start) {
     const std::size_t end = path.find_first_of(Separators, start);
     return std::min(path.find_first_not_of(Separators, end), path.size());
 }
 
-/// How much of the path is its root, which no folder holds: "C:\", "\", "\\server\share\" or "\\?\C:\".
+/// The length of the path's root, which has no parent: "C:\", "\", "\\server\share\" or "\\?\C:\".
 std::size_t RootLength(std::wstring_view path) {
     if (path.starts_with(L"\\\\?\\UNC\\")) return EndOfName(path, EndOfName(path, 8));
     if (path.starts_with(L"\\\\?\\")) return EndOfName(path, 4);
@@ -43,7 +43,7 @@ std::wstring ParentPath(std::wstring_view path) {
     while (EndsInSeparator(rest))
         rest.remove_suffix(1);
     if (rest.empty()) return {};
-    rest = rest.substr(0, rest.find_last_of(Separators) + 1);  // none: npos + 1 is 0
+    rest = rest.substr(0, rest.find_last_of(Separators) + 1);  // npos + 1 is 0
     while (EndsInSeparator(rest))
         rest.remove_suffix(1);
     return std::wstring(path.substr(0, root + rest.size()));

@@ -1,4 +1,4 @@
-// What the program calls of iphlpapi.dll; see base/system_function_win32.h.
+// The functions of iphlpapi.dll that the program calls; see base/system_function_win32.h.
 #include "base/system_function_win32.h"
 
 #include <windows.h>

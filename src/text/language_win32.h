@@ -1,15 +1,15 @@
 #pragma once
-// The one question about language that the system answers.
+// Choosing the display language, with the system's for automatic.
 #include <cstdint>
 
 #include "text/translation.h"
 
 namespace kestrane {
 
-/// ActiveSpanish if the user's Windows speaks Spanish, of whatever country, otherwise ActiveEnglish.
+/// ActiveSpanish if the user's Windows display language is any Spanish, otherwise ActiveEnglish.
 std::uint32_t SystemLanguage();
 
-/// The active language for the user's choice. Any number that names no language means automatic.
+/// The active language for the user's choice. Any other number means automatic.
 std::uint32_t ResolveLanguage(Lang language);
 
 }  // namespace kestrane

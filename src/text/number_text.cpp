@@ -31,7 +31,7 @@ BinaryParts SplitDouble(double value) {
     return {fraction | (FractionMask + 1), biased - ExponentBias};
 }
 
-/// number / 2^shift, an exact tie to the even neighbour. `number` is below 2^63 and `shift` above 0.
+/// number / 2^shift, rounded to nearest, ties to even. `number` is below 2^63 and `shift` above 0.
 std::uint64_t DividePowerOfTwo(std::uint64_t number, int shift) {
     if (shift >= 64) return 0;  // less than a half
     const std::uint64_t quotient = number >> shift;
@@ -46,11 +46,11 @@ std::wstring PadWithZeros(std::wstring digits, std::size_t width) {
     return digits;
 }
 
-/// mantissa * 2^doublings in decimal; `mantissa` is not 0. The limbs hold nine digits each, the lowest first.
+/// mantissa * 2^doublings in decimal; `mantissa` is not 0. Each limb holds nine digits, lowest limb first.
 std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
     constexpr std::uint64_t LimbBase = 1'000'000'000;
     constexpr std::size_t LimbDigits = 9;
-    constexpr int MostDoublings = 29;  // at once, so that the carry is less than a limb
+    constexpr int MostDoublings = 29;  // per step, so that the carry fits one limb
     std::vector<std::uint64_t> limbs;
     for (; mantissa != 0; mantissa /= LimbBase) {
         limbs.push_back(mantissa % LimbBase);
@@ -73,11 +73,11 @@ std::wstring FormatWhole(std::uint64_t mantissa, int doublings) {
     return text;
 }
 
-/// The digits of a finite value without sign and point, the last `decimals` of them behind the point.
+/// The digits of a finite value without sign or point; the last `decimals` of them are the fraction.
 std::wstring FixedDigits(const BinaryParts& parts, int decimals) {
     constexpr std::array<std::uint64_t, MaxFixedDecimals + 1> PowersOfTen = {1, 10, 100, 1000};
     const auto places = static_cast<std::size_t>(decimals);
-    // So large a number is not 0.
+    // An exponent of 0 or more means the number is not 0.
     if (parts.exponent >= 0) return FormatWhole(parts.mantissa, parts.exponent) + std::wstring(places, L'0');
     const std::uint64_t scaled = parts.mantissa * PowersOfTen[places];
     return PadWithZeros(FormatUnsigned(DividePowerOfTwo(scaled, -parts.exponent)), places + 1);
@@ -97,7 +97,7 @@ std::wstring FormatUnsigned(std::uint64_t value) {
 
 std::wstring FormatSigned(std::int64_t value) {
     const auto bits = static_cast<std::uint64_t>(value);
-    // Negated as an unsigned number, because the least value has no positive counterpart.
+    // Negated as unsigned, because the lowest value has no positive counterpart.
     return value < 0 ? L"-" + FormatUnsigned(0 - bits) : FormatUnsigned(bits);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// Numbers as text, by integer arithmetic alone: the C runtimes round differently, follow a locale, or bring large
-// tables with them.
+// Numbers as text, by integer arithmetic only: C runtimes differ in rounding, depend on the locale, or pull in large
+// tables.
 #include <concepts>
 #include <cstdint>
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace kestrane {
 
-/// `value` in decimal digits, with '-' before a negative one.
+/// `value` in decimal, with a '-' if negative.
 std::wstring FormatUnsigned(std::uint64_t value);
 std::wstring FormatSigned(std::int64_t value);
 
@@ -21,17 +21,16 @@ std::wstring FormatInteger(Integer value) {
     }
 }
 
-/// `value` without its fraction, halves away from zero, as `round` of the C standard. The `round` and `llround` of the
-/// MinGW runtime give 1 for 0.49999999999999994, the last number below a half.
+/// `value` rounded to a whole number, halves away from zero, like C's `round`. The MinGW runtime's `round` and
+/// `llround` give 1 for 0.49999999999999994, the last number below a half.
 double RoundHalfAway(double value);
 
-/// The greatest number of decimals that FormatFixed gives.
+/// The most decimals that FormatFixed gives.
 inline constexpr int MaxFixedDecimals = 3;
 
-/// What "%.Nf" of the C standard gives for 0 to 3 decimals (others are clamped): a point before the decimals, rounded
-/// from the exact binary value, and only an exact tie goes to the even digit. All digits of a huge value are written,
-/// 309 at the most. A negative value that rounds to zero keeps its sign. Infinity is "inf" or "-inf"; not-a-number is
-/// "nan", whatever its sign.
+/// Like C's "%.Nf" for 0 to 3 decimals (others are clamped): rounded from the exact binary value, exact ties to even,
+/// with a decimal point. A huge value is written in full, at most 309 digits. A negative value that rounds to zero
+/// keeps its sign. Infinity is "inf" or "-inf"; NaN is "nan", whatever its sign.
 std::wstring FormatFixed(double value, int decimals);
 
 }  // namespace kestrane

@@ -1,4 +1,4 @@
-// English is compiled in: one row per text, and nothing else to keep in step with it.
+// English is compiled in: one row per text, and nothing else to keep in sync.
 #include "text/translation.h"
 
 namespace kestrane {

@@ -15,7 +15,7 @@ constexpr std::int32_t FillFlagMeaning = 50;
 
 constexpr ColorValue Linked = 0;  // ColorLinks gives the colour
 
-/// One body for both kinds of access.
+/// Shared by the const and the mutable accessor.
 template <typename Settings>
 auto& GraphIn(Settings& settings, GraphKind kind) {
     switch (kind) {

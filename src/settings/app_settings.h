@@ -1,6 +1,6 @@
 #pragma once
-// Everything the user can configure, as one record, with its colours and the lists of permitted values. What else there
-// is to say of a field (its key, default, grammar and tab) stands in its row of setting_rows.cpp.
+// Everything the user can configure, as one record, with its colours and the lists of permitted values. A field's key,
+// default, grammar and tab are in its row of setting_rows.cpp.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -14,10 +14,10 @@
 
 namespace kestrane {
 
-/// A page of the settings dialog. General has no part of AppSettings of its own.
+/// A page of the settings dialog. General owns no fields of AppSettings.
 enum class SettingsTab : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3, General = 4 };
 
-/// Positions in AppSettings::colors and in IconColors.
+/// Indices into AppSettings::colors and IconColors.
 enum ColorKey : std::size_t {
     CpuBg,
     CpuFg,
@@ -57,8 +57,7 @@ enum ColorKey : std::size_t {
     ColorCount
 };
 
-/// A graph window: six fields of window state, which the window itself writes, then nine of style, which the dialog
-/// edits.
+/// A graph window: six fields of window state, written by the window itself, then nine of style, edited in the dialog.
 struct GraphSettings {
     bool graph = false;                    // the window is open
     bool pinned = false;                   // the window stays open
@@ -67,7 +66,7 @@ struct GraphSettings {
     std::int32_t width = 0;                // 0: never placed
     std::int32_t height = 0;               // 0: never placed
     std::int32_t opacity = 90;             // percent, one of OpacityChoices
-    std::int32_t margin = 6;               // pixels round the plot, one of MarginChoices
+    std::int32_t margin = 6;               // pixels around the plot, one of MarginChoices
     std::wstring font_name = L"Segoe UI";  // 1 to 31 characters
     std::int32_t font_size = 12;           // pixels at 96 DPI, one of FontSizeChoices
     bool font_bold = false;
@@ -79,18 +78,19 @@ struct GraphSettings {
     bool operator==(const GraphSettings&) const = default;
 };
 
-/// The whole configuration. A bare record is no set of defaults: MakeDefaultSettings takes those from the tables.
+/// The whole configuration. A default-constructed record does not hold the defaults; MakeDefaultSettings does.
 struct AppSettings {
     std::array<ColorValue, ColorCount> colors{};
     std::array<std::int32_t, 3> thresholds{};  // memory percentages at which the memory icon changes level
-    std::array<bool, MetricCount> show{true, true, true, true};                 // by MetricKind
-    std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500, 1500};  // by MetricKind, of RefreshChoices
-    std::wstring font_name = L"Segoe UI Variable Display Semibold";  // of the memory icon's digits, 1 to 31 characters
-    std::int32_t font_size = 13;                                     // pixels on an icon of 16, one of FontSizeChoices
+    std::array<bool, MetricCount> show{true, true, true, true};  // by MetricKind
+    std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500,
+                                                      1500};         // by MetricKind; each one of RefreshChoices
+    std::wstring font_name = L"Segoe UI Variable Display Semibold";  // for the memory icon's digits, 1 to 31 characters
+    std::int32_t font_size = 13;  // pixels on a 16-pixel icon, one of FontSizeChoices
     bool font_bold = false;
     bool bar = true;  // the memory icon draws its level bar
     bool check_updates = true;
-    Lang language = LangAutomatic;                // as an index, one of LanguageChoices
+    Lang language = LangAutomatic;                // index in LanguageChoices
     std::string install_id;                       // empty or 36 characters
     std::vector<std::uint64_t> interfaces;        // LUIDs of the chosen connections; empty: all, summed
     std::vector<std::wstring> interface_aliases;  // parallel to `interfaces`: each one's name when it was chosen
@@ -109,7 +109,7 @@ GraphSettings& GraphSettingsOf(AppSettings& settings, GraphKind kind);
 const GraphSettings& GraphSettingsOf(const AppSettings& settings, GraphKind kind);
 
 /// One colour: its key in the settings file, the tab that owns it, and its default. The target of a ColorLink has no
-/// default of its own. Rows of one tab stand together, in the order of the tabs.
+/// default of its own. Rows are grouped by tab, in tab order.
 struct IconColor {
     const wchar_t* key;
     SettingsTab tab;
@@ -117,7 +117,8 @@ struct IconColor {
 };
 extern const std::array<IconColor, ColorCount> IconColors;
 
-/// A colour that takes its source's value where nobody gave it one: in the defaults, and for keys that a file lacks.
+/// A colour that takes its source's value when it has none of its own: in the defaults, and when the file has no valid
+/// value for its key.
 struct ColorLink {
     ColorKey target;
     ColorKey source;
@@ -130,9 +131,9 @@ inline constexpr std::array<ColorLink, 7> ColorLinks{{{CpuGraphFg, CpuFg},
                                                       {NetGraphUp, NetUp},
                                                       {NetGraphBoth, NetBoth}}};
 
-// The permitted values, in the order in which the dialog offers them. Texts are Spanish and are shown through Tr.
+// The permitted values, in the dialog's order. Texts are Spanish and shown through Tr.
 
-/// `Count` whole numbers from `first` on.
+/// `Count` consecutive integers from `first`.
 template <std::size_t Count>
 constexpr std::array<std::int32_t, Count> CountFrom(std::int32_t first) {
     std::array<std::int32_t, Count> numbers{};
@@ -155,20 +156,20 @@ inline constexpr std::array<std::int32_t, 8> OpacityChoices{100, 90, 80, 70, 60,
 inline constexpr std::array<std::int32_t, 5> FillChoices{0, 25, 50, 75, 100};                  // percent
 inline constexpr std::array<const wchar_t*, 4> SmoothingChoices{L"Ninguno", L"Bajo", L"Medio", L"Alto"};
 inline constexpr auto MarginChoices = CountFrom<21>(0);    // pixels
-inline constexpr auto FontSizeChoices = CountFrom<27>(6);  // pixels: of a 16 pixel icon, or of a graph at 96 DPI
-/// By Lang. The names of the two languages are the same in both.
+inline constexpr auto FontSizeChoices = CountFrom<27>(6);  // pixels on a 16-pixel icon, or in a graph at 96 DPI
+/// By Lang. Each language is named in its own language, so these names need no translation.
 inline constexpr std::array<const wchar_t*, 3> LanguageChoices{L"Automático", L"Español", L"English"};
 
-/// What a user has who never changed anything; a fresh record each time.
+/// The settings of a user who never changed anything.
 AppSettings MakeDefaultSettings();
 
-/// Index in RefreshChoices. A period that is not in the list counts as 1500.
+/// Index in RefreshChoices. A period not in the list counts as 1500.
 std::size_t RefreshIndex(std::uint32_t ms);
-/// The text of a choice of RefreshChoices in the active language. An index beyond the list counts as that of 1500.
+/// The text of a RefreshChoice in the active language. An index out of range counts as that of 1500.
 const wchar_t* RefreshLabel(std::size_t index);
-/// Index in OpacityChoices. A percentage that is not in the list counts as 90.
+/// Index in OpacityChoices. A percentage not in the list counts as 90.
 std::size_t OpacityIndex(std::int32_t percent);
-/// Index of the nearest of FillChoices; of two equally near, the lower.
+/// Index of the nearest of FillChoices; the lower on a tie.
 std::size_t FillIndex(std::int32_t percent);
 /// One of FillChoices. 1 becomes 50: in older files the fill was a flag.
 std::int32_t NormalizeFill(std::int32_t value);
@@ -178,10 +179,10 @@ std::int32_t ClampFontSize(std::int32_t value);
 std::int32_t ClampMargin(std::int32_t value);
 std::int32_t ClampSmoothing(std::int32_t value);
 
-/// True when each of the three is 1 to 100 and greater than the one before.
+/// True when each of the three is 1 to 100 and greater than the previous one.
 bool ValidThresholds(const std::array<std::int32_t, 3>& thresholds);
 
-/// How many thresholds a used percentage has reached, 0 to 3. Equal to a threshold is reached.
+/// How many thresholds a used percentage has reached (equalled or passed), 0 to 3.
 std::size_t MemoryLevel(const AppSettings& settings, std::int32_t percent);
 
 /// The colours of the memory icon at a used percentage; background and border may be ColorNone.

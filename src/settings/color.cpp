@@ -23,7 +23,7 @@ ColorValue BlendChannel(ColorValue from, ColorValue to, double t, unsigned shift
     return static_cast<ColorValue>(std::trunc(distance * t + start + 0.5)) << shift;
 }
 
-// Written so that "not a number" falls into the first answer.
+// Written so that NaN takes the first return.
 double ClampToUnit(double t) {
     if (!(t > 0.0)) return 0.0;
     return t < 1.0 ? t : 1.0;

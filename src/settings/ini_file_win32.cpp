@@ -13,7 +13,7 @@
 namespace kestrane {
 namespace {
 
-/// The roaming application data, or the temporary folder where the system has none to give.
+/// The roaming application data folder, or the temporary folder if the system has none.
 std::wstring SettingsRoot() {
     const std::wstring folder = KnownFolder(FOLDERID_RoamingAppData);
     return folder.empty() ? TemporaryFolder() : folder;

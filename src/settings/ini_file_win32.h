@@ -1,6 +1,6 @@
 #pragma once
 // The settings file: `kestrane.ini` in the folder `kestrane` of the user's roaming application data, read and written
-// key by key through the system's profile operations. All of this runs on the user-interface thread.
+// key by key through the profile API (GetPrivateProfileString). UI thread only.
 #include <string>
 
 #include "settings/app_settings.h"
@@ -8,22 +8,22 @@
 
 namespace kestrane {
 
-/// Where the settings file is, or would be. Computed anew at each call. Without an application data folder it is in the
-/// temporary folder; without that too, std::runtime_error is thrown.
+/// The path of the settings file, whether or not it exists, computed at each call. Without an application data folder
+/// it is in the temporary folder; without that either, throws std::runtime_error.
 std::wstring IniPath();
 
-/// Creates the folders above `path`. False, and a line for the debugger, when that failed.
+/// Creates the folders above `path`. On failure logs a debug line and returns false.
 bool EnsureIniFolder(const std::wstring& path);
 
-/// A whole record, whatever the file holds and even without a file. Writes nothing.
+/// A complete record, whatever the file holds and even without one. Writes nothing.
 AppSettings LoadSettings();
-/// Where and on which tab the settings dialog was left; zeros where the file does not say. Writes nothing.
+/// The settings dialog's last position and tab; zero if the file has none. Writes nothing.
 DialogState LoadDialogState();
 
-// Each save makes the folder if need be, writes its own keys and no others, and is true when every write succeeded.
-// Those of more than one key also tell the debugger when they failed.
+// Each save creates the folder if needed, writes only its own keys, and returns true if every write succeeded. Those of
+// more than one key also log a debug line on failure.
 
-/// The keys of a tab, its colours first and then its rows; a failed key does not stop the others.
+/// A tab's keys, colours first and then rows; a failed key does not stop the others.
 bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab);
 bool SaveCheckUpdates(const AppSettings& settings);
 bool SaveLanguage(const AppSettings& settings);

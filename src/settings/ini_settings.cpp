@@ -15,7 +15,7 @@ constexpr const wchar_t* DialogSection = L"dialog";
 constexpr std::int32_t DialogPositionLimit = 99999;
 constexpr std::int32_t LastTab = static_cast<std::int32_t>(SettingsTab::General);
 
-/// The rows of one group. True when all of them were well-formed.
+/// Reads the rows of one group. True if all were well-formed.
 bool ReadGroup(const ReadValue& read, SettingRows rows, LoadGroup group, AppSettings& settings) {
     bool whole = true;
     for (const SettingRow& row : rows) {
@@ -36,17 +36,17 @@ void ReadColors(const ReadValue& read, AppSettings& settings) {
     }
 }
 
-// Older files had a switch for the border of the network icon instead of a colour. Off is transparent, which today's
-// default is too.
+// Older files had a flag for the network icon's border instead of a colour. Off means transparent, which is also
+// today's default.
 void ReadOlderNetworkBorder(const ReadValue& read, AppSettings& settings) {
     if (read(ColorSection, IconColors[NetBorder].key).empty() && read(L"network", L"icon_border") == L"0") {
         settings.colors[NetBorder] = ColorNone;
     }
 }
 
-// The oldest files have one common period, which never was that of the network icon. In later ones the period of the
-// CPU also drove the disk; they are told by the absence of `per_core`. A period that has its own row is read after
-// this.
+// The oldest files have one common period, which never applied to the network icon. In later ones the CPU period also
+// applied to the disk; they are recognised by the absence of `per_core`. Periods with their own key are read after this
+// and win.
 void ReadOlderRefreshPeriods(const ReadValue& read, AppSettings& settings) {
     auto& periods = settings.refresh_ms;
     if (const auto common = ParseRefresh(read(L"general", L"refresh_ms"))) {
@@ -58,7 +58,7 @@ void ReadOlderRefreshPeriods(const ReadValue& read, AppSettings& settings) {
     if (cpu && read(L"cpu", L"per_core").empty()) periods[IndexOf(MetricKind::Disk)] = *cpu;
 }
 
-// One bad threshold discards the other two.
+// One bad threshold discards all three.
 void ReadThresholds(const ReadValue& read, AppSettings& settings) {
     AppSettings candidate = settings;
     if (ReadGroup(read, AllRows(), LoadGroup::Thresholds, candidate) && ValidThresholds(candidate.thresholds)) {
@@ -66,20 +66,20 @@ void ReadThresholds(const ReadValue& read, AppSettings& settings) {
     }
 }
 
-// A program without any icon could not be reached: a file that hides all four hides none.
+// Without an icon the program could not be reached, so a file that hides all four hides none.
 void ReadShownIcons(const ReadValue& read, AppSettings& settings) {
     AppSettings candidate = settings;
     ReadGroup(read, AllRows(), LoadGroup::ShownIcons, candidate);
     if (std::ranges::count(candidate.show, true) > 0) settings = candidate;
 }
 
-// A window has its whole placement from the file or none of it.
+// A window takes its whole placement from the file or none of it.
 void ReadPlacement(const ReadValue& read, GraphKind kind, AppSettings& settings) {
     AppSettings candidate = settings;
     if (ReadGroup(read, WindowRows(kind), LoadGroup::Placement, candidate)) settings = candidate;
 }
 
-// As many names as there are interfaces, whatever the file has of them.
+// One name per interface, however many the file has.
 void ReadAliases(const ReadValue& read, AppSettings& settings) {
     if (settings.interfaces.empty()) return;
     ReadGroup(read, AllRows(), LoadGroup::Aliases, settings);

@@ -1,6 +1,6 @@
 #pragma once
-// What stands where in the settings file, and how a file of any age is forgiven: every key is judged alone, and a bad
-// value costs only that key's default. The file itself is behind two functions, so that these rules run anywhere.
+// The layout of the settings file, and tolerance for files of any age: each key is checked on its own, and a bad value
+// only falls back to that key's default. The file itself is behind two functions, so these rules run anywhere.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -10,12 +10,12 @@
 
 namespace kestrane {
 
-/// The value of a key, or the empty text when there is none.
+/// The value of a key, or empty text if there is none.
 using ReadValue = std::function<std::wstring(const wchar_t* section, const wchar_t* key)>;
-/// Replaces or appends one key and touches no other; false when it could not.
+/// Replaces or appends one key and touches no other; false on failure.
 using WriteValue = std::function<bool(const wchar_t* section, const wchar_t* key, const std::wstring& value)>;
 
-/// What the settings dialog remembers of itself, apart from AppSettings.
+/// What the settings dialog remembers about itself, apart from AppSettings.
 struct DialogState {
     bool has_position = false;
     std::int32_t x = 0;     // screen pixels, 0 without a position
@@ -25,18 +25,18 @@ struct DialogState {
     bool operator==(const DialogState&) const = default;
 };
 
-/// The defaults, and over them what is well-formed. Keys of older files fill in where those of today are absent.
+/// The defaults, overridden by every well-formed value. Keys of older files fill in for missing current ones.
 AppSettings ReadSettings(const ReadValue& read);
-/// A position needs both coordinates, each within -99999..99999; a tab is 0 to 4. What is not so stays 0.
+/// A position needs both coordinates, each within -99999..99999; a tab is 0 to 4. Anything else stays 0.
 DialogState ReadDialogState(const ReadValue& read);
 
-/// Attempts every key of the tab; true when all were written.
+/// Attempts every key of the tab; true if all were written.
 bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const WriteValue& write);
-/// Writes one key; true when it was written.
+/// Writes one key; true on success.
 bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write);
-/// Stops at the first graph whose keys were not all written; the later graphs are not attempted.
+/// Stops after the first graph with a failed key; later graphs are not attempted.
 bool WriteGraphWindows(const AppSettings& settings, const WriteValue& write);
-/// Writes the position and the tab, and no `has_position`: where there is a position, there are its keys.
+/// Writes the position and the tab. `has_position` has no key: the presence of x and y implies it.
 bool WriteDialogState(const DialogState& state, const WriteValue& write);
 
 }  // namespace kestrane

@@ -21,7 +21,7 @@ std::uint64_t HexDigitValue(wchar_t c) {
     return static_cast<std::uint64_t>((c | 0x20) - L'a') + 10;
 }
 
-/// `text` as a number if it is 1 to `maxDigits` hexadecimal digits and nothing else. 16 digits fill the result.
+/// `text` as a number if it is 1 to `maxDigits` (at most 16) hexadecimal digits and nothing else.
 std::optional<std::uint64_t> ParseHex(std::wstring_view text, std::size_t maxDigits) {
     if (text.empty() || text.size() > maxDigits || !std::all_of(text.begin(), text.end(), IsHexDigit)) return {};
     std::uint64_t value = 0;
@@ -46,13 +46,13 @@ std::optional<std::int32_t> ParseDigits(std::wstring_view text, std::size_t maxD
     return value;
 }
 
-/// The number that leads a text, and where it ends; an end of 0 means that none does.
+/// The number at the start of a text and where it ends; an end of 0 means there is none.
 struct LeadingInteger {
     std::int32_t value = 0;
     std::size_t end = 0;
 };
 
-// wcstol of this file's own, because its `long` and its idea of a blank differ between platforms.
+// A portable wcstol: its `long` and its notion of white space differ between platforms.
 LeadingInteger ScanInteger(std::wstring_view text) {
     constexpr std::int64_t Low = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t High = std::numeric_limits<std::int32_t>::max();
@@ -101,7 +101,7 @@ std::int32_t KnownOpacity(std::int32_t percent) {
     return OpacityChoices[OpacityIndex(percent)];
 }
 
-/// A strict integer, brought to a permitted value.
+/// A strict integer, normalised to a permitted value.
 template <auto Normalize>
 auto ParseNormalized(std::wstring_view text) {
     const std::optional<std::int32_t> value = ParseInteger(text);

@@ -1,6 +1,5 @@
 #pragma once
-// What is monitored, and the three numberings of it: metrics by the position of their icons, graphs in an order of
-// their own, and the ids under which the shell knows the icons.
+// The metrics and their three numberings: by icon position, by graph, and by the icon id that the shell knows.
 //
 //     metric     position   icon id   graph
 //     CPU        0          1         1
@@ -14,7 +13,7 @@
 
 namespace kestrane {
 
-/// A metric; the number is the position of its icon, and of its element in every array with one element a metric.
+/// A metric; its number is the position of its icon and its index in every per-metric array.
 enum class MetricKind : std::uint32_t { Cpu = 0, Disk = 1, Memory = 2, Network = 3 };
 inline constexpr std::array MetricKinds{MetricKind::Cpu, MetricKind::Disk, MetricKind::Memory, MetricKind::Network};
 inline constexpr std::size_t MetricCount = MetricKinds.size();
@@ -31,18 +30,18 @@ constexpr std::size_t IndexOf(GraphKind kind) {
     return static_cast<std::size_t>(kind);
 }
 
-/// The id of the notification icon of a metric, 1 to 4.
+/// The notification icon id of a metric, 1 to 4.
 constexpr std::uint32_t IconIdOf(MetricKind metric) {
     return static_cast<std::uint32_t>(metric) + 1;
 }
 
-/// The metric of an icon's id; none for an id that is not 1 to 4.
+/// The metric of an icon id; none for an id outside 1 to 4.
 constexpr std::optional<MetricKind> MetricOfIcon(std::uint32_t iconId) {
     if (iconId < 1 || iconId > MetricCount) return std::nullopt;
     return MetricKinds[iconId - 1];
 }
 
-/// The metric that a graph shows.
+/// The metric shown by a graph.
 constexpr MetricKind MetricOf(GraphKind graph) {
     constexpr std::array<MetricKind, GraphCount> Metrics{MetricKind::Network, MetricKind::Cpu, MetricKind::Disk};
     return Metrics[IndexOf(graph)];
@@ -56,18 +55,18 @@ constexpr std::optional<GraphKind> GraphOf(MetricKind metric) {
     return std::nullopt;
 }
 
-/// The graph of an icon's id; none for memory's and for one that is no icon of ours.
+/// The graph of an icon id; none for memory's and for unknown ids.
 constexpr std::optional<GraphKind> GraphOfIcon(std::uint32_t iconId) {
     const std::optional<MetricKind> metric = MetricOfIcon(iconId);
     return metric ? GraphOf(*metric) : std::nullopt;
 }
 
-/// The position of the icon that belongs to a graph, for `show`, `refresh_ms` and the like.
+/// The icon position of a graph, for indexing `show`, `refresh_ms` and the like.
 constexpr std::size_t IconPosition(GraphKind graph) {
     return IndexOf(MetricOf(graph));
 }
 
-// Arrays are indexed by these numbers, and the ids are counted from them.
+// Arrays are indexed by these numbers, and icon ids are derived from them.
 static_assert(IndexOf(MetricKind::Cpu) == 0 && IndexOf(MetricKind::Disk) == 1 && IndexOf(MetricKind::Memory) == 2 &&
               IndexOf(MetricKind::Network) == 3);
 static_assert(IndexOf(GraphKind::Network) == 0 && IndexOf(GraphKind::Cpu) == 1 && IndexOf(GraphKind::Disk) == 2);

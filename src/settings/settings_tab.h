@@ -1,14 +1,14 @@
 #pragma once
-// What the settings dialog does to one tab of the settings. Saving walks the same rows (setting_rows.h). The window
-// state of the graphs belongs to no tab, so nothing done to a tab ever moves an open graph.
+// Operations of the settings dialog on one tab. Saving walks the same rows (setting_rows.h). The graphs' window state
+// belongs to no tab, so these never move an open graph.
 #include "settings/app_settings.h"
 
 namespace kestrane {
 
-/// Gives `dest` the fields of `tab` in `source` and leaves all others.
+/// Copies the fields of `tab` from `source` to `dest` and leaves all others.
 void CopySettingsTab(AppSettings& dest, const AppSettings& source, SettingsTab tab);
 
-/// True when all fields of `tab` are equal. Lists compare in order: the same interfaces in another order are a change.
+/// True if all fields of `tab` are equal. Lists compare in order: reordered interfaces are a change.
 bool SettingsTabEqual(const AppSettings& a, const AppSettings& b, SettingsTab tab);
 
 }  // namespace kestrane

@@ -12,7 +12,7 @@ namespace {
 constexpr std::int64_t MemoryPage = 1;
 constexpr std::int64_t FirstDiskPage = 2;
 constexpr std::int64_t HighestDisk = 99;
-/// The tab that Task Manager opens on: the one that has these pages.
+/// The value of DefaultStartPage for the Performance tab, which holds these pages.
 constexpr std::int64_t PerformanceTab = 1;
 
 std::int64_t DiskNumber(std::wstring_view diskName) {
@@ -24,7 +24,7 @@ std::int64_t DiskNumber(std::wstring_view diskName) {
     return number;
 }
 
-/// Like find_first_not_of, but the text's end where all the rest are such characters.
+/// Like find_first_not_of, but returns the size of the text instead of npos.
 std::size_t SkipAll(std::string_view text, std::string_view characters, std::size_t start) {
     return std::min(text.find_first_not_of(characters, start), text.size());
 }

@@ -36,14 +36,14 @@ UniqueStream OpenStream(const std::wstring& path, const wchar_t* mode) {
     return UniqueStream(stream);
 }
 
-/// Where Task Manager keeps its settings; empty when the system has no folder for them.
+/// Task Manager's settings folder; empty if the system has no local application data folder.
 std::wstring SettingsFolder() {
     const std::wstring folder = KnownFolder(FOLDERID_LocalAppData);
     return folder.empty() ? folder : JoinPath(folder, {L"Microsoft\\Windows\\TaskManager"});
 }
 
-/// All bytes of the file; none of a file that does not open. Nothing when reading it broke off, for then what was read
-/// must not replace it.
+/// All bytes of the file; none if it cannot be opened. Nullopt if reading failed midway: a partial copy must not
+/// replace the file.
 std::optional<std::string> ReadBytes(const std::wstring& path) {
     std::string bytes;
     const UniqueStream file = OpenStream(path, L"rb");
@@ -76,7 +76,7 @@ void ChooseStartPage(const std::wstring& folder, std::int64_t page) {
 
 void OpenTaskManager(std::int64_t page) {
     const std::wstring folder = SettingsFolder();
-    // A running one has its settings in memory and writes them at its end.
+    // A running instance keeps its settings in memory and writes them when it exits.
     if (!folder.empty() && !IsProcessRunning(L"Taskmgr.exe")) ChooseStartPage(folder, page);
     ShellExecuteW(nullptr, L"open", L"taskmgr.exe", nullptr, nullptr, SW_SHOWNORMAL);
 }

@@ -1,14 +1,14 @@
 #pragma once
-// Opens the system's Task Manager on one of its performance pages, by way of its own settings file.
+// Opens Task Manager on one of its performance pages, through its own settings file.
 #include <cstdint>
 
 namespace kestrane {
 
-/// Opens Task Manager on this page (see StartPage). One that already runs comes to the front as it is, with its file
-/// left alone; one whose settings cannot be written opens on its remembered page. Never fails visibly.
+/// Opens Task Manager on this page (see StartPage). A running instance comes to the front as it is and its file is left
+/// alone; if its settings cannot be written, it opens on its last page. Failures are not reported to the user.
 void OpenTaskManager(std::int64_t page);
 
-/// Whether a program of this file name runs, in capitals or not. False when the system does not tell.
+/// Whether a process with this file name is running, ignoring case. False if the system cannot tell.
 bool IsProcessRunning(const wchar_t* exeName);
 
 }  // namespace kestrane

@@ -13,7 +13,7 @@ constexpr std::uint32_t NewDataStatus = 1;  // PDH_CSTATUS_NEW_DATA; 0 is PDH_CS
 
 constexpr std::size_t CharacterBytes = 2;  // UTF-16
 
-/// The text at `offset`, up to its zero and never beyond the buffer; none if that is no place for a character.
+/// The text at `offset`, up to its terminator or the end of the buffer; none if the offset is out of range or odd.
 std::optional<std::wstring> TextAt(ByteSpan answer, std::uint64_t offset) {
     if (offset >= answer.size() || offset % CharacterBytes != 0) return std::nullopt;
     std::wstring text;

@@ -8,13 +8,13 @@
 namespace kestrane {
 namespace {
 
-/// The decimal number that `digits` consists of, or -1 when it is empty, holds anything else or is `limit` or more.
+/// `digits` as a decimal number; -1 if it is empty, contains anything else, or is `limit` or more.
 std::int32_t ParseBelow(std::wstring_view digits, std::int32_t limit) {
     if (digits.empty()) return -1;
     std::int32_t number = 0;
     for (const wchar_t c : digits) {
         if (!IsDigit(c)) return -1;
-        // Held at the limit, so that no row of digits overflows.
+        // Clamped to the limit, so that no number of digits overflows.
         number = std::min(number * 10 + static_cast<std::int32_t>(c - L'0'), limit);
     }
     return number < limit ? number : -1;
@@ -36,7 +36,7 @@ std::int32_t BusyPercent(std::uint64_t idleDelta, std::uint64_t totalDelta) {
 }
 
 std::int32_t RoundPercent(double value) {
-    // Written so that not-a-number, which compares false with everything, ends here.
+    // Written so that NaN, which compares false with everything, returns here.
     if (!(value > 0)) return 0;
     const double raised = std::min(value, 100.0) + 0.5;
     return static_cast<std::int32_t>(raised);

@@ -15,7 +15,7 @@ std::uint64_t TimeValue(const FILETIME& time) {
     return (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
 }
 
-/// One collection serves both counters. False when there is no usable machine figure.
+/// One collection serves both counters. False if there is no usable total.
 bool ReadTotalCounter(const PdhCounters& counters, std::int32_t& percent) {
     if (!counters.cpuQuery || PdhCollectQueryData(counters.cpuQuery.Get()) != ERROR_SUCCESS) return false;
     PDH_FMT_COUNTERVALUE value{};

@@ -16,7 +16,7 @@ constexpr std::int32_t GreatestDiskNumber = 9999;
 /// Keeps sums and products of figures finite.
 constexpr double GreatestFigure = 1e300;
 
-/// A figure that can be reckoned with: not negative, not infinite, and 0 for not-a-number.
+/// The figure made safe for arithmetic: not negative, not infinite, and 0 for NaN.
 double RaisedToZero(double value) {
     return value > 0 ? std::min(value, GreatestFigure) : 0;
 }
@@ -26,14 +26,14 @@ double ValueNamed(const std::vector<CounterValue>& values, const std::wstring& n
     return found != values.end() ? found->value : 0;
 }
 
-/// `Number` is compared by value, whatever the sign of the list's type.
+/// Compares by value, whether or not `Number` is signed.
 template <typename Number>
 bool Passes(const std::vector<Number>& list, std::int32_t number) {
     const auto same = [number](Number element) { return std::cmp_equal(element, number); };
     return list.empty() || std::ranges::any_of(list, same);
 }
 
-/// Takes the share and the name if the share is greater, or if there is no name yet.
+/// Takes the share and the name if the share is greater or there is no name yet.
 void TakeBusier(std::int32_t share, const std::wstring& name, std::int32_t& greatest, std::wstring& busiest) {
     if (share <= greatest && !busiest.empty()) return;
     greatest = share;
@@ -58,7 +58,7 @@ std::vector<DiskInstance> BuildDiskInstances(const DiskReadings& readings) {
 
 BusySplit SplitBusyTime(const DiskInstance& instance) {
     const double busy = 100 - std::clamp(instance.idlePercent, 0.0, 100.0);
-    if (!(busy > 0)) return {};  // not-a-number too
+    if (!(busy > 0)) return {};  // or NaN
     const double read = RaisedToZero(instance.readTime);
     const double write = RaisedToZero(instance.writeTime);
     const double sum = read + write;

@@ -7,7 +7,7 @@
 namespace kestrane {
 namespace {
 
-/// False when a counter of time cannot be read.
+/// False if a time counter cannot be read.
 bool ReadDisks(const PdhCounters& counters, DiskReadings& readings) {
     if (!ReadCounterArray(counters.diskIdleCounter, readings.idle) ||
         !ReadCounterArray(counters.diskReadTimeCounter, readings.readTime) ||

@@ -1,6 +1,5 @@
 #pragma once
-// What the samplers write and everything else only reads: the latest figures of processor, disks, memory
-// and network.
+// The latest CPU, disk, memory and network figures, written by the samplers and only read by everything else.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -19,8 +18,8 @@ struct DiskSample {
     std::wstring name;              // instance name, such as "0 C:"
     double readBytes = 0;           // bytes per second, never negative
     double writeBytes = 0;          // bytes per second, never negative
-    std::int32_t readPercent = 0;   // share of the busy time spent reading, 0 to 100
-    std::int32_t writePercent = 0;  // share of the busy time spent writing, 0 to 100
+    std::int32_t readPercent = 0;   // percent of elapsed time spent reading, 0 to 100
+    std::int32_t writePercent = 0;  // percent of elapsed time spent writing, 0 to 100
 };
 
 /// The figures of the disks that the user has chosen.
@@ -29,20 +28,20 @@ struct DiskTotals {
     double writeBytes = 0;          // bytes per second, sum
     std::int32_t readPercent = 0;   // greatest of them
     std::int32_t writePercent = 0;  // greatest of them
-    std::int32_t diskCount = 0;     // how many disks these figures cover
+    std::int32_t diskCount = 0;     // number of disks in these figures
 };
 
-/// The latest reading of processor, disks and memory. The disk percentages are those of the busiest disk in the
-/// machine, whatever the user has chosen.
+/// The latest CPU, disk and memory reading. The disk percentages are those of the busiest disk in the machine, whatever
+/// the user has chosen.
 struct MetricSample {
     std::int32_t cpuPercent = 0;            // 0 to 100
     std::vector<std::int32_t> corePercent;  // 0 to 100, by logical number: group * 64 + number; gaps stay 0
-    bool diskValid = false;                 // there is a disk, and its counters could be read
+    bool diskValid = false;                 // there is a disk and its counters could be read
     std::int32_t diskReadPercent = 0;       // 0 to 100
     std::int32_t diskWritePercent = 0;      // 0 to 100
     std::wstring busiestReadDisk;           // instance names, such as "0 C:"; empty without a disk
     std::wstring busiestWriteDisk;
-    std::uint32_t diskInstanceCount = 0;  // disks of the machine, those without a number too
+    std::uint32_t diskInstanceCount = 0;  // all disks of the machine, even those without a number
     std::vector<DiskSample> disks;        // those with a number; empty when the last reading failed
     std::uint32_t memoryPercent = 0;      // 0 to 100
     std::uint64_t memoryTotalBytes = 0;
@@ -51,11 +50,11 @@ struct MetricSample {
 
 /// The latest network reading, as the tooltip, the icon and the graph use it.
 struct NetSample {
-    bool hasRates = false;   // the two rates below are real
+    bool hasRates = false;   // the two rates below are valid
     bool connected = false;  // a chosen interface exists and is up
     std::uint64_t downBitsPerSec = 0;
     std::uint64_t upBitsPerSec = 0;
-    std::wstring label;  // what the tooltip calls the connection; may be empty
+    std::wstring label;  // the connection's name in the tooltip; may be empty
 };
 
 }  // namespace kestrane

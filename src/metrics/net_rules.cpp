@@ -28,7 +28,7 @@ NetView SelectAllConnections(const std::vector<NetRow>& rows) {
     return view;
 }
 
-/// Null when there is none. The key changes when an adapter is installed anew, and its name stays.
+/// Null if there is none. Reinstalling an adapter changes its key but keeps its name.
 const NetRow* FindRow(const std::vector<NetRow>& rows, std::uint64_t key, const std::wstring& name) {
     const auto byKey = std::ranges::find(rows, key, &NetRow::key);
     if (byKey != rows.end()) return &*byKey;
@@ -38,7 +38,7 @@ const NetRow* FindRow(const std::vector<NetRow>& rows, std::uint64_t key, const 
     return byName != rows.end() ? &*byName : nullptr;
 }
 
-/// Takes one chosen interface into the view; `row` is null when it does not exist.
+/// Adds one chosen interface to the view; `row` is null if it does not exist.
 void TakeChosen(const NetRow* row, const std::wstring& name, NetView& view) {
     if (!view.label.empty()) view.label += L", ";
     view.label += row != nullptr ? row->alias : name;

@@ -59,11 +59,11 @@ std::vector<AdapterAddress> AddressesOf(const IP_ADAPTER_ADDRESSES* adapters) {
     return addresses;
 }
 
-/// False when the system does not answer, or wants a larger buffer each time.
+/// False if the call fails or asks for a larger buffer every time.
 bool ReadAddresses(std::vector<AdapterAddress>& addresses) {
     ULONG bytes = FirstAddressBytes;
     for (int call = 0; call < AddressCalls; ++call) {
-        const std::size_t count = bytes / sizeof(IP_ADAPTER_ADDRESSES) + 1;  // at least as many bytes as told
+        const std::size_t count = bytes / sizeof(IP_ADAPTER_ADDRESSES) + 1;  // at least the bytes asked for
         const auto buffer = std::make_unique<IP_ADAPTER_ADDRESSES[]>(count);
         const ULONG error = GetAdaptersAddresses(AF_INET, AddressFlags, nullptr, buffer.get(), &bytes);
         if (error == ERROR_SUCCESS) addresses = AddressesOf(buffer.get());
@@ -76,7 +76,7 @@ bool ReadAddresses(std::vector<AdapterAddress>& addresses) {
 
 NetSample SampleNetwork(NetSampler& sampler, const std::vector<std::uint64_t>& interfaces,
                         const std::vector<std::wstring>& aliases) {
-    const std::uint64_t now = GetTickCount64();  // before the work, whose length varies
+    const std::uint64_t now = GetTickCount64();  // before the work, which takes a varying time
     if (AreAddressesDue(sampler, now)) RefreshAdapterAddresses(sampler);
     const NetView view = SelectInterfaces(ReadInterfaceRows(sampler), interfaces, aliases);
     return AdvanceNetSampler(sampler, view, interfaces, now);

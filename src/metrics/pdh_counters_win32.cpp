@@ -14,7 +14,7 @@
 namespace kestrane {
 namespace {
 
-// The English names, because the machine's language must not matter.
+// English names, so that the system's language does not matter.
 constexpr const wchar_t* CpuTotalPath = L"\\Processor Information(_Total)\\% Processor Utility";
 constexpr const wchar_t* CpuCorePath = L"\\Processor Information(*)\\% Processor Utility";
 
@@ -40,7 +40,7 @@ UniqueQuery OpenQuery() {
     return UniqueQuery(query);
 }
 
-/// Null when the counter cannot be added.
+/// Null if the counter cannot be added.
 PDH_HCOUNTER AddCounter(const UniqueQuery& query, const wchar_t* path) {
     PDH_HCOUNTER counter = nullptr;
     return PdhAddEnglishCounterW(query.Get(), path, 0, &counter) == ERROR_SUCCESS ? counter : nullptr;

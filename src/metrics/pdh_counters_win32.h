@@ -1,6 +1,6 @@
 #pragma once
 // The performance counters of processors and disks: two queries, opened once and read on every tick. A counter that
-// cannot be added stays missing until the program is started again.
+// cannot be added stays missing until the program restarts.
 #include <windows.h>
 
 #include <pdh.h>
@@ -13,7 +13,7 @@
 
 namespace kestrane {
 
-/// Values are read as double and without the counter's own cap at 100.
+/// Values are doubles, without PDH's cap at 100.
 inline constexpr DWORD CounterFormat = PDH_FMT_DOUBLE | PDH_FMT_NOCAP100;
 
 struct QueryTraits {
@@ -21,13 +21,13 @@ struct QueryTraits {
     static constexpr Handle None() { return nullptr; }
     static void Close(Handle query) { PdhCloseQuery(query); }
 };
-/// A query, which takes its counters with it.
+/// A query; closing it also removes its counters.
 using UniqueQuery = Owned<QueryTraits>;
 
-/// What the processor and disk samplers keep between ticks.
+/// The state of the CPU and disk samplers between ticks.
 struct PdhCounters {
     CpuTimes cpuTimes;                       // of the last GetSystemTimes reading
-    bool diskPrimed = false;                 // a disk sample has been taken before
+    bool diskPrimed = false;                 // a disk sample has been taken
     UniqueQuery cpuQuery;                    // none: no processor counters
     PDH_HCOUNTER cpuTotalCounter = nullptr;  // the whole machine
     PDH_HCOUNTER cpuCoreCounter = nullptr;   // wildcard; null: no figures per processor
@@ -40,11 +40,12 @@ struct PdhCounters {
     bool diskReady = false;  // all five disk counters were added
 };
 
-/// Opens both queries and takes their first collection. What cannot be opened stays empty and is sampled without.
+/// Opens both queries and makes their first collection. Whatever cannot be opened stays empty, and sampling does
+/// without it.
 void OpenPdhCounters(PdhCounters& counters);
 
-/// Reads all instances of a wildcard counter, in the order given, leaving out those whose status is bad. False when
-/// the counter cannot be read; `values` is then as it was. A readable counter without instances gives an empty vector.
+/// Reads all instances of a wildcard counter in PDH's order, without those of bad status. False if the counter cannot
+/// be read; `values` is then unchanged. A readable counter without instances gives an empty vector.
 bool ReadCounterArray(PDH_HCOUNTER counter, std::vector<CounterValue>& values);
 
 }  // namespace kestrane

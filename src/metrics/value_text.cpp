@@ -9,10 +9,10 @@
 namespace kestrane {
 namespace {
 
-// From here on a figure with one decimal would read 1000.0, so the next unit takes over.
+// From here a figure with one decimal would read 1000.0, so use the next unit.
 constexpr double NextUnitFrom = 999.95;
 
-/// `text` holds a point.
+/// `text` contains a point.
 std::wstring ReplacePoint(std::wstring text, const std::wstring& separator) {
     text.replace(text.find(L'.'), 1, separator);
     return text;
@@ -25,7 +25,7 @@ std::wstring FormatBitRateWithPoint(std::uint64_t bitsPerSec) {
     return FormatFixed(bits / 1e9, 2) + L" Gbps";
 }
 
-// One decimal if it is not zero, but only below ten; `value` is not negative.
+// One decimal below ten, unless it is zero; `value` is not negative.
 std::wstring FormatShort(double value, wchar_t decimal) {
     if (value >= 9.95) return FormatFixed(RoundHalfAway(value), 0);
     const auto tenths = static_cast<unsigned>(RoundHalfAway(value * 10));

@@ -9,7 +9,7 @@
 namespace kestrane {
 namespace {
 
-// Never empty: a point stands in for what the system does not give.
+// Never empty: falls back to a point.
 std::wstring ReadDecimalSeparator() {
     std::array<wchar_t, 4> buffer{};  // the longest separator that Windows allows is three characters
     const int size = static_cast<int>(buffer.size());

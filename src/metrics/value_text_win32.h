@@ -1,6 +1,6 @@
 #pragma once
-// The values whose decimal separator is the one of the user's regional settings. Every call asks the system anew, so a
-// change there shows at the next refresh.
+// Values that use the decimal separator of the user's regional settings. Every call queries it, so a change shows at
+// the next refresh.
 #include <cstdint>
 #include <string>
 
@@ -8,13 +8,13 @@
 
 namespace kestrane {
 
-/// The first character of the user's decimal separator; a point if the system gives none.
+/// The first character of the user's decimal separator; a point if the query fails.
 wchar_t DecimalSeparatorChar();
 
-/// FormatGigabytesWith the whole of the user's decimal separator, which may be longer than one character.
+/// FormatGigabytesWith the user's whole decimal separator, which may be longer than one character.
 std::wstring FormatGigabytes(std::uint64_t bytes);
 
-/// MemoryTooltipTextWith the whole of the user's decimal separator.
+/// MemoryTooltipTextWith the user's whole decimal separator.
 std::wstring MemoryTooltipText(const MetricSample& sample);
 
 }  // namespace kestrane

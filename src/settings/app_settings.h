@@ -82,11 +82,10 @@ struct GraphSettings {
 struct AppSettings {
     std::array<ColorValue, ColorCount> colors{};
     std::array<std::int32_t, 3> thresholds{};  // memory percentages at which the memory icon changes level
-    std::array<bool, MetricCount> show{true, true, true, true};  // by MetricKind
-    std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500,
-                                                      1500};         // by MetricKind; each one of RefreshChoices
+    std::array<bool, MetricCount> show{true, true, true, true};                 // by MetricKind
+    std::array<std::uint32_t, MetricCount> refresh_ms{1500, 1500, 1500, 1500};  // by MetricKind, from RefreshChoices
     std::wstring font_name = L"Segoe UI Variable Display Semibold";  // for the memory icon's digits, 1 to 31 characters
-    std::int32_t font_size = 13;  // pixels on a 16-pixel icon, one of FontSizeChoices
+    std::int32_t font_size = 13;                                     // pixels at icon size 16, one of FontSizeChoices
     bool font_bold = false;
     bool bar = true;  // the memory icon draws its level bar
     bool check_updates = true;

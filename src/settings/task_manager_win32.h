@@ -5,7 +5,7 @@
 namespace kestrane {
 
 /// Opens Task Manager on this page (see StartPage). A running instance comes to the front as it is and its file is left
-/// alone; if its settings cannot be written, it opens on its last page. Failures are not reported to the user.
+/// alone; if the file cannot be written, Task Manager opens on its last page. Failures are not reported to the user.
 void OpenTaskManager(std::int64_t page);
 
 /// Whether a process with this file name is running, ignoring case. False if the system cannot tell.

@@ -8,7 +8,7 @@
 namespace kestrane {
 namespace {
 
-/// The entry of the disk, moved out of `former`, or a new one.
+/// The disk's entry, moved out of `former`, or a new one.
 DiskHistory TakeHistory(std::vector<DiskHistory>& former, std::int32_t number) {
     const auto found = std::find_if(former.begin(), former.end(),
                                     [number](const DiskHistory& entry) { return entry.number == number; });

@@ -1,8 +1,8 @@
 #pragma once
-// What remembers past samples: a fixed ring of bare numbers. A point has no time stamp and no validity flag; time is
-// only the position, counted as an age from the newest point.
+// A fixed-size ring buffer of past samples. A point has no time stamp or validity flag, only a position: its age,
+// counted from the newest point.
 //
-//     data: [ 5 | 6 | 3 | 4 ]      head 2, count 4: the next value goes over the 3, the oldest
+//     data: [ 5 | 6 | 3 | 4 ]      head 2, count 4: the next value overwrites the 3, the oldest
 //                   ^ head         age 0 is 6, age 1 is 5, age 2 is 4, age 3 is 3
 #include <algorithm>
 #include <cstddef>
@@ -12,22 +12,22 @@
 
 namespace kestrane {
 
-/// Points of each machine-wide series and of each disk.
+/// Points per machine-wide series and per disk.
 inline constexpr std::uint64_t SeriesCapacity = 4096;
-/// Points of each logical processor: deliberately a quarter of the machine-wide series.
+/// Points per logical processor: deliberately a quarter of a machine-wide series.
 inline constexpr std::uint64_t CoreSeriesCapacity = 1024;
 
 template <typename T>
 struct MetricRing {
     std::vector<T> data;      // its size is the capacity, always at least 1
     std::uint64_t head = 0;   // where the next value goes
-    std::uint64_t count = 0;  // how many values are valid, at most the capacity
+    std::uint64_t count = 0;  // number of valid values, at most the capacity
 
-    /// An empty ring; a capacity of 0 is taken as 1.
+    /// An empty ring; a capacity of 0 counts as 1.
     explicit MetricRing(std::uint64_t capacity = 1) : data(std::max<std::uint64_t>(capacity, 1)) {}
 };
 
-/// Adds the newest value; a full ring loses its oldest. Constant time, no allocation.
+/// Adds a value; a full ring loses its oldest. Constant time, no allocation.
 template <typename T>
 void PushSample(MetricRing<T>& ring, T value) {
     const std::uint64_t capacity = ring.data.size();
@@ -61,7 +61,7 @@ std::vector<T> NewestSamples(const MetricRing<T>& ring, std::uint64_t n) {
     return values;
 }
 
-/// Gives the ring another capacity (0 is taken as 1) and keeps as many of the newest values as fit.
+/// Changes the ring's capacity (0 counts as 1) and keeps the newest values that fit.
 template <typename T>
 void ResizeKeepNewest(MetricRing<T>& ring, std::uint64_t capacity) {
     MetricRing<T> resized(capacity);

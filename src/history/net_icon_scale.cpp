@@ -5,7 +5,7 @@
 namespace kestrane {
 namespace {
 
-/// The two highest values of those it was shown, without keeping or sorting the rest.
+/// The two highest of the values seen, without storing or sorting the rest.
 struct TopTwo {
     std::uint64_t highest = 0;
     std::uint64_t second = 0;

@@ -1,5 +1,5 @@
 #pragma once
-// What a graph is given to read: references to rings that live elsewhere, and the time between two points.
+// The data of a graph: references to rings that live elsewhere, and the sampling period.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -11,12 +11,12 @@ namespace kestrane {
 /// The history of one physical disk, in bytes per second.
 struct DiskHistory {
     std::int32_t number = 0;
-    std::wstring label;  // of the latest sample
+    std::wstring label;  // from the latest sample
     MetricRing<double> read{SeriesCapacity};
     MetricRing<double> write{SeriesCapacity};
 };
 
-/// One series: the counter ring if there is one, else the value ring. Both null is a series without points.
+/// One series: the counter ring if set, else the value ring. With neither it has no points.
 struct SeriesRef {
     const MetricRing<std::uint64_t>* counterRing = nullptr;
     const MetricRing<double>* valueRing = nullptr;
@@ -25,7 +25,7 @@ struct SeriesRef {
 struct GraphSeries {
     SeriesRef primary;
     SeriesRef secondary;
-    SeriesRef activityRead;  // the disk graph in activity mode
+    SeriesRef activityRead;  // shown by the disk graph in activity mode
     SeriesRef activityWrite;
     const std::vector<MetricRing<double>>* cores = nullptr;  // one ring per logical number
     const std::vector<std::uint8_t>* coreClasses = nullptr;  // processor classes by logical number

@@ -39,7 +39,7 @@ std::vector<double> BoxSmooth(const std::vector<double>& values, std::int32_t le
 }
 
 std::vector<double> SmoothedWindow(const SeriesRef& ref, std::size_t n, std::int32_t level) {
-    // The extra points lie before the window, so that its left edge is smoothed with real older data.
+    // The extra points are older than the window, so that its left edge is smoothed with real data.
     const std::size_t extra = HalfWidth(level);
     std::vector<double> values(n + extra);
     for (std::size_t i = 0; i < values.size(); ++i)

@@ -16,7 +16,7 @@ constexpr double MinCellWidth = 12;
 constexpr double MinCellHeight = 8;
 constexpr double ScoreTolerance = 1e-9;
 
-/// A number of rows and how its cells look; a score of 1 is the wanted ratio, and higher is worse.
+/// A row count and the shape of its cells; a score of 1 is the wanted ratio, higher is worse.
 struct RowChoice {
     std::int32_t rows;
     double score;
@@ -37,7 +37,7 @@ bool IsBetter(const RowChoice& choice, const RowChoice& best) {
     return std::abs(choice.score - best.score) <= ScoreTolerance && choice.area > best.area;
 }
 
-/// One part of a series of edges: from its own position to a gap before the next one's, the last one to `length`.
+/// One part of a sequence of edges: from its own position to a gap before the next part, the last one to `length`.
 struct Span {
     std::int32_t start;
     std::int32_t length;

@@ -1,6 +1,6 @@
 #pragma once
-// The grid of the per-core view: one cell per logical processor, in as many rows as bring the cells nearest to the
-// shape of a small graph. Rows with fewer cells come last, and their cells are wider:
+// The grid of the per-core view: one cell per logical processor, in the number of rows that brings the cells closest to
+// the shape of a small graph. Rows with fewer cells come last, and their cells are wider:
 //
 //     [0][1][2][3]
 //     [4 ][5 ][6 ]
@@ -19,20 +19,21 @@ struct GridCell {
     bool operator==(const GridCell&) const = default;
 };
 
-/// One cell per processor, row by row; empty for a `count` below 1. A cell is at least 1 by 1, however small the grid.
+/// One cell per processor, row by row; empty if `count` is below 1. A cell is at least 1 by 1, however small the grid.
 std::vector<GridCell> ComputeCoreGrid(std::int32_t count, std::int32_t width, std::int32_t height, std::int32_t gap);
 
-/// The number of rows whose cells come nearest to 1.8 times as wide as high; 1 if all cells would be too small.
+/// The number of rows whose cells are closest to 1.8 times as wide as high; 1 if all cells would be too small.
 std::int32_t ChooseGridRows(std::int32_t count, std::int32_t width, std::int32_t height, std::int32_t gap);
 
-/// How many cells each row has. `rows` is held within 1 and `count`; empty for a `count` below 1.
+/// The number of cells in each row. `rows` is clamped to 1..`count`; empty if `count` is below 1.
 std::vector<std::int32_t> SplitIntoRows(std::int32_t count, std::int32_t rows);
 
-/// Where each of `parts` parts of `length` begins, with `gap` between them, and one more for the end of the series,
-/// which lies one gap behind the last part. Empty for a negative `parts`.
+/// The start of each of `parts` parts of `length` with `gap` between them, plus the end of the sequence, one gap after
+/// the last part. Empty if `parts` is negative.
 std::vector<std::int32_t> EdgePositions(std::int32_t length, std::int32_t parts, std::int32_t gap);
 
-/// The index of the first cell that holds the point, left and top inclusive, right and bottom exclusive; -1 for none.
+/// The index of the first cell that contains the point, left and top inclusive, right and bottom exclusive; -1 for
+/// none.
 std::int32_t CellAtPoint(const std::vector<GridCell>& cells, std::int32_t x, std::int32_t y);
 
 }  // namespace kestrane

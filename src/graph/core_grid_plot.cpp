@@ -17,11 +17,11 @@ struct CorePlot {
     const MetricRing<double>* ring = nullptr;
     bool isPerformance = true;
     ColorValue color = 0;
-    Rect cell;                          // with its border, one pixel wide
-    Rect plot;                          // within the border; `bottom` is the row that a value of 0 stands on
+    Rect cell;                          // including its one-pixel border
+    Rect plot;                          // inside the border; `bottom` is the row below the bars
     std::int32_t plotHeight = 0;        // of a value of 100
-    std::vector<double> raw;            // one value a column, zeros where there is no history
-    std::vector<std::int32_t> heights;  // the same as they are drawn, in pixels
+    std::vector<double> raw;            // one value per column, zero where there is no history
+    std::vector<std::int32_t> heights;  // the drawn heights in pixels, smoothed
 };
 
 void PlaceCell(CorePlot& plot, const GridCell& cell, const Point& origin) {
@@ -38,7 +38,7 @@ void ReadCell(CorePlot& plot, std::int32_t smoothing) {
         plot.heights.push_back(ValueToHeight(value, FullScale, plot.plotHeight));
 }
 
-/// The first of the columns that have a point.
+/// The first column that has a point.
 std::size_t FirstVisible(const CorePlot& plot) {
     const std::size_t columns = plot.raw.size();
     return columns - static_cast<std::size_t>(std::min<std::uint64_t>(plot.ring->count, columns));
@@ -100,7 +100,7 @@ std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::
     return HoverReadout{x, plot.plot.top, plot.plot.bottom, {{y, plot.color}}, y, lines};
 }
 
-/// Draws one cell and adds what it gives to the drawing.
+/// Draws one cell and adds its maximum and line to the drawing.
 void DrawCore(const PixelBuffer& buffer, const CorePlot& plot, const GraphView& view, CoreGridDrawing& drawing) {
     drawing.coreMax = RaiseToVisible(drawing.coreMax, plot);
     if (view.lines) {
@@ -111,7 +111,7 @@ void DrawCore(const PixelBuffer& buffer, const CorePlot& plot, const GraphView& 
     }
 }
 
-/// The rectangle of the whole grid: right of the frame's left end, under the margin, and a gap above the baseline.
+/// The rectangle of the whole grid: from frame left to frame right, below the margin and a gap above the baseline.
 Rect GridArea(const PlotLayout& layout, std::int32_t margin, std::int32_t gap) {
     return {layout.frameLeft, margin + 1, layout.frameRight, layout.plotBottom - gap};
 }

@@ -1,6 +1,6 @@
 #pragma once
 // The pixels of the per-core view: one small plot per logical processor on a fixed scale of 0 to 100, without axes or
-// labels. The colour tells the processor's class.
+// labels. The colour shows the processor's class.
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -13,12 +13,12 @@
 namespace kestrane {
 
 struct CoreGridDrawing {
-    std::vector<PlotLine> polylines;  // one a cell in the line style
-    double coreMax = 0;               // the greatest raw percentage that is shown, of all processors
+    std::vector<PlotLine> polylines;  // one per cell in line style
+    double coreMax = 0;               // the greatest visible raw percentage of all processors
     std::optional<HoverReadout> readout;
 };
 
-/// Draws cells, baseline and frame over a buffer that holds the background. `view.perCore` must be set; `gap` is the
+/// Draws cells, baseline and frame over a buffer filled with the background. `view.perCore` must be set; `gap` is the
 /// distance between cells.
 CoreGridDrawing DrawCoreGrid(const PixelBuffer& buffer, const GraphView& view, const AppSettings& settings,
                              const GraphSeries& series, const PlotFrame& frame, std::int32_t gap,

@@ -1,6 +1,6 @@
 #pragma once
-// The off-screen surface of one paint: a memory context with a 32-bit picture selected, whose pixels can be written
-// directly. Direct writes and GDI drawing must not overlap: GdiFlush stands between them.
+// The off-screen surface of one paint: a memory DC with a 32-bit DIB selected, whose pixels can be written directly.
+// Call GdiFlush between GDI drawing and direct access.
 #include <windows.h>
 
 #include <cstdint>
@@ -13,8 +13,7 @@ namespace kestrane {
 
 class GraphBitmap {
   public:
-    /// `target` is what the picture is meant for. False afterwards if the system refused any part of it, or if there
-    /// are no pixels to hold.
+    /// Compatible with `target`. Converts to false if creation failed or the size is empty.
     GraphBitmap(HDC target, std::int32_t width, std::int32_t height);
     GraphBitmap(const GraphBitmap&) = delete;
     GraphBitmap& operator=(const GraphBitmap&) = delete;

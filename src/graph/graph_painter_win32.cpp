@@ -16,7 +16,7 @@
 namespace kestrane {
 namespace {
 
-/// What every step of one paint needs to know.
+/// The context of one paint, shared by its steps.
 struct Paint {
     const PixelBuffer& pixels;
     const GraphView& view;
@@ -39,7 +39,7 @@ void DrawPolyline(HDC dc, const PlotLine& line, std::int32_t width) {
     Polyline(dc, points.data(), static_cast<int>(points.size()));
 }
 
-/// The flushes keep GDI's drawing apart from the pixels written before and after it.
+/// The flushes separate GDI's drawing from the pixels written directly before and after it.
 void DrawPolylines(const Paint& paint, const std::vector<PlotLine>& polylines) {
     const std::int32_t width = std::max(1, ScaleForDpi(1, paint.dpi));
     GdiFlush();

@@ -1,6 +1,6 @@
 #pragma once
-// One whole graph into a device context. Nothing is kept between paints: scale, layout and texts come from the rings
-// and the settings of this moment.
+// Paints a whole graph into a device context. Nothing is cached between paints: scale, layout and texts are computed
+// from the current rings and settings.
 #include <windows.h>
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace kestrane {
 
-/// Fills `width` by `height` pixels of `hdc` from its point 0,0. `dpi` is the scale of the window. If the off-screen
-/// picture cannot be made, the target keeps what it shows.
+/// Fills `width` by `height` pixels of `hdc` from 0,0. `dpi` is that of the window. If the off-screen bitmap cannot be
+/// created, the target is left as it is.
 void PaintGraph(HDC hdc, std::int32_t width, std::int32_t height, GraphKind kind, const AppSettings& settings,
                 const GraphSeries& series, std::uint32_t dpi, const HoverState& hover);
 

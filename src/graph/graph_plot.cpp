@@ -7,7 +7,7 @@
 namespace kestrane {
 namespace {
 
-/// A series of the plot with what stands for it: the values that are drawn, and the colour.
+/// A series as drawn: its values and colour.
 struct Curve {
     const std::vector<double>& values;
     ColorValue color;
@@ -33,8 +33,8 @@ void DrawBar(const PixelBuffer& buffer, std::int32_t x, std::int32_t bottom, std
     FillPixels(buffer, {x, bottom - height, x + 1, bottom}, color);
 }
 
-/// Two bars at one column. What both cover is the colour of both on the network graph, and that of the shorter bar,
-/// which stands in front, on the disk graph: the second's if they are equal.
+/// Two bars in one column. The part that both cover has the `both` colour on the network graph; on the disk graph it
+/// has that of the shorter bar, which is in front, or of the second if they are equal.
 void DrawBarPair(const PixelBuffer& buffer, const GraphView& view, std::int32_t x, std::int32_t bottom,
                  std::int32_t firstHeight, std::int32_t secondHeight) {
     const bool firstIsTall = firstHeight >= secondHeight;
@@ -45,10 +45,10 @@ void DrawBarPair(const PixelBuffer& buffer, const GraphView& view, std::int32_t 
             view.kind == GraphKind::Network ? view.bothColor : shortColor);
 }
 
-/// Of each column, so that they are reckoned once and not once a band.
+/// The bar heights per column, computed once rather than once per band.
 struct ColumnHeights {
     std::vector<std::int32_t> first;
-    std::vector<std::int32_t> second;  // none without a second series
+    std::vector<std::int32_t> second;  // empty without a second series
 };
 
 std::vector<std::int32_t> HeightsOf(const std::vector<double>& values, const PlotScale& scale) {
@@ -71,7 +71,7 @@ void DrawBars(const PixelBuffer& buffer, const GraphView& view, const PlotWindow
     }
 }
 
-/// The taller fill goes under the shorter one, so the pixels that both cover are a mixture of both.
+/// The taller fill goes under the shorter one, so pixels covered by both are a blend of the two.
 void DrawFills(const PixelBuffer& buffer, const GraphView& view, const PlotWindow& window, const ColumnHeights& heights,
                std::int32_t bottom) {
     for (std::size_t i = 0; i < heights.first.size(); ++i) {

@@ -1,6 +1,6 @@
 #pragma once
-// The pixels of the ordinary view. One point is one pixel column; the newest stands at the right end of the plot, and a
-// young graph fills from the right. Lines are not drawn here but given back as point lists.
+// The pixels of the ordinary view. One point is one pixel column; the newest is at the right end of the plot, and a new
+// graph fills from the right. Lines are not drawn here but returned as point lists.
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -13,28 +13,28 @@
 
 namespace kestrane {
 
-/// A curve to be drawn one line width thick. Of fewer than 2 points nothing shows.
+/// A curve to be drawn one line width thick. Nothing is drawn for fewer than 2 points.
 struct PlotLine {
     std::vector<Point> points;
     ColorValue color = 0;
 };
 
-/// The points that are shown, oldest first, as they are drawn: smoothed for lines, raw for bars.
+/// The visible points, oldest first, as drawn: smoothed for lines, raw for bars.
 struct PlotWindow {
     std::int32_t n = 0;
     std::int32_t firstX = 0;     // column of the oldest
     std::vector<double> first;   // n values
-    std::vector<double> second;  // n values, none without a second series
+    std::vector<double> second;  // n values, empty without a second series
 };
 
 PlotWindow MakePlotWindow(const GraphView& view, const PlotScale& scale);
 
-/// Grid, data, axes and frame over a buffer that holds the background. Gives back the curves in the order in which they
-/// are to be drawn, the first series last and so on top; none for bars.
+/// Draws grid, data, axes and frame over a buffer filled with the background. Returns the curves in drawing order, the
+/// first series last and so on top; none for bars.
 std::vector<PlotLine> DrawPlot(const PixelBuffer& buffer, const GraphView& view, const PlotScale& scale,
                                const PlotWindow& window, std::int32_t margin);
 
-/// The readout of the point under the mouse, if the mouse is over one.
+/// The readout of the point under the mouse, if any.
 std::optional<HoverReadout> ReadPlot(const GraphView& view, const GraphSeries& series, const PlotScale& scale,
                                      const PlotWindow& window, const HoverState& hover, wchar_t decimal);
 

@@ -1,6 +1,5 @@
 #pragma once
-// The text of a graph, written with the font that is selected into the context. The background mode is transparent
-// throughout.
+// The text of a graph, drawn in the font selected into the DC. The background mode must be transparent.
 #include <windows.h>
 
 #include <cstdint>
@@ -15,22 +14,22 @@
 
 namespace kestrane {
 
-/// The font of a graph's settings at `dpi`; empty if the system gives none, and then the context's own font stands in.
+/// The font from a graph's settings at `dpi`; empty on failure, and then the DC's own font is used.
 UniqueFont CreateGraphFont(const GraphSettings& settings, std::uint32_t dpi);
 
 /// The height of a line of text, at least 1.
 std::int32_t TextHeight(HDC dc);
 
-/// In pixels; 0 if the system gives no answer.
+/// In pixels; 0 on failure.
 std::int32_t TextWidth(HDC dc, const std::wstring& text);
 
-/// The labels of the axis, ending where the axis begins, each beside its grid line.
+/// The axis labels, right-aligned to the axis, each beside its grid line.
 void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, ColorValue color);
 
 /// The row of entries under the plot.
 void DrawLegend(HDC dc, const std::vector<TextLine>& entries, const PlotLayout& layout, std::int32_t textHeight);
 
-/// The dark box of the readout near `point`, inside a window of `width` by `height`. Nothing without lines.
+/// The readout's dark box near `point`, inside a window of `width` by `height`. Draws nothing without lines.
 void DrawHoverBox(HDC dc, std::int32_t width, std::int32_t height, const Point& point,
                   const std::vector<TextLine>& lines, std::int32_t lineHeight);
 

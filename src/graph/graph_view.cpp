@@ -8,8 +8,8 @@
 namespace kestrane {
 namespace {
 
-/// What differs from graph to graph. A null name is no second series; where `translated` is off the name is the same
-/// in every language.
+/// What differs between graphs. A null `secondName` means no second series; if `translated` is off, the name is the
+/// same in every language.
 struct KindRow {
     ColorKey background;
     ColorKey first;
@@ -20,7 +20,7 @@ struct KindRow {
     bool translated;
 };
 
-// By GraphKind. Only the network graph has a colour for both.
+// By GraphKind. Only the network graph has a `both` colour of its own.
 constexpr std::array<KindRow, GraphCount> KindRows{
     {{NetGraphBg, NetGraphDown, NetGraphUp, NetGraphBoth, L"Bajada", L"Subida", true},
      {CpuGraphBg, CpuGraphFg, CpuGraphFg, CpuGraphFg, L"CPU", nullptr, false},

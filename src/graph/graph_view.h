@@ -1,5 +1,5 @@
 #pragma once
-// What a graph shows, decided once from settings and series before anything is measured or painted.
+// What a graph shows, decided from settings and series before anything is measured or painted.
 #include <cstdint>
 #include <string>
 
@@ -13,10 +13,10 @@ struct GraphView {
     GraphKind kind = GraphKind::Network;
     bool perCore = false;        // a grid of small plots instead of one
     bool isPercent = false;      // the scale is 0 to 100
-    bool twoSeries = false;      // `second` plays a part
+    bool twoSeries = false;      // `second` is used
     bool lines = false;          // lines, otherwise bars
     double alpha = 0;            // weight of the fill under a line, 0 to 1
-    std::int32_t smoothing = 0;  // level of what is drawn: 0 for bars
+    std::int32_t smoothing = 0;  // level of the drawn curve; 0 for bars
     SeriesRef first;
     SeriesRef second;
     ColorValue background = 0;
@@ -24,20 +24,20 @@ struct GraphView {
     ColorValue gridColor = 0;
     ColorValue firstColor = 0;
     ColorValue secondColor = 0;
-    ColorValue bothColor = 0;  // of the part that both bars of the network graph cover
+    ColorValue bothColor = 0;  // where both bars of the network graph overlap
     ColorValue firstLegendColor = 0;
     ColorValue secondLegendColor = 0;
     std::wstring firstName;
     std::wstring secondName;
 };
 
-/// A transparent background is black, and a transparent series has the background's colour.
+/// A transparent background becomes black, a transparent series takes the background's colour.
 GraphView MakeGraphView(GraphKind kind, const AppSettings& settings, const GraphSeries& series);
 
-/// The colour at `key`, or the view's background where that is transparent.
+/// The colour at `key`, or `background` if that is transparent.
 ColorValue OpaqueColor(const AppSettings& settings, ColorKey key, ColorValue background);
 
-/// How many points the window of the graph can show: those of the longer of its series.
+/// The number of points available to the graph: those of its longer series.
 std::uint64_t PlotHistory(const GraphView& view);
 
 /// One piece of text in its colour: an entry of the legend, or a line of the readout.

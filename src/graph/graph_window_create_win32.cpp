@@ -1,4 +1,4 @@
-// How a graph window comes into being, how it looks to the window manager, and where it stands.
+// Creation, window styles and placement of a graph window.
 #include "graph/graph_window_win32.h"
 
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr wchar_t ClassName[] = L"kestrane.graph";
 
-/// Where the taskbar is: its side of the screen and its middle. Without an answer, at the bottom of the first monitor.
+/// The taskbar's screen edge and centre. If unknown, the bottom of the primary monitor.
 struct TaskbarPlace {
     std::uint32_t edge = TaskbarBottom;
     Point center;
@@ -30,8 +30,8 @@ TaskbarPlace ReadTaskbarPlace() {
     return {std::min<std::uint32_t>(data.uEdge, TaskbarBottom), RectCenter(FromPlatform(data.rc))};
 }
 
-/// Makes a move. To a monitor of another DPI it is made twice, because on the way there the system has resized the
-/// window (WM_DPICHANGED).
+/// Moves the window, twice if it ends up on a monitor of another DPI, because the system resizes it on the way
+/// (WM_DPICHANGED).
 template <typename Move>
 void MoveAcrossMonitors(HWND window, const Move& move) {
     const UINT dpi = GetDpiForWindow(window);
@@ -64,7 +64,7 @@ bool GraphWindow::Create() {
         LogDebug(L"kestrane: no se pudo registrar la clase de la grafica\n");
         return false;
     }
-    // WM_NCCREATE sets hwnd_, before any other message can arrive.
+    // WM_NCCREATE sets hwnd_ before CreateWindowExW returns.
     const HWND created = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_LAYERED | WS_EX_TOOLWINDOW, ClassName, Title(),
                                          WS_POPUP | WS_THICKFRAME, 0, 0, GraphDefaultWidth, GraphDefaultHeight, nullptr,
                                          nullptr, instance_, this);

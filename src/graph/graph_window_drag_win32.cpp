@@ -1,9 +1,9 @@
-// Dragging a graph window. The rectangle that the system proposes is replaced by one that is computed from the start of
-// the drag, so snapping can never add up an error.
+// Dragging a graph window. The rectangle that the system proposes is replaced by one computed from the start of the
+// drag, so snapping cannot accumulate errors.
 //
-// All ways into the system's loop go through WM_SYSCOMMAND: DefWindowProcW makes one of a press on the caption or on a
-// border. When that command is done, what stands is what the user left, and only then is it saved: a loop that Esc ends
-// puts the window back after WM_EXITSIZEMOVE.
+// Every way into the system's modal move loop goes through WM_SYSCOMMAND, to which DefWindowProcW turns a press on the
+// caption or a border. The place is saved only when that command returns, because a loop ended by Esc puts the window
+// back after WM_EXITSIZEMOVE.
 #include "graph/graph_window_win32.h"
 
 #include <windows.h>
@@ -15,13 +15,13 @@
 namespace kestrane {
 namespace {
 
-/// As the key is now: a window without the focus gets no keyboard messages, from which GetKeyState would know.
+/// The key's current state: GetKeyState follows keyboard messages, and a window without the focus gets none.
 bool IsAltDown() {
     return GetAsyncKeyState(VK_MENU) < 0;
 }
 
-/// Whether Esc is down, as far as this thread has read. A loop that Esc ends has read that key and nothing since, so it
-/// is seen here however short it was; but its release may go to another program's window, and never be seen.
+/// Whether Esc is down according to the messages that this thread has read. A loop ended by Esc read that key last, so
+/// even a short press is seen here; but its release may go to another program's window and never be seen.
 bool HasReadEsc() {
     return GetKeyState(VK_ESCAPE) < 0;
 }
@@ -34,15 +34,15 @@ void GraphWindow::OnDragCommand(WPARAM wParam, LPARAM lParam) {
     const bool hadReadEsc = HasReadEsc();
     {
         const PlaceChange drag(*this);
-        // It returns when the button is released, and the program may have ended in it.
+        // Returns when the button is released; the program may have ended meanwhile.
         DefWindowProcW(window, WM_SYSCOMMAND, wParam, lParam);
         if (Of(window) != this) return;
-        // Where the system has moved nothing itself, it puts nothing back; and from a monitor of another DPI the window
-        // comes back in another size.
+        // On Esc the system restores only what it has moved itself, and a window that comes back from a monitor of
+        // another DPI has another size.
         if (HasReadEsc() && !hadReadEsc) PlaceAt(before.left, before.top, RectWidth(before), RectHeight(before));
     }
     SaveIfMoved(before);
-    RecoverIfOffScreen();  // a monitor may have gone meanwhile, and Esc leads back to it
+    RecoverIfOffScreen();  // Esc may have put it back on a monitor that is now gone
 }
 
 void GraphWindow::OnEnterSizeMove() {
@@ -59,7 +59,7 @@ void GraphWindow::BeginDragHere() {
 
 void GraphWindow::OnExitSizeMove() {
     inSizeMove_ = false;
-    SaveIfMoved(placeBeforeDrag_);  // for programs that move windows by a loop of their own
+    SaveIfMoved(placeBeforeDrag_);  // for programs that move windows with their own loop
 }
 
 std::vector<Rect> GraphWindow::OtherShownRects() const {
@@ -70,8 +70,9 @@ std::vector<Rect> GraphWindow::OtherShownRects() const {
     return rects;
 }
 
-/// The window is moved here too: the system's loop shows a window that never has the focus only at its end. A move to a
-/// monitor of another DPI sizes it anew (WM_DPICHANGED), and then the system is to take what stands.
+/// The window is moved here too: for a window that never has the focus, the system's loop shows the move only at its
+/// end. A move to a monitor of another DPI resizes it (WM_DPICHANGED), and then the system must take the actual
+/// rectangle.
 void GraphWindow::OnDragStep(RECT& rect, std::uint32_t edges, bool isMove) {
     const Rect dragged = DraggedRect(rect, edges, isMove);
     const UINT dpi = GetDpiForWindow(hwnd_);

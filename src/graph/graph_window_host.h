@@ -1,5 +1,5 @@
 #pragma once
-// What the graph windows ask of the program, and all that they know of it.
+// The callbacks of the graph windows into the program, and all they know about it.
 #include "base/geometry.h"
 #include "settings/app_settings.h"
 
@@ -9,12 +9,12 @@ class GraphWindowHost {
   public:
     virtual ~GraphWindowHost() = default;
 
-    /// A right click on the window, or the context-menu key; `screenPoint` is where the menu belongs. The window may be
-    /// gone when this returns.
+    /// A right click on the window, or the context-menu key; show the menu at `screenPoint`. The window may be gone
+    /// when this returns.
     virtual void ShowGraphMenu(GraphKind kind, Point screenPoint) = 0;
-    /// A left press has ended without moving the window, which is not pinned.
+    /// A left click that did not move the window, which is not pinned.
     virtual void GraphClicked(GraphKind kind) = 0;
-    /// The window state in the settings has changed and is to be saved.
+    /// The window state in the settings has changed and must be saved.
     virtual void GraphStateChanged(GraphKind kind) = 0;
 
   protected:

@@ -1,4 +1,4 @@
-// The window procedure of a graph: one line a message.
+// The window procedure of a graph.
 #include "graph/graph_window_win32.h"
 
 #include <windows.h>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr LONG MinPaintSize = 3;
 
-/// Whether a system command moves or sizes the window. Its low four bits belong to the system.
+/// Whether a system command moves or sizes the window. Its low four bits are reserved for the system.
 bool IsDragCommand(WPARAM command) {
     const WPARAM kind = command & 0xFFF0;
     return kind == SC_MOVE || kind == SC_SIZE;
@@ -73,7 +73,7 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             OnCaptionPress(wParam, lParam);
             return 0;
         case WM_NCRBUTTONDOWN:
-            // DefWindowProcW may wait for the release here and keep it: Wine does.
+            // DefWindowProcW may wait for the release here and consume it: Wine does.
             return 0;
         case WM_NCRBUTTONUP:
             ShowMenu(PointFromMessage(lParam));
@@ -104,7 +104,7 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_NCDESTROY:
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
             hwnd_ = nullptr;
-            // What was under way ends with the window. There may be another.
+            // Anything in progress ends with this window; another may be created later.
             inSizeMove_ = false;
             placeChanges_ = 0;
             trackingMouse_ = false;
@@ -147,7 +147,7 @@ void GraphWindow::OnMouseMove(WPARAM hitTest, const Point& screenPoint) {
 void GraphWindow::OnCaptionPress(WPARAM wParam, LPARAM lParam) {
     const HWND window = hwnd_;
     clickPending_ = true;
-    // This is the system's move loop: it returns when the button is released, and the program may have ended in it.
+    // The system's modal move loop: returns when the button is released; the program may have ended meanwhile.
     DefWindowProcW(window, WM_NCLBUTTONDOWN, wParam, lParam);
     if (Of(window) != this) return;
     const bool clicked = std::exchange(clickPending_, false);
@@ -164,7 +164,7 @@ void GraphWindow::OnContextMenu(LPARAM lParam) {
     ShowMenu(point);
 }
 
-/// The menu can end the program, and this window with it: nothing may follow.
+/// The menu can end the program, and this window with it: touch nothing afterwards.
 void GraphWindow::ShowMenu(const Point& screenPoint) {
     SetHover(false);
     host_->ShowGraphMenu(kind_, screenPoint);
@@ -175,7 +175,7 @@ void GraphWindow::OnDpiChanged(const RECT& suggested) {
     const Rect rect = FromPlatform(suggested);
     MoveTo(rect.left, rect.top, RectWidth(rect), RectHeight(rect));
     Invalidate();
-    if (inSizeMove_) BeginDragHere();  // or the next step would start from the old size
+    if (inSizeMove_) BeginDragHere();  // otherwise the next step would start from the old size
     SaveIfMoved(before);
 }
 

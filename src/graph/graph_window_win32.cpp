@@ -1,4 +1,4 @@
-// The life of a graph window, and what the program asks of it.
+// Lifetime and public interface of a graph window.
 #include "graph/graph_window_win32.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace kestrane {
 namespace {
 
 bool IsShellSurface(HWND window) {
-    wchar_t className[257] = {};  // the longest name that a class can have, and its end
+    wchar_t className[257] = {};  // the longest class name and its terminator
     const int length = GetClassNameW(window, className, static_cast<int>(std::size(className)));
     DWORD process = 0;
     DWORD shellProcess = 0;
@@ -28,7 +28,7 @@ GraphWindow::GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowH
     : instance_(instance), settings_(settings), host_(host), kind_(kind) {
     allGraphWindows.push_back(this);
     if (foregroundHook != nullptr) return;
-    // Windows of this process are skipped, so that a dialog or a sister does not count as covering a graph.
+    // Windows of this process are skipped, so that a dialog or another graph does not count as covering one.
     foregroundHook = SetWinEventHook(EVENT_SYSTEM_FOREGROUND, EVENT_SYSTEM_FOREGROUND, nullptr, OnForegroundEvent, 0, 0,
                                      WINEVENT_OUTOFCONTEXT | WINEVENT_SKIPOWNPROCESS);
 }

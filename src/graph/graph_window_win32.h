@@ -1,12 +1,12 @@
 #pragma once
-// A small borderless window that shows one graph. It never takes the focus, is dragged by any point of its surface,
-// snaps to the work area and to its sisters, and remembers its place in the settings.
+// A small borderless window that shows one graph. It never takes the focus, can be dragged anywhere on its surface,
+// snaps to the work area and to the other graphs, and keeps its place in the settings.
 //
-// Unpinned, the mouse reads it, drags it and resizes it. Pinned, it is an overlay on top of everything that the mouse
-// goes through, so it can be neither moved nor read. Nothing hides a graph by itself.
+// Unpinned, it can be hovered, dragged and resized. Pinned, it is a topmost overlay that lets the mouse through, so it
+// can be neither moved nor hovered. A graph never hides by itself.
 //
-// To the system the whole surface is non-client area (a caption with sizing borders), which is why its mouse messages
-// are the WM_NC ones, and why the system's own loop moves and sizes it. All of it belongs to the user-interface thread.
+// An unpinned window is all non-client area to the system (a caption with sizing borders), so its mouse messages are
+// the WM_NC ones, and the system's own modal loop moves and sizes it. UI thread only.
 #include <windows.h>
 
 #include <cstdint>
@@ -22,40 +22,40 @@ namespace kestrane {
 
 class GraphWindow {
   public:
-    /// The system window comes into being when the graph is first shown. `settings` and `host` outlive the object.
+    /// The HWND is created when the graph is first shown. `settings` and `host` must outlive the object.
     GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowHost* host, GraphKind kind);
     GraphWindow(const GraphWindow&) = delete;
     GraphWindow& operator=(const GraphWindow&) = delete;
     ~GraphWindow();
 
-    /// What to paint from now on; null paints an empty graph.
+    /// The data to paint from now on; null paints an empty graph.
     void BindSource(const GraphSeries* source);
-    /// Takes opacity, pinned and topmost from the settings. Nothing before the system window exists.
+    /// Applies opacity, pinned and topmost from the settings. Does nothing before the HWND exists.
     void ApplyStyle();
-    /// If the system window cannot be made, the graph stays closed and the next call tries again.
+    /// If the HWND cannot be created, the graph stays closed and the next call tries again.
     void SetShown(bool shown);
     bool IsShown() const;
     /// Repaints soon, if shown.
     void Invalidate();
-    /// Above all other windows, without the focus; it stays topmost only if the settings say so.
+    /// Brings the window above all others without taking the focus; it stays topmost only if the settings say so.
     void Raise();
     /// Another program's window has come to the foreground over this one since it was last raised. The shell's own
-    /// surfaces do not count: they are gone again by the time that it matters.
+    /// surfaces do not count: they are gone by the time it matters.
     bool IsCovered() const { return covered_; }
-    /// Back to the taskbar, and saved, if no monitor shows any part of it.
+    /// If no monitor shows any part of the window, moves it back to the taskbar and saves that.
     void RecoverIfOffScreen();
 
   private:
     static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    /// The graph that a window shows; null for one that is destroyed.
+    /// The object of a window; null once destroyed.
     static GraphWindow* Of(HWND window);
     static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
                                            DWORD thread, DWORD time);
 
     class PlaceChange;
 
-    // Coming into being, and the place on the screen. Where the taskbar is only the shell knows, and while it is asked
-    // a message of its own can end the program: after false, this object may be gone.
+    // Creation and placement. Asking the shell for the taskbar's position dispatches messages, which can end the
+    // program: after false, this object may be gone.
     bool RegisterWindowClass() const;
     const wchar_t* Title() const;
     bool Create();
@@ -63,10 +63,10 @@ class GraphWindow {
     /// True if the window had to be moved.
     bool EnsureOnScreen();
     void MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
-    /// The same, to a monitor of any DPI.
+    /// The same, but also to a monitor of another DPI.
     void PlaceAt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
     void StoreRect();
-    /// Stores and saves a place that is not `from`; nothing while it is still changing.
+    /// Stores and saves the place if it differs from `from`; does nothing while it is still changing.
     void SaveIfMoved(const Rect& from);
 
     // Messages.
@@ -101,12 +101,12 @@ class GraphWindow {
     HWND hwnd_ = nullptr;
     const GraphSeries* source_ = nullptr;
     bool covered_ = false;
-    bool inSizeMove_ = false;  // a move or resize loop of the system is running
-    int placeChanges_ = 0;     // how many of PlaceChange there are
+    bool inSizeMove_ = false;  // the system's move or resize loop is running
+    int placeChanges_ = 0;     // number of live PlaceChange objects
     Rect placeBeforeDrag_;
     POINT dragStartCursor_ = {};
     Rect dragStartRect_;
-    bool clickPending_ = false;  // a press on the surface has not turned into a move
+    bool clickPending_ = false;  // a press on the surface has not become a move
     HoverState hover_;
     bool trackingMouse_ = false;  // a leave notification has been requested
 
@@ -114,8 +114,8 @@ class GraphWindow {
     static inline HWINEVENTHOOK foregroundHook = nullptr;
 };
 
-/// While there is one, the place changes step by step, and whoever made it saves what comes of it. The window, and the
-/// graph too, may end before it does.
+/// While one exists, the place is changing in steps, and its creator saves the result. The window, and the graph too,
+/// may be destroyed before it.
 class GraphWindow::PlaceChange {
   public:
     explicit PlaceChange(GraphWindow& graph) : graph_(graph), window_(graph.hwnd_) { ++graph_.placeChanges_; }

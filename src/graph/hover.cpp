@@ -27,7 +27,7 @@ void AddActivityLine(std::vector<TextLine>& lines, const GraphSeries& series, st
          DetailColor});
 }
 
-/// With a single disk these lines would repeat the first two. They are speeds in either mode.
+/// With a single disk these lines would repeat the first two. They show speeds in either mode.
 void AddDiskLines(std::vector<TextLine>& lines, const GraphSeries& series, std::uint64_t age, wchar_t decimal) {
     if (series.disks == nullptr || series.disks->size() < 2) return;
     for (const DiskHistory& disk : *series.disks) {

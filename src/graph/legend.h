@@ -1,5 +1,5 @@
 #pragma once
-// The row of text under the plot: which entries it has, and where each begins.
+// The row of text under the plot: its entries and their positions.
 #include <cstdint>
 #include <vector>
 
@@ -8,15 +8,15 @@
 
 namespace kestrane {
 
-/// The greatest raw value of the newest `n` points of both series, and each series' newest raw value. Raw even where
-/// the graph is smoothed, so the greatest can stand above the curve.
+/// The greatest raw value of the newest `n` points of both series, and each series' newest raw value. Raw even when the
+/// graph is smoothed, so the maximum can exceed the curve.
 std::vector<TextLine> PlotLegend(const GraphView& view, std::uint64_t n, wchar_t decimal);
 
-/// The greatest percentage that the grid shows, and the newest of the whole processor.
+/// The greatest percentage shown in the grid, and the newest total percentage.
 std::vector<TextLine> CoreGridLegend(const GraphView& view, double coreMax);
 
-/// Where each entry of the given width begins: centred between frameLeft and frameRight with a gap between entries,
-/// flush left if they do not fit.
+/// The left edge of each entry of the given widths: centred between frameLeft and frameRight with a gap between
+/// entries, left-aligned if they do not fit.
 std::vector<std::int32_t> LegendPositions(const std::vector<std::int32_t>& widths, std::int32_t frameLeft,
                                           std::int32_t frameRight, std::int32_t textHeight);
 

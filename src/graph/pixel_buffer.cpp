@@ -17,7 +17,7 @@ void FillPixels(const PixelBuffer& buffer, const Rect& rect, ColorValue color) {
     const std::int32_t endX = std::min(rect.right, buffer.width);
     const std::int32_t endY = std::min(rect.bottom, buffer.height);
     if (firstX >= endX) return;
-    const std::uint32_t pixel = color & 0xFFFFFF;  // of ColorNone nothing is left, which is black
+    const std::uint32_t pixel = color & 0xFFFFFF;  // turns ColorNone into black
     for (std::int32_t y = std::max(rect.top, 0); y < endY; ++y) {
         std::fill_n(PixelAt(buffer, firstX, y), endX - firstX, pixel);
     }
@@ -34,7 +34,7 @@ void BlendColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, st
     const std::int32_t firstY = std::max(top, 0);
     const std::int32_t endY = std::min(bottom, buffer.height);
     if (firstY >= endY) return;
-    // A column is nearly all of one colour, so each mixture is reckoned once a run.
+    // A column is nearly all one colour, so blend once per run of equal pixels.
     std::uint32_t* pixel = PixelAt(buffer, x, firstY);
     std::uint32_t from = *pixel;
     std::uint32_t mixed = BlendColor(from, color, alpha);

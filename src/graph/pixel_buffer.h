@@ -1,6 +1,6 @@
 #pragma once
-// The pixels of a graph, written one by one. A pixel is 0x00RRGGBB like a ColorValue, top row first, rows without gaps.
-// All operations clip to the buffer, and need nothing of it but width, height and bits.
+// Direct pixel drawing for graphs. A pixel is 0x00RRGGBB like a ColorValue; top row first, no padding between rows. All
+// operations clip to the buffer and use only its width, height and bits.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include "base/geometry.h"
 #include "settings/color.h"
 
-// The platform's handles, as its own headers declare them.
+// HDC and HBITMAP, declared as in the platform's headers.
 struct HDC__;      // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 struct HBITMAP__;  // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
 
@@ -20,12 +20,11 @@ struct PixelBuffer {
     std::int32_t height = 0;
     HDC__* dc = nullptr;                  // memory context
     HBITMAP__* bitmap = nullptr;          // the DIB section
-    HBITMAP__* previousBitmap = nullptr;  // to select back
+    HBITMAP__* previousBitmap = nullptr;  // to restore
     std::uint32_t* bits = nullptr;        // width * height pixels
 };
 
-/// The part of a buffer from row `top` to `bottom`, exclusive, as a buffer with rows counted from its own top. Both lie
-/// within the buffer.
+/// Rows `top` to `bottom`, exclusive, as a buffer of their own that starts at row 0. Both must lie within the buffer.
 inline PixelBuffer BandOf(const PixelBuffer& buffer, std::int32_t top, std::int32_t bottom) {
     PixelBuffer band = buffer;
     band.height = bottom - top;
@@ -33,13 +32,13 @@ inline PixelBuffer BandOf(const PixelBuffer& buffer, std::int32_t top, std::int3
     return band;
 }
 
-/// What is drawn column by column is better drawn in bands of so many rows, each across all columns: down a whole
-/// screen every pixel lies in another line of the processor's cache, and the line is gone again before the next column
-/// comes. Few rows, because rows of a screen's width compete for the same few places in the cache: 256 gain nothing.
+/// Columns are drawn in bands of this many rows, each band across all columns: down a whole screen every pixel of a
+/// column is on another cache line, which is evicted before the next column is drawn. Few rows, because rows of a
+/// screen's width compete for the same few cache sets: 256 gain nothing.
 inline constexpr std::int32_t BandRows = 32;
 
-/// Calls `draw(band, top)` for every band of the rows from `top` to `bottom`, exclusive and clipped to the buffer.
-/// `draw` draws the whole and leaves it to the band to clip it; row y of the buffer is row y - top of the band.
+/// Calls `draw(band, top)` for every band of rows `top` to `bottom`, exclusive and clipped to the buffer. `draw` draws
+/// everything and the band clips it; row y of the buffer is row y - top of the band.
 template <typename Draw>
 void DrawInBands(const PixelBuffer& buffer, std::int32_t top, std::int32_t bottom, const Draw& draw) {
     const std::int32_t end = std::min(bottom, buffer.height);
@@ -50,7 +49,7 @@ void DrawInBands(const PixelBuffer& buffer, std::int32_t top, std::int32_t botto
 /// The grey of the frame and the baseline, on every background.
 inline constexpr ColorValue FrameColor = 0x6D6D6D;
 
-/// A small square that marks where the readout's values lie.
+/// A small square that marks one of the readout's values.
 struct HoverMarker {
     std::int32_t y = 0;
     ColorValue color = 0;
@@ -59,25 +58,25 @@ struct HoverMarker {
 /// Fills a rectangle. ColorNone writes black.
 void FillPixels(const PixelBuffer& buffer, const Rect& rect, ColorValue color);
 
-/// Writes one pixel; ColorNone and places outside the buffer write nothing.
+/// Writes one pixel; does nothing for ColorNone or outside the buffer.
 void PutPixel(const PixelBuffer& buffer, std::int32_t x, std::int32_t y, ColorValue color);
 
-/// Mixes `color` into the pixels of column `x` from `top` to `bottom`, exclusive, with the weight `alpha` (0 to 1).
+/// Blends `color` into the pixels of column `x` from `top` to `bottom`, exclusive, with weight `alpha` (0 to 1).
 void BlendColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom, ColorValue color,
                  double alpha);
 
-/// Every second pixel of row `y` from `left` to `right`, both inclusive, beginning with `left`.
+/// Every second pixel of row `y` from `left` to `right`, both inclusive, starting at `left`.
 void DrawDottedRow(const PixelBuffer& buffer, std::int32_t y, std::int32_t left, std::int32_t right, ColorValue color);
 
-/// Every second pixel of column `x` from `top` to `bottom`, exclusive, beginning with `top`.
+/// Every second pixel of column `x` from `top` to `bottom`, exclusive, starting at `top`.
 void DrawDottedColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom,
                       ColorValue color);
 
-/// One pixel all round the buffer.
+/// A one-pixel frame along the buffer's edges.
 void DrawFrame(const PixelBuffer& buffer, ColorValue color);
 
-/// The hover's dotted line through the plot, and on it the markers: squares of `radius` pixels each way from the
-/// middle, outlined in black.
+/// The hover's dotted vertical line and the markers on it: squares extending `radius` pixels each way from the centre,
+/// outlined in black.
 void DrawCrosshair(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom,
                    const std::vector<HoverMarker>& markers, ColorValue contrast, ColorValue background,
                    std::int32_t radius);

@@ -9,7 +9,7 @@
 namespace kestrane {
 namespace {
 
-/// Held within the range: a figure beyond it, or not a number, must not reach the conversion.
+/// Clamped: converting NaN or a value out of range would be undefined.
 std::uint64_t ToUnsigned64(double value) {
     constexpr double tooLarge = 18446744073709551616.0;  // 2^64
     if (!(value > 0)) return 0;

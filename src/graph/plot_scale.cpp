@@ -7,7 +7,7 @@
 namespace kestrane {
 namespace {
 
-/// The greater of `maximum` and the points of the series; what is not a number plays no part.
+/// The greatest of `maximum` and the points of the series, ignoring NaN.
 double RaiseTo(double maximum, const SeriesRef& series, std::size_t samples, std::int32_t smoothing) {
     for (const double value : SmoothedWindow(series, samples, smoothing)) {
         if (value > maximum) maximum = value;
@@ -32,7 +32,7 @@ PlotLayout LayoutFor(const PlotFrame& frame, std::int32_t labelWidth) {
     return ComputePlotLayout(frame.width, frame.height, frame.margin, frame.textHeight, labelWidth);
 }
 
-/// One round: the maximum of the newest `samples` points, its labels, and the layout that they leave.
+/// One pass: the maximum of the newest `samples` points, its labels, and the resulting layout.
 void ScaleTo(PlotScale& scale, std::int32_t samples, const GraphView& view, const PlotFrame& frame,
              const MeasureText& measure) {
     scale.maximum = ScaleMaximum(view, static_cast<std::size_t>(std::max(samples, 0)));

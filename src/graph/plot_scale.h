@@ -1,6 +1,6 @@
 #pragma once
 // The scale of the ordinary view. The plot's width depends on the width of the axis labels, the labels on the maximum,
-// and the maximum on how many points the plot shows; so it is computed in two rounds.
+// and the maximum on how many points fit; so it is computed in two passes.
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -12,7 +12,7 @@
 
 namespace kestrane {
 
-/// The full scale of an idle rate graph: bits per second for the network, bytes per second for the disks.
+/// The full scale of an idle rate graph: bits per second for the network, bytes per second for disks.
 inline constexpr double NetworkScaleFloor = 10000;
 inline constexpr double DiskScaleFloor = 1048576;
 
@@ -27,12 +27,12 @@ struct AxisTick {
 struct PlotScale {
     PlotLayout layout;
     std::int32_t plotHeight = 0;
-    std::int32_t columns = 0;  // points that the plot shows at most
+    std::int32_t columns = 0;  // the most points that the plot can show
     double maximum = 0;        // the value that is plotHeight pixels high
     std::vector<AxisTick> ticks;
 };
 
-/// What stands outside the data: the window's size, the scaled margin, the height of a line of text, the decimal mark.
+/// Everything but the data: the window's size, the scaled margin, the line height, the decimal mark.
 struct PlotFrame {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -41,8 +41,8 @@ struct PlotFrame {
     wchar_t decimal = L'.';
 };
 
-/// 100 for percentages; for rates the greatest of the newest `samples` points as they are drawn, but not below the
-/// floor. The scale follows the visible window at once: no decay, no rounding to nice steps.
+/// 100 for percentages; for rates the greatest of the newest `samples` points as drawn, but not below the floor. The
+/// scale follows the visible points at once: no decay, no rounding to nice steps.
 double ScaleMaximum(const GraphView& view, std::size_t samples);
 
 /// The ticks of an axis, lowest first.

@@ -6,7 +6,7 @@
 namespace kestrane {
 namespace {
 
-/// When the class means a surface of the shell. Where others use it too, more must hold.
+/// When a window of the class is a shell surface. Classes that others use too need a further condition.
 enum class When { Always, OfShell, Unframed };
 
 struct Surface {
@@ -15,33 +15,32 @@ struct Surface {
 };
 
 constexpr auto Surfaces = std::to_array<Surface>({
-    // The desktop. It lies below all windows, and its rectangle is the whole screen.
+    // The desktop: below all windows, and as large as the whole screen.
     {L"Progman", When::Always},
-    // The same when its wallpaper changes by itself. Any program may have windows of this class, made by the system's
-    // DLLs.
+    // The desktop with a wallpaper slide show. Any program may have windows of this class, created by system DLLs.
     {L"WorkerW", When::OfShell},
 
-    // The taskbar, and those of further monitors. One that hides itself comes up over the graphs at its edge.
+    // The taskbars of the primary and other monitors. An auto-hide taskbar comes up over the graphs at its edge.
     {L"Shell_TrayWnd", When::Always},
     {L"Shell_SecondaryTrayWnd", When::Always},
 
-    // The overflow of the notification area: of Windows 10 and the first Windows 11, and of those since.
+    // The overflow area of the notification icons: in Windows 10 and the first Windows 11, and in later ones.
     {L"NotifyIconOverflowWindow", When::Always},
     {L"TopLevelWindowForOverflowXamlIsland", When::Always},
 
-    // The quick settings and the notifications of Windows 11, which open over the corner where graphs begin.
+    // Quick settings and notifications of Windows 11, which open over the corner where graphs start.
     {L"ControlCenterWindow", When::Always},
-    // Start, the search and, on Windows 10, the notifications. Apps from the store use it as well, but theirs stands in
-    // an ApplicationFrameWindow, which is what comes to the foreground.
+    // Start, Search and, on Windows 10, notifications. Store apps use it as well, but inside an ApplicationFrameWindow,
+    // which is what comes to the foreground.
     {L"Windows.UI.Core.CoreWindow", When::Unframed},
 
-    // Alt+Tab and the task view: Windows 11, Windows 10, the plain one that a registry value brings back, and the class
-    // that the system itself has for it.
+    // Alt+Tab and Task View: Windows 11, Windows 10, the classic one enabled by a registry value, and the built-in task
+    // switch class.
     {L"XamlExplorerHostIslandWindow", When::Always},
     {L"MultitaskingViewFrame", When::Always},
     {L"TaskSwitcherWnd", When::Always},
     {L"#32771", When::Always},
-    // Holds the foreground, as large as the screen and unseen, while one of these chooses.
+    // Invisible and as large as the screen; holds the foreground while one of these is open.
     {L"ForegroundStaging", When::Always},
 });
 

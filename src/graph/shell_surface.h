@@ -1,16 +1,16 @@
 #pragma once
-// The shell's own surfaces: the desktop, the taskbar, Start, the lists of icons and of open windows. They come to the
-// foreground and go again without burying what the user works with, and nearly every click on an icon begins with one.
-// The shell's file windows are none of them: they cover what is below like the windows of any program.
+// The shell's own surfaces: desktop, taskbar, Start, the icon overflow and the window switchers. They come to the
+// foreground only briefly, and nearly every click on an icon starts with one, so they do not count as covering a graph.
+// Explorer's file windows do: they are like those of any program.
 #include <string_view>
 
 namespace kestrane {
 
-/// What is to be known of a window that has come to the foreground.
+/// The relevant facts about a new foreground window.
 struct ForegroundWindow {
     std::wstring_view className;
-    bool ofShell = false;  // it belongs to the process that shows the desktop
-    bool framed = false;   // it stands within another window
+    bool ofShell = false;  // belongs to the process that shows the desktop
+    bool framed = false;   // is inside another window
 };
 
 bool IsShellSurface(const ForegroundWindow& window);

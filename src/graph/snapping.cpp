@@ -6,7 +6,7 @@
 namespace kestrane {
 namespace {
 
-/// One axis of a window that moves as a whole: the step that brings its nearer side to an edge, or 0.
+/// One axis of a moved window: the step that brings its nearer side to an edge, or 0.
 std::int32_t MoveSnap(const std::vector<std::int32_t>& candidates, std::int32_t low, std::int32_t high,
                       std::int32_t distance) {
     const auto lowStep = NearestSnap(candidates, low, distance);

@@ -1,6 +1,6 @@
 #pragma once
-// Where a dragged window goes: the rectangle that the cursor asks for, always reckoned from the start of the drag, and
-// the pull of the edges near it. An edge pulls when it is at most `distance` away; the nearest wins.
+// The rectangle of a dragged window: where the cursor has taken it, always measured from the start of the drag, then
+// snapped to nearby edges. An edge attracts within `distance`; the nearest wins.
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -9,10 +9,10 @@
 
 namespace kestrane {
 
-/// How near an edge must be to pull, at 96 DPI.
+/// The range in which an edge attracts, at 96 DPI.
 inline constexpr std::int32_t SnapDistance = 10;
 
-/// The sides that a resize moves, as a set of bits.
+/// The sides that a resize moves, as bits.
 inline constexpr std::uint32_t EdgeLeft = 1;
 inline constexpr std::uint32_t EdgeTop = 2;
 inline constexpr std::uint32_t EdgeRight = 4;
@@ -25,20 +25,20 @@ Rect MovedRect(const Rect& start, std::int32_t dx, std::int32_t dy);
 Rect SizedRect(const Rect& start, std::uint32_t edges, std::int32_t dx, std::int32_t dy, std::int32_t minWidth,
                std::int32_t minHeight);
 
-/// The step from `position` to the nearest candidate within `distance`, the first of equally near ones; nothing when
-/// none is within reach.
+/// The step from `position` to the nearest candidate within `distance`, the first on a tie; none if all are further
+/// away.
 std::optional<std::int32_t> NearestSnap(const std::vector<std::int32_t>& candidates, std::int32_t position,
                                         std::int32_t distance);
 
-/// The edges that pull: those of the work area, then both sides of each other window, in order. Replaces `xs`, `ys`.
+/// The edges to snap to: those of the work area, then both sides of each other window, in order. Replaces `xs`, `ys`.
 void CollectSnapEdges(const std::vector<Rect>& otherRects, const Rect& workArea, std::vector<std::int32_t>& xs,
                       std::vector<std::int32_t>& ys);
 
-/// A moved window, drawn to the nearer of its two sides on each axis (left and top when equally near). The size stays.
+/// Snaps a moved window on each axis by whichever side is nearer to an edge (left or top on a tie). The size stays.
 Rect SnapMovedRect(const Rect& rect, const std::vector<std::int32_t>& xs, const std::vector<std::int32_t>& ys,
                    std::int32_t distance);
 
-/// A resized window: each side in `edges` is drawn by itself, unless the window would become smaller than the minimum.
+/// Snaps a resized window: each side in `edges` on its own, unless the window would become smaller than the minimum.
 Rect SnapSizedRect(const Rect& rect, std::uint32_t edges, const std::vector<std::int32_t>& xs,
                    const std::vector<std::int32_t>& ys, std::int32_t distance, std::int32_t minWidth,
                    std::int32_t minHeight);

@@ -1,21 +1,21 @@
 #pragma once
-// What to do when the shell has refused to add an icon.
+// What to do after a failed NIM_ADD.
 
 namespace kestrane {
 
 enum class AddRetry {
-    None,         // the refusal stands
+    None,         // give up
     DeleteFirst,  // the shell still holds an old entry of ours: delete it, add again
-    DropGuid,     // the shell refuses the GUID: add again with the id alone, and so for good
+    DropGuid,     // the shell refuses the GUID: add again by id, and stay with that
 };
 
 struct RefusedAdd {
-    bool hadTaskbar;  // there was a shell that could refuse
-    bool everAdded;   // an add of this icon has worked once in this process, with the GUID or without
-    bool useGuid;     // the refused add had the GUID
+    bool hadTaskbar;  // a shell was there to refuse
+    bool everAdded;   // an add of this icon has succeeded in this process, with the GUID or without
+    bool useGuid;     // the refused add used the GUID
 };
 
-/// Without a shell nothing has been said of the icon or of its GUID, so a later add is to find both as they are.
+/// Without a shell the failure says nothing about the icon or its GUID, so a later add must try again unchanged.
 constexpr AddRetry ChooseAddRetry(const RefusedAdd& refused) {
     if (!refused.hadTaskbar) return AddRetry::None;
     if (refused.everAdded) return AddRetry::DeleteFirst;

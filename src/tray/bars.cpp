@@ -5,7 +5,7 @@
 namespace kestrane {
 namespace {
 
-/// How many columns a history of `count` samples takes.
+/// The number of columns for a history of `count` samples.
 std::int32_t ColumnCount(const Canvas& canvas, std::uint64_t count) {
     return static_cast<std::int32_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(canvas.size), count));
 }
@@ -25,7 +25,7 @@ void DrawPercentColumn(Canvas& canvas, std::int32_t x, std::int32_t percent, Col
     VerticalLine(canvas, x, bottom - PercentOf(bottom, percent), bottom, color);
 }
 
-/// Rows are counted from 1 at the bottom: those above `below` up to `top`.
+/// Draws the rows above `below` up to `top`, counted from 1 at the bottom.
 void DrawRateRows(Canvas& canvas, std::int32_t x, std::int32_t below, std::int32_t top, ColorValue color) {
     if (color == ColorNone || top <= below) return;
     VerticalLine(canvas, x, canvas.size - top, canvas.size - below - 1, color);

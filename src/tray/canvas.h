@@ -1,5 +1,5 @@
 #pragma once
-// The image of an icon: a small square of pixels, and the plain strokes on it. Every stroke writes and none blends, so
+// The image of an icon: a small square of pixels and simple drawing operations. They overwrite and never blend, so
 // drawing with ColorNone punches a transparent hole.
 #include <cstdint>
 #include <vector>
@@ -25,7 +25,7 @@ void Clear(Canvas& canvas, ColorValue color);
 /// A position outside the canvas is ignored.
 void SetPixel(Canvas& canvas, std::int32_t x, std::int32_t y, ColorValue color);
 
-/// The part inside the canvas of a filled rectangle; nothing if it is empty.
+/// Fills a rectangle, clipped to the canvas; nothing if it is empty.
 void FillRectangle(Canvas& canvas, const Rect& rect, ColorValue color);
 
 /// From the smaller to the larger of `y0` and `y1`, both included.

@@ -10,9 +10,9 @@ namespace {
 
 constexpr std::int32_t DigitRows = 5;
 constexpr std::int32_t DigitColumns = 3;
-constexpr std::int32_t DigitPitch = 4;  // cells from one digit to the next, one of them empty
+constexpr std::int32_t DigitPitch = 4;  // cells from one digit to the next, including one empty
 
-/// The cells that `digits` digits are wide.
+/// The width of `digits` digits in cells.
 constexpr std::int32_t CellsAcross(std::int32_t digits) {
     return DigitPitch * digits - 1;
 }

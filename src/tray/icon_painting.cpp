@@ -10,7 +10,7 @@
 namespace kestrane {
 namespace {
 
-/// The icon size at which the font size of the settings is the height in pixels.
+/// The icon size at which the settings' font size is the height in pixels.
 constexpr std::int32_t NominalIconSize = 16;
 
 Canvas ClearedCanvas(std::uint32_t size, ColorValue background) {
@@ -23,7 +23,7 @@ void DrawBorderIfAny(Canvas& canvas, ColorValue color) {
     if (color != ColorNone) DrawBorder(canvas, color);
 }
 
-/// Halfway between the text and its background. A transparent one counts as black: ColorNone has no bits of a colour.
+/// Halfway between text and background. A transparent one counts as black: ColorNone has no colour bits.
 ColorValue TrackColor(const MemoryColors& colors) {
     return BlendColor(colors.text, colors.background, 0.5);
 }

@@ -1,6 +1,6 @@
 #pragma once
-// What the four icons look like. Three are pixels only; the memory icon has a text too, which a font of the platform
-// draws, so its painting says what text goes where.
+// The look of the four icons. Three are pixels only; the memory icon also has a text drawn by GDI, so its painting says
+// which text goes where.
 #include <cstdint>
 #include <string>
 
@@ -14,7 +14,7 @@ namespace kestrane {
 /// `ring` holds percentages.
 Canvas PaintCpuIcon(const AppSettings& settings, const MetricRing<std::int32_t>& ring, std::uint32_t size);
 
-/// The rings hold percentages. Without valid data the icon is bare.
+/// The rings hold percentages. Without valid data the icon has no bars.
 Canvas PaintDiskIcon(const AppSettings& settings, const MetricRing<std::int32_t>& readRing,
                      const MetricRing<std::int32_t>& writeRing, bool valid, std::uint32_t size);
 
@@ -29,7 +29,7 @@ struct MemoryIconPainting {
     TextFont font;
     ColorValue textColor;
     TextRows textRows;
-    bool alignBottom;  // under a level bar the digits stand at the bottom, without one in the middle
+    bool alignBottom;  // below a level bar the digits are at the bottom, otherwise centred
 };
 
 MemoryIconPainting PaintMemoryIcon(const AppSettings& settings, std::int32_t percent, std::uint32_t size);

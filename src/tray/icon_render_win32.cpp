@@ -28,10 +28,10 @@ Dib MakeBitmap(HDC screen, const Canvas& canvas) {
     return dib;
 }
 
-/// Alpha decides what an icon shows; but an image without any counts as one that has none, and then the mask decides.
+/// Icons are drawn by alpha, but an image whose alpha is all zero counts as having none, and then the mask decides.
 UniqueBitmap MakeTransparentMask(std::int32_t size) {
     const auto edge = static_cast<std::size_t>(size);
-    const std::size_t rowBytes = (edge + 15) / 16 * 2;  // rows of a monochrome bitmap end on 16 bits
+    const std::size_t rowBytes = (edge + 15) / 16 * 2;  // rows of a monochrome bitmap are 16-bit aligned
     const std::vector<std::uint8_t> ones(rowBytes * edge, 0xFF);
     return UniqueBitmap(CreateBitmap(size, size, 1, 1, ones.data()));
 }
@@ -44,7 +44,7 @@ TextExtent MeasureText(HDC dc, const std::wstring& text) {
     return {extent.cx, metrics.tmHeight, metrics.tmAscent, metrics.tmInternalLeading};
 }
 
-/// A text and where on an icon of `size` pixels it goes.
+/// A text and its place on an icon of `size` pixels.
 struct PlacedText {
     const std::wstring& text;
     const TextFont& font;
@@ -60,7 +60,7 @@ void DrawLine(HDC dc, const PlacedText& placed, const TextExtent& extent) {
               DT_CENTER | DT_SINGLELINE | DT_NOCLIP | DT_NOPREFIX);
 }
 
-/// Draws in white, in the largest font from the wished height down that fits. Without a font nothing is drawn.
+/// Draws in white, in the largest font that fits, from the wanted height down. Without a font nothing is drawn.
 void DrawFittedText(HDC dc, const PlacedText& placed) {
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, White);
@@ -75,7 +75,7 @@ void DrawFittedText(HDC dc, const PlacedText& placed) {
     }
 }
 
-/// A black bitmap with the text in white, ready to be read; empty if it cannot be made.
+/// White text on a black bitmap, flushed for reading; empty on failure.
 Dib MakeTextMask(HDC screen, const PlacedText& placed) {
     Dib mask = MakeBitmap(screen, Canvas(placed.size));
     if (!mask) return {};
@@ -86,7 +86,7 @@ Dib MakeTextMask(HDC screen, const PlacedText& placed) {
         if (!selected) return {};
         DrawFittedText(dc.Get(), placed);
     }
-    GdiFlush();  // GDI draws in batches, and the pixels are read behind its back
+    GdiFlush();  // GDI batches drawing, and the pixels are read directly
     return mask;
 }
 
@@ -119,7 +119,7 @@ UniqueIcon CanvasToIcon(const Canvas& canvas) {
 
 UniqueIcon DrawIconText(const Canvas& canvas, const std::wstring& text, const TextFont& font, ColorValue textColor,
                         std::int32_t top, std::int32_t bottom, bool alignBottom) {
-    const ScreenDc screen;  // for both bitmaps: asking for it costs more than making one
+    const ScreenDc screen;  // for both bitmaps: getting it costs more than creating one
     const Dib base = MakeBitmap(screen.Get(), canvas);
     if (!base) return {};
     if (textColor != ColorNone && !text.empty()) {

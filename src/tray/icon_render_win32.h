@@ -1,6 +1,6 @@
 #pragma once
-// From a painted canvas to an icon handle, with the memory icon's text put on it by a font. Nothing is kept between two
-// icons: every refresh makes its bitmaps, font and icon anew and gives back all but the icon.
+// Turns a painted canvas into an icon handle and draws the memory icon's text. Nothing is cached between icons: every
+// refresh creates its bitmaps, font and icon and releases all but the icon.
 #include <windows.h>
 
 #include <cstdint>
@@ -15,25 +15,25 @@
 
 namespace kestrane {
 
-/// The edge in pixels of a small icon at the taskbar's DPI, or at that of `window` when there is no taskbar.
+/// The edge of a small icon in pixels at the taskbar's DPI, or at that of `window` if there is no taskbar.
 std::uint32_t IconPixelSize(HWND window);
 
-/// A picture with alpha. Empty if it cannot be made.
+/// A bitmap with alpha; empty on failure.
 Dib CanvasToBitmap(const Canvas& canvas);
 
-/// An icon from a colour bitmap with alpha, `size` pixels wide and high; empty if it cannot be made.
+/// An icon from a bitmap with alpha, `size` pixels wide and high; empty on failure.
 UniqueIcon BitmapToIcon(HBITMAP bitmap, std::int32_t size);
 
-/// Empty if a step fails.
+/// Empty on failure.
 UniqueIcon CanvasToIcon(const Canvas& canvas);
 
-/// The canvas as an icon, with `text` in the rows from `top` to below `bottom`, centred across the whole width. The
-/// font shrinks until the text fits. Without a font the icon has no text; empty if a bitmap, the device context or the
-/// icon cannot be made.
+/// The canvas as an icon, with `text` in the rows from `top` to `bottom`, exclusive, centred horizontally. The font
+/// shrinks until the text fits. Without a font the icon has no text; empty if a bitmap, the DC or the icon cannot be
+/// created.
 UniqueIcon DrawIconText(const Canvas& canvas, const std::wstring& text, const TextFont& font, ColorValue textColor,
                         std::int32_t top, std::int32_t bottom, bool alignBottom);
 
-// The four icons of the notification area, as described at the Paint operations; empty if the icon cannot be made.
+// The four notification icons, as described in icon_painting.h; empty on failure.
 UniqueIcon RenderCpuIcon(const AppSettings& settings, const MetricRing<std::int32_t>& ring, std::uint32_t size);
 UniqueIcon RenderDiskIcon(const AppSettings& settings, const MetricRing<std::int32_t>& readRing,
                           const MetricRing<std::int32_t>& writeRing, bool valid, std::uint32_t size);

@@ -17,7 +17,7 @@ std::uint32_t RoundHalfUp(double value) {
     return static_cast<std::uint32_t>(shifted);
 }
 
-/// Source-over of the opaque `color` at coverage `a`, above 0, on one pixel.
+/// Source-over of the opaque `color` at coverage `a` (above 0) on one pixel.
 std::uint32_t Cover(std::uint32_t pixel, ColorValue color, double a) {
     const double below = ByteAt(pixel, AlphaShift) / 255.0;
     const double alpha = (1 - a) * below + a;

@@ -1,6 +1,6 @@
 #pragma once
-// The arithmetic of the memory icon's text: does a font fit, where does its ink go, and how a white-on-black image of
-// the text becomes coloured text with a soft edge over an icon that may be transparent.
+// The arithmetic of the memory icon's text: whether a font fits, where its ink goes, and how a white-on-black image of
+// the text becomes anti-aliased coloured text on an icon that may be transparent.
 #include <cstdint>
 #include <span>
 #include <string>
@@ -15,21 +15,21 @@ struct TextFont {
     bool bold;
 };
 
-/// The rows of a canvas that a text may use: `top` included, `bottom` not.
+/// The rows of a canvas that a text may use; `bottom` is exclusive.
 struct TextRows {
     std::int32_t top;
     std::int32_t bottom;
 };
 
-/// What a font says of itself and of a text, in pixels.
+/// Font and text metrics in pixels.
 struct TextExtent {
     std::int32_t width;            // of the text
     std::int32_t height;           // of a line
-    std::int32_t ascent;           // from the line's top to the base line
+    std::int32_t ascent;           // from the line's top to the baseline
     std::int32_t internalLeading;  // the part of the ascent above the digits
 };
 
-/// At this height a font is taken whether it fits or not.
+/// At this height a font is used whether it fits or not.
 inline constexpr std::int32_t MinTextHeight = 5;
 
 /// `top` clamped to 0..`size`, then `bottom` to `top`..`size`.
@@ -41,11 +41,11 @@ std::int32_t InkHeight(const TextExtent& extent);
 /// Whether the text fits a canvas of `size` columns within `rows`.
 bool TextFits(const TextExtent& extent, std::int32_t size, const TextRows& rows);
 
-/// The y of the line's top edge that puts the ink at the bottom of the rows, or in their middle.
+/// The top of the line that puts the ink at the bottom of the rows, or in their middle.
 std::int32_t TextLineTop(const TextExtent& extent, const TextRows& rows, bool alignBottom);
 
-/// Lays `color` over each pixel of `base` as far as the blue byte of `mask` covers it: source-over on straight alpha.
-/// Both hold 0xAARRGGBB pixels of the same image size.
+/// Draws `color` over `base` with the blue byte of `mask` as coverage: source-over on straight alpha. Both hold
+/// 0xAARRGGBB pixels of images of the same size.
 void ComposeCoverage(std::span<std::uint32_t> base, std::span<const std::uint32_t> mask, ColorValue color);
 
 }  // namespace kestrane

@@ -8,15 +8,15 @@
 namespace kestrane {
 namespace {
 
-// The registry's own numbers for text and for text with variables in it, which are not expanded here.
+// REG_SZ and REG_EXPAND_SZ, which is not expanded here.
 constexpr std::uint32_t PlainText = 1;
 constexpr std::uint32_t ExpandableText = 2;
 constexpr std::uint32_t BytesPerCharacter = 2;
 
-// What stands in front of a path in a known folder; each x is a hexadecimal digit.
+// The prefix of a path in a known folder; each x is a hexadecimal digit.
 constexpr std::wstring_view FolderShape = L"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}\\";
 
-/// -1 for what is no hexadecimal digit.
+/// -1 if it is not a hexadecimal digit.
 int HexDigit(wchar_t c) {
     if (c >= L'0' && c <= L'9') return c - L'0';
     if (c >= L'A' && c <= L'F') return c - L'A' + 10;

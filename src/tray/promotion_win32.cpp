@@ -33,20 +33,20 @@ UniqueRegistryKey OpenKey(HKEY parent, const wchar_t* name, REGSAM access) {
     return UniqueRegistryKey(key);
 }
 
-/// Empty if the entry names no program.
+/// Empty if the entry has no program path.
 std::wstring ReadEntryPath(HKEY entry) {
     DWORD type = 0;
     DWORD size = 0;
     if (RegQueryValueExW(entry, PathValue, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) return {};
     if (!HoldsPath(type, size)) return {};
-    // The registry promises neither an end mark nor whole characters: one character more, and all zero before.
+    // The registry guarantees neither a terminator nor whole characters, so reserve one more, all zeroed.
     std::vector<wchar_t> text(size / sizeof(wchar_t) + 1);
     auto* const bytes = reinterpret_cast<BYTE*>(text.data());
     if (RegQueryValueExW(entry, PathValue, nullptr, nullptr, bytes, &size) != ERROR_SUCCESS) return {};
     return TextBeforeZero({text.data(), text.size()});
 }
 
-/// The first fields of a GUID are numbers, whose text has the highest byte on the left.
+/// The first three fields of a GUID are numbers, written in text with the highest byte first.
 GUID GuidOf(const FolderId& id) {
     const auto pair = [&id](std::size_t at) { return static_cast<unsigned short>(id[at] << 8 | id[at + 1]); };
     GUID guid{static_cast<unsigned long>(pair(0)) << 16 | pair(2), pair(4), pair(6), {}};
@@ -54,7 +54,7 @@ GUID GuidOf(const FolderId& id) {
     return guid;
 }
 
-/// The path with a known folder in front spelled out; any other path, or one in a folder unknown here, as it is.
+/// Expands a leading known folder; any other path, or one in an unknown folder, stays as it is.
 std::wstring ExpandKnownFolder(const std::wstring& path) {
     const std::optional<FolderPath> parsed = ParseFolderPath(path);
     if (!parsed) return path;
@@ -62,7 +62,7 @@ std::wstring ExpandKnownFolder(const std::wstring& path) {
     return folder.empty() ? path : JoinPath(folder, {parsed->rest});
 }
 
-/// Nobody has decided on an entry that has no such value at all.
+/// An entry without this value has not been decided by the user or an earlier run.
 bool IsUndecided(HKEY entry) {
     return RegQueryValueExW(entry, PromotedValue, nullptr, nullptr, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
 }
@@ -73,7 +73,7 @@ bool Promote(HKEY entry) {
                           sizeof promoted) == ERROR_SUCCESS;
 }
 
-/// Whether an icon has been promoted by this call.
+/// True if this call promoted an icon.
 bool PromoteEntry(HKEY entries, const wchar_t* name, const std::wstring& ownPath) {
     const UniqueRegistryKey entry = OpenKey(entries, name, KEY_READ | KEY_SET_VALUE);
     if (!entry || !IsOwnEntry(ExpandKnownFolder(ReadEntryPath(entry.Get())), ownPath)) return false;

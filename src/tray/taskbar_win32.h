@@ -3,7 +3,7 @@
 
 namespace kestrane {
 
-/// The taskbar's window, or null while no shell runs: at logon before it is there, and between its end and its restart.
+/// The taskbar's window, or null while no shell is running: early at logon, and while Explorer restarts.
 inline HWND FindTaskbar() {
     return FindWindowW(L"Shell_TrayWnd", nullptr);
 }

@@ -14,17 +14,17 @@
 namespace kestrane {
 namespace {
 
-// A shorter record is one of an older shell, which cuts the text at 63 characters.
+// A smaller structure belongs to an older shell, which truncates the tip to 63 characters.
 static_assert(sizeof(NOTIFYICONDATAW) == 976, "the shell tells versions of this record by its size");
 
 constexpr WORD ProgramIcon = 1;
 
-/// The program's identity towards the shell, which never changes; they differ in the last byte only, which is the id.
+/// The icons' identities to the shell, which must never change; they differ only in the last byte, the id.
 constexpr GUID IconGuid(std::uint32_t id) {
     return {0x8F41C7A2, 0x52D6, 0x4B19, {0xA7, 0x3E, 0x64, 0x1D, 0xC8, 0x95, 0x20, static_cast<unsigned char>(id)}};
 }
 
-/// The text of an icon before its first refresh.
+/// The tip of an icon before its first refresh.
 const wchar_t* IconName(std::uint32_t id) {
     switch (id) {
         case 1:
@@ -38,7 +38,7 @@ const wchar_t* IconName(std::uint32_t id) {
     }
 }
 
-/// As much of `text` as the field takes with its end mark; the rest of the field is zero.
+/// Copies as much of `text` as fits with its terminator; the rest of the field is zeroed.
 template <std::size_t Capacity>
 void CopyCut(wchar_t (&field)[Capacity], const std::wstring& text) {
     const std::size_t length = std::min(text.size(), Capacity - 1);
@@ -56,7 +56,7 @@ void PrepareSlot(TrayIconSlot& slot, HWND window, std::uint32_t id) {
     CopyCut(slot.data.szTip, IconName(id));
 }
 
-/// What a call works on: without the GUID's flag the id is what counts.
+/// A copy for one call; without NIF_GUID the shell goes by the id.
 NOTIFYICONDATAW CallData(const TrayIconSlot& slot) {
     NOTIFYICONDATAW data = slot.data;
     if (!slot.useGuid) data.uFlags &= ~UINT{NIF_GUID};
@@ -67,9 +67,9 @@ bool Notify(DWORD message, NOTIFYICONDATAW& data) {
     return Shell_NotifyIconW(message, &data) != FALSE;
 }
 
-/// NIM_ADD, and the second try that its refusal calls for.
+/// NIM_ADD, retried as ChooseAddRetry says.
 bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
-    // Asked first: a taskbar that comes up behind the refusal is not the one that refused.
+    // Checked first: a taskbar that appears after the failure is not the one that refused.
     const bool hadTaskbar = FindTaskbar() != nullptr;
     if (Notify(NIM_ADD, data)) return true;
     switch (ChooseAddRetry({hadTaskbar, slot.everAdded, slot.useGuid})) {
@@ -113,7 +113,7 @@ void DeleteSlot(TrayIconSlot& slot) {
     slot.added = false;
 }
 
-/// Shows the slot's image and text on an icon that is there; false if the shell does not know it any more.
+/// Shows the slot's image and text on an existing icon; false if the shell no longer knows it.
 bool ModifySlot(TrayIconSlot& slot) {
     NOTIFYICONDATAW data = CallData(slot);
     data.uFlags |= NIF_ICON;
@@ -157,7 +157,7 @@ void TrayIconSet::SetVisible(std::uint32_t id, bool visible) {
 
 std::uint32_t TrayIconSet::AddAll() {
     std::uint32_t shown = 0;
-    // One after the other in this order, or the shell shuffles them.
+    // In this order, which is the order on the taskbar.
     for (TrayIconSlot& slot : slots)
         shown += AddSlot(slot) ? 1U : 0U;
     return shown;
@@ -171,7 +171,7 @@ void TrayIconSet::ReAddAll() {
 
 void TrayIconSet::Update(std::uint32_t id, UniqueIcon icon, const std::wstring& text) {
     TrayIconSlot& slot = slots[id - 1];
-    // The old image goes only when the shell shows the new one.
+    // Destroy the old image only once the shell shows the new one.
     const UniqueIcon old = std::exchange(slot.icon, std::move(icon));
     CopyCut(slot.data.szTip, text);
     if (slot.added) {

@@ -1,9 +1,9 @@
 #pragma once
-// The program's four entries in the notification area, and the ways in which the shell fails with them: a GUID it
-// refuses, an icon that is gone with the shell's restart, and one that it still holds when it is to be added again.
+// The program's four notification icons, and recovery from the shell's failures: a refused GUID, an icon lost in a
+// restart of the shell, and one that the shell still holds when it is added again.
 //
 //     wanted  added
-//       yes    no     to be shown and not there: at the start, after a failed add, after a restart of the shell
+//       yes    no     wanted but missing: at the start, after a failed add, after a restart of the shell
 //       yes    yes    on the taskbar
 //       no     no     hidden by the settings
 #include <windows.h>
@@ -18,19 +18,19 @@
 
 namespace kestrane {
 
-/// The message by which the shell reports what happens to an icon.
+/// The callback message of the icons.
 inline constexpr UINT WM_TRAY_NOTIFY = 0x8001;
 
 struct TrayIconSlot {
-    NOTIFYICONDATAW data{};  // prepared for all calls, which work on copies of it
+    NOTIFYICONDATAW data{};  // template; each call works on a copy
     UniqueIcon icon;         // the image shown now, or none
     bool added = false;      // the shell has this icon
     bool wanted = true;      // the icon is to be shown
-    bool useGuid = true;     // calls identify the icon by its GUID; once false, false for good
-    bool everAdded = false;  // an add has worked once in this process, with the GUID or without
+    bool useGuid = true;     // calls identify the icon by its GUID; once false, it stays false
+    bool everAdded = false;  // an add has succeeded in this process, with the GUID or without
 };
 
-/// Ids go from 1 to 4: CPU, disk, memory, network. Failures of the shell are written to the debugger at the most.
+/// Ids are 1 to 4: CPU, disk, memory, network. Failures of the shell cause at most a debug line.
 struct TrayIconSet {
     HWND window;
     std::array<TrayIconSlot, 4> slots;
@@ -41,27 +41,28 @@ struct TrayIconSet {
     TrayIconSet& operator=(const TrayIconSet&) = delete;
     ~TrayIconSet();
 
-    /// Adds or deletes the icon at once if this changes what is wanted.
+    /// Adds or deletes the icon at once if this changes `wanted`.
     void SetVisible(std::uint32_t id, bool visible);
 
     /// Tries to add all four; returns how many are on the taskbar.
     std::uint32_t AddAll();
 
-    /// For after a restart of the shell, which then knows of no icon.
+    /// For use after a restart of the shell, which has forgotten all icons.
     void ReAddAll();
 
-    /// Takes over the image, which may be empty, and shows it with the text, of which 127 characters count. An icon
-    /// that the shell has lost is added again; a hidden one keeps both for later.
+    /// Takes the image, which may be empty, and shows it with the text, cut to 127 characters. An icon that the shell
+    /// has lost is added again; a hidden one keeps both for later.
     void Update(std::uint32_t id, UniqueIcon icon, const std::wstring& text);
 
-    /// Shows a notification (63 characters of title, 255 of text) on the first icon that can; true if one took it.
+    /// Shows a notification (63 characters of title, 255 of text) on the first icon that accepts it; false if none
+    /// does.
     bool ShowBalloon(const std::wstring& title, const std::wstring& text);
 
-    /// Gives the keyboard to an icon that is on the taskbar, when what was opened there is left again. The id can be
-    /// any number, as it comes from outside; one that is no icon's does nothing.
+    /// Returns the keyboard focus to an icon after its menu closes. The id comes from outside and may be anything;
+    /// unknown ids are ignored.
     void GiveFocus(std::uint32_t id);
 
-    /// Deletes the icons and destroys their images. What is wanted stays, so a later Update adds its icon again.
+    /// Deletes the icons and destroys their images. `wanted` stays, so a later Update adds its icon again.
     void RemoveAll();
 };
 

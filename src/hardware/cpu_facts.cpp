@@ -6,7 +6,7 @@
 namespace kestrane {
 namespace {
 
-// Published layout on x64. Each record starts with Relationship and Size; what follows depends on the relationship.
+// The documented layout on x64. Each record starts with Relationship and Size; the rest depends on the relationship.
 constexpr std::uint32_t RelationProcessorCore = 0;
 constexpr std::uint32_t RelationCache = 2;
 constexpr std::size_t RelationshipOffset = 0;
@@ -26,7 +26,7 @@ std::uint32_t RelationshipOf(ByteSpan record) {
     return U32At(record, RelationshipOffset);
 }
 
-/// The bytes that the fields of the first record need, its head at least.
+/// The bytes needed for the first record's fields, at least those of its header.
 std::size_t NeededBytes(ByteSpan records) {
     switch (RelationshipOf(records)) {
         case RelationProcessorCore:
@@ -38,7 +38,7 @@ std::size_t NeededBytes(ByteSpan records) {
     }
 }
 
-/// The records up to the first that is damaged.
+/// The records up to the first damaged one.
 std::vector<ByteSpan> SplitRecords(ByteSpan records) {
     std::vector<ByteSpan> split;
     while (records.size() >= HeaderBytes) {

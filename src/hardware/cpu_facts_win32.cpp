@@ -11,7 +11,7 @@
 namespace kestrane {
 namespace {
 
-/// Processor 0 stands for the whole machine.
+/// Processor 0 represents the whole machine.
 constexpr const wchar_t* ProcessorKey = L"HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 
 std::wstring ReadProcessorName() {
@@ -30,7 +30,7 @@ std::uint32_t ReadBaseMhz() {
     return status == ERROR_SUCCESS ? mhz : 0;
 }
 
-/// Empty when the system does not answer.
+/// Empty on failure.
 std::vector<std::uint8_t> ReadProcessorRecords() {
     DWORD bytes = 0;
     GetLogicalProcessorInformationEx(RelationAll, nullptr, &bytes);

@@ -8,7 +8,7 @@
 namespace kestrane {
 namespace {
 
-// STORAGE_DEVICE_DESCRIPTOR, published layout.
+// The documented layout of STORAGE_DEVICE_DESCRIPTOR.
 constexpr std::size_t DescriptorBytes = 40;
 constexpr std::size_t RemovableMediaOffset = 10;
 constexpr std::size_t VendorIdOffsetOffset = 12;
@@ -38,7 +38,7 @@ constexpr std::uint32_t BusUsb = 7;
 constexpr std::uint32_t BusSd = 12;
 constexpr std::uint32_t BusMmc = 13;
 
-/// The text whose offset stands at `field`; an offset of 0 or not within what was returned means there is none.
+/// The text whose offset is stored at `field`; none if the offset is 0 or beyond the returned bytes.
 std::wstring TextAt(ByteSpan buffer, std::size_t field, std::size_t returnedBytes) {
     const std::size_t offset = U32At(buffer, field);
     if (offset == 0 || offset >= std::min(returnedBytes, buffer.size())) return {};

@@ -17,13 +17,13 @@ namespace {
 constexpr std::uint32_t DriveNumbers = 32;
 constexpr DWORD DriveStringsLength = 127;
 
-/// Opens a disk or volume for questions only, which needs no rights.
+/// Opens a disk or volume for queries only, which needs no access rights.
 UniqueFile OpenDevice(const std::wstring& path) {
     return UniqueFile(
         CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-/// An answer in a zeroed buffer.
+/// A reply in a zeroed buffer.
 template <std::size_t Bytes>
 struct DeviceAnswer {
     bool succeeded = false;
@@ -89,7 +89,7 @@ VolumeFacts ReadVolume(const std::wstring& root) {
             .freeBytes = read ? freeBytes.QuadPart : 0};
 }
 
-/// Empty when the strings do not fit.
+/// Empty if the strings do not fit.
 std::vector<std::wstring> ReadDriveRoots() {
     std::array<wchar_t, DriveStringsLength + 1> buffer{};
     const DWORD length = GetLogicalDriveStringsW(DriveStringsLength, buffer.data());

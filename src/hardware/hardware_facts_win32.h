@@ -1,5 +1,5 @@
 #pragma once
-// What the machine says of itself, asked afresh by each call.
+// Facts about the machine, read again by each call.
 #include <vector>
 
 #include "hardware/cpu_facts.h"
@@ -7,11 +7,12 @@
 
 namespace kestrane {
 
-/// The processor's facts, from the registry and from the system's own records. What cannot be read stays 0 or empty.
+/// Processor facts from the registry and GetLogicalProcessorInformationEx. Anything that cannot be read stays 0 or
+/// empty.
 CpuFacts ReadCpuFacts();
 
-/// The fixed internal disks by ascending number, each with the fixed volumes on it. Asks the drivers of disks and
-/// volumes, so it may take a while; without administrator rights it works too. Empty when there is none.
+/// The fixed internal disks in ascending order, each with its fixed volumes. Queries the disk and volume drivers, so it
+/// may take a while; needs no administrator rights. Empty if there are none.
 std::vector<DiskFacts> ReadDiskFacts();
 
 }  // namespace kestrane

@@ -1,4 +1,4 @@
-// The three graph windows as `App` runs them: what each reads, when each is open, and what they ask of their host.
+// The graph windows in `App`: their data sources, when each is open, and the host's callbacks.
 #include "app/app_win32.h"
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 namespace kestrane {
 namespace {
 
-/// Only from a window that still has it, and to one that can take it.
+/// Only if `from` still has the foreground and `to` can take it.
 void HandForegroundOn(HWND from, HWND to) {
     if (GetForegroundWindow() == from && IsWindowVisible(to) && IsWindowEnabled(to)) SetForegroundWindow(to);
 }
@@ -39,7 +39,7 @@ void App::ApplyGraphSettings() {
         ApplyGraph(kind);
 }
 
-/// Hiding an icon hides its graph too, but the graph's own setting stays, and it comes back with the icon.
+/// Hiding an icon hides its graph too, but keeps the graph's own setting, so it comes back with the icon.
 void App::ApplyGraph(GraphKind kind) {
     const auto& graph = graphs[IndexOf(kind)];
     if (!graph) return;

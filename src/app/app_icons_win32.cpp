@@ -1,4 +1,4 @@
-// The four icons as `App` shows them: text and image of each from what is stored, handed to the shell together.
+// The icons in `App`: text and image are built from the stored data and given to the shell in one call.
 #include "app/app_win32.h"
 
 #include <windows.h>

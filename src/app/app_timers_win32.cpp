@@ -1,5 +1,5 @@
-// The timers of `App` and what a tick does: read the counters, keep the points, show them. A reading that its sampler
-// refuses ends the tick, and the last icon and tooltip stay.
+// The timers of `App` and their ticks: read the counters, store the points, show them. A reading that its sampler
+// rejects ends the tick, and the last icon and tooltip stay.
 #include "app/app_win32.h"
 
 #include <windows.h>
@@ -25,7 +25,7 @@ void App::ApplyTimers() {
         graphSources[IndexOf(kind)].periodMs = settings.refresh_ms[IconPosition(kind)];
 }
 
-/// They fill `sample` and lay the baselines for the first real tick; no ring gets a point from them.
+/// Fills `sample` and sets the baselines for the first real tick; adds no points to the rings.
 void App::TakeFirstReadings() {
     SampleMemory(sample);
     SampleCpu(pdhCounters, sample);

@@ -1,5 +1,5 @@
-// The command layer over the four icons: clicks, the context menu and what its entries do. The menu is a nested message
-// loop, in which the window can go away; after it, `shuttingDown` is looked at before anything is touched.
+// Clicks on the icons, the context menu and its commands. The menu runs a nested message loop in which the window can
+// be destroyed; after it, check `shuttingDown` before touching anything.
 #include "app/app_win32.h"
 
 #include <windows.h>
@@ -33,8 +33,8 @@ void FillMenu(HMENU menu, const std::vector<TrayMenuEntry>& entries, int imageSi
     SetMenuDefaultItem(menu, DefaultCommand, FALSE);
 }
 
-/// Shows the menu and returns the chosen command, or 0. The foreground window and the empty message behind it are what
-/// makes the menu close when the user clicks elsewhere.
+/// Shows the menu and returns the chosen command, or 0. The menu closes on a click elsewhere only if its window is in
+/// the foreground and gets a message afterwards.
 std::uint32_t TrackMenu(HMENU menu, HWND window, int x, int y) {
     UINT flags = TPM_RIGHTBUTTON | TPM_NONOTIFY | TPM_RETURNCMD;
     if (GetSystemMetrics(SM_MENUDROPALIGNMENT) > 0) flags |= TPM_RIGHTALIGN;
@@ -95,7 +95,7 @@ std::optional<std::uint32_t> App::RunTrayMenu(std::uint32_t iconId, int x, int y
 }
 
 std::uint32_t App::ChooseFromTrayMenu(int x, int y) {
-    std::vector<UniqueBitmap> images;  // before the menu, which shows them to its end
+    std::vector<UniqueBitmap> images;  // declared first: must outlive the menu
     const UniqueMenu menu(CreatePopupMenu());
     FillMenu(menu.Get(), BuildTrayMenu(settings, ShownGraphs()), static_cast<int>(IconPixelSize(window)), images);
     SetForegroundWindow(window);

@@ -26,7 +26,7 @@ void App::OnCreate(HWND created) {
     RefreshAllIcons();
     ApplyTimers();
     ApplyGraphSettings();
-    if (shuttingDown) return;  // the window is gone again, by a message that came while the shell was asked
+    if (shuttingDown) return;  // a message dispatched during a call to the shell has destroyed the window
     RegisterGraphHotkey();
     SetTimer(window, PromotionTimer, PromotionDelayMs, nullptr);
 }
@@ -58,7 +58,7 @@ void App::OnSettingsChanged() {
     RefreshAllIcons();
 }
 
-/// What the samplers and the graphs need to know of the machine; all other facts are read when somebody asks.
+/// The facts that samplers and graphs need; all others are read on demand.
 void App::DetectHardware() {
     coreClasses = ReadCpuFacts().isPerformanceThread;
     fixedDisks = ReadDiskFacts();

@@ -1,6 +1,6 @@
 #pragma once
-// `App` owns everything that lives as long as the program runs, and is what the hidden window's messages act on. All of
-// it belongs to the user-interface thread. The window's WM_CREATE starts everything, its WM_DESTROY stops everything.
+// `App` owns everything that lives as long as the program, and handles the hidden window's messages. UI thread only.
+// The window's WM_CREATE starts everything, its WM_DESTROY stops everything.
 #include <windows.h>
 
 #include <array>
@@ -22,7 +22,7 @@
 
 namespace kestrane {
 
-/// The shortcut Ctrl+Shift+B.
+/// The hotkey Ctrl+Shift+B.
 inline constexpr int GraphHotkeyId = 1;
 inline constexpr UINT GraphHotkeyModifiers = MOD_CONTROL | MOD_SHIFT | MOD_NOREPEAT;
 inline constexpr UINT GraphHotkeyKey = 'B';
@@ -34,19 +34,19 @@ struct App final : GraphWindowHost {
     App(const App&) = delete;
     App& operator=(const App&) = delete;
 
-    /// WM_CREATE: brings up icons, first readings, timers and the shortcut, in the one order that works.
+    /// WM_CREATE: starts icons, first readings, timers, graphs and the hotkey, in an order that matters.
     void OnCreate(HWND created);
-    /// The shell has restarted: all icons are gone and come back with fresh images.
+    /// The shell has restarted and lost all icons: adds them again with fresh images.
     void OnTaskbarCreated();
-    /// Shows changed settings everywhere. Nothing once the end has begun.
+    /// Applies changed settings everywhere. Does nothing during shutdown.
     void OnSettingsChanged();
 
     // Timers and ticks (app_timers_win32.cpp).
 
-    /// Starts or re-periods the sampling timers whose period differs from the one that runs.
+    /// Starts each sampling timer that is not running with its configured period.
     void ApplyTimers();
-    /// One tick of a sampling timer each. A reading that its sampler refuses ends the tick; one of memory or network is
-    /// never refused, and without rates the network gives no point.
+    /// One tick of a sampling timer. A reading that its sampler rejects ends the tick. Memory and network readings are
+    /// never rejected, but a network reading without rates adds no point.
     void OnCpuTick();
     void OnDiskTick();
     void OnMemoryTick();
@@ -54,34 +54,34 @@ struct App final : GraphWindowHost {
 
     // Icons (app_icons_win32.cpp).
 
-    /// The icons, held for as long as the shell is asked something about them: while it is, a message of its own can
-    /// bring the end. Empty before the start and after the end.
+    /// The icons, kept alive by the caller during calls to the shell, which can dispatch a message that ends the
+    /// program. Empty before startup and after shutdown.
     std::shared_ptr<TrayIconSet> HeldIcons() const { return trayIcons; }
-    /// Follows the size of a small icon at the taskbar's DPI.
+    /// Resizes the icon rings to the small icon size at the taskbar's DPI.
     void EnsureIconRingSize();
-    /// Each rebuilds one icon and its text from what is stored, without sampling.
+    /// Each rebuilds one icon and its text from stored data, without sampling.
     void RefreshCpuIcon();
     void RefreshDiskIcon();
     void RefreshMemoryIcon();
     void RefreshNetworkIcon();
     void RefreshAllIcons();
 
-    // What the user does to the icons (app_tray_win32.cpp).
+    // User actions on the icons (app_tray_win32.cpp).
 
-    /// An event of one of the icons, as the shell sends it.
+    /// WM_TRAY_NOTIFY: an event of one of the icons.
     void OnTrayNotify(WPARAM wParam, LPARAM lParam);
     /// Opens, hides or raises a graph.
     void ToggleGraph(GraphKind kind);
-    /// The menu at an icon; left without a choice, it gives the keyboard back to that icon.
+    /// The menu of an icon; dismissed without a choice, it returns the keyboard focus to the icon.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
     // Graphs (app_graphs_win32.cpp).
 
-    /// The screen has changed: graphs that no monitor shows any more come back to the taskbar.
+    /// The screens have changed: moves graphs that are off every monitor back to the taskbar.
     void RecoverGraphs();
-    /// The same menu at a graph; it gives the foreground back to the window that had it before.
+    /// The same menu on a graph; afterwards it returns the foreground to the window that had it.
     void ShowGraphMenu(GraphKind kind, Point screenPoint) override;
-    /// A click on the disk graph switches between speed and activity; the other two have no second view.
+    /// A click switches the disk graph between speed and activity; the others have no second view.
     void GraphClicked(GraphKind kind) override;
     void GraphStateChanged(GraphKind kind) override;
 
@@ -89,17 +89,17 @@ struct App final : GraphWindowHost {
     HWND window = nullptr;
     UINT taskbarCreatedMessage = 0;
     AppSettings settings;
-    /// From the start to the end; reached through HeldIcons.
+    /// Set from startup to shutdown; use HeldIcons to access it.
     std::shared_ptr<TrayIconSet> trayIcons;
     std::array<std::unique_ptr<GraphWindow>, GraphCount> graphs;
-    /// What the graphs read, by GraphKind; only `periodMs` changes after the start.
+    /// The graphs' data, by GraphKind; only `periodMs` changes after startup.
     std::array<GraphSeries, GraphCount> graphSources;
     PdhCounters pdhCounters;
     NetSampler netSampler;
     MetricSample sample;
     NetSample netSample;
     DiskTotals diskTotals;
-    /// Edge of a notification icon in pixels, and so the capacity of the three icon rings.
+    /// Edge of a notification icon in pixels, and the capacity of the three icon rings.
     std::uint32_t iconRingSize = DefaultIconSize;
     MetricRing<std::int32_t> cpuIconRing{DefaultIconSize};
     MetricRing<std::int32_t> diskReadIconRing{DefaultIconSize};
@@ -107,14 +107,14 @@ struct App final : GraphWindowHost {
     MetricRing<double> cpuRing{SeriesCapacity};
     /// One ring per element of `sample.corePercent`.
     std::vector<MetricRing<double>> coreRings;
-    /// By logical number: 1 when that processor is of the performance class.
+    /// By logical number: 1 for a performance processor.
     std::vector<std::uint8_t> coreClasses;
     MetricRing<double> diskReadBytesRing{SeriesCapacity};
     MetricRing<double> diskWriteBytesRing{SeriesCapacity};
     MetricRing<double> diskReadPercentRing{SeriesCapacity};
     MetricRing<double> diskWritePercentRing{SeriesCapacity};
     std::vector<DiskHistory> diskHistories;
-    /// The machine's fixed disks as they were at the start, and their numbers in the same order.
+    /// The machine's fixed disks as found at startup, and their numbers in the same order.
     std::vector<DiskFacts> fixedDisks;
     std::vector<std::uint32_t> fixedDiskNumbers;
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
@@ -124,7 +124,7 @@ struct App final : GraphWindowHost {
     bool hotkeyRegistered = false;
     /// Running periods by metric; 0 means not started.
     std::array<std::uint32_t, MetricCount> timerPeriods{};
-    /// By icon position: the tick count before which a further click is ignored.
+    /// By icon position: the tick count until which clicks are ignored.
     std::array<std::uint64_t, MetricCount> nextClickTick{};
 
   private:
@@ -137,11 +137,11 @@ struct App final : GraphWindowHost {
     void ShowIcon(MetricKind metric, UniqueIcon icon, const std::wstring& text);
 
     void OnIconClick(GraphKind kind, std::uint32_t event);
-    /// Builds the menu of an icon, tracks it at a point of the screen and runs what is chosen. One at a time. What was
-    /// chosen; none if no menu opened, or if the end has come with it.
+    /// Builds the menu of an icon, tracks it at a screen point and runs the chosen command, which it returns. None if a
+    /// menu is already open or the program has ended meanwhile.
     std::optional<std::uint32_t> RunTrayMenu(std::uint32_t iconId, int x, int y);
     std::uint32_t ChooseFromTrayMenu(int x, int y);
-    /// `iconId` is that of the icon whose menu it was.
+    /// `iconId` is the icon whose menu was used.
     void RunCommand(std::uint32_t command, std::uint32_t iconId);
     void TogglePin(GraphKind kind);
     void ShowAbout();
@@ -153,7 +153,8 @@ struct App final : GraphWindowHost {
     std::array<bool, GraphCount> ShownGraphs() const;
 };
 
-/// WM_DESTROY: stops everything in order and ends the message loop. `app` may be null; then only the timers end.
+/// WM_DESTROY: stops everything in order and ends the message loop. `app` may be null; then it only stops the timers
+/// and ends the loop.
 void OnDestroy(HWND window, App* app);
 
 }  // namespace kestrane

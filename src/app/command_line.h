@@ -1,6 +1,6 @@
 #pragma once
-// What a command line asks for. The text is what the system hands to the entry function, without the program's own
-// name, and it is taken whole: it is never split, trimmed or folded, so " --exit" or "--EXIT" is an ordinary start.
+// Classifies the command line that wWinMain receives, without the program name. It is compared as a whole, never split,
+// trimmed or case-folded, so " --exit" or "--EXIT" is an ordinary start.
 
 namespace kestrane {
 
@@ -10,14 +10,14 @@ inline constexpr const wchar_t* ClearMachineAutostartCommand = L"--autostart-mac
 inline constexpr const wchar_t* UpdatedSwitch = L"--updated";
 
 enum class StartKind {
-    Ordinary,              // anything that is none of the others, the empty text included
+    Ordinary,              // anything else, including an empty command line
     AfterUpdate,           // an ordinary start that waits for the outgoing version to end
     Exit,                  // one-shot: end the running instance
     SetMachineAutostart,   // one-shot: start with Windows for all users
     ClearMachineAutostart  // one-shot: the opposite
 };
 
-/// A null pointer counts as the empty text.
+/// Null counts as empty.
 StartKind ClassifyCommandLine(const wchar_t* commandLine);
 
 }  // namespace kestrane

@@ -24,7 +24,7 @@ bool WaitForOutgoingInstance(HANDLE mutex) {
     return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
 }
 
-/// The mutex, owned by this process, or nothing when this process is to leave in silence.
+/// The mutex, owned by this process, or none if this process must exit quietly.
 UniqueKernelHandle BecomeRunningInstance(const wchar_t* commandLine) {
     SetLastError(ERROR_SUCCESS);
     UniqueKernelHandle mutex(CreateMutexW(nullptr, TRUE, InstanceMutexName));
@@ -36,18 +36,18 @@ UniqueKernelHandle BecomeRunningInstance(const wchar_t* commandLine) {
 
 int PumpMessages(const App& app) {
     MSG msg{};
-    // An error of GetMessageW (-1) ends the loop as WM_QUIT does.
+    // A GetMessageW error (-1) ends the loop like WM_QUIT.
     while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
         TranslateMessage(&msg);
         DispatchMessageW(&msg);
-        // The window can go in a loop of the system's own, of a drag or a menu, which may have taken WM_QUIT for
-        // itself.
+        // The window can be destroyed inside a modal loop of the system, for a drag or a menu, which may have swallowed
+        // WM_QUIT.
         if (app.shuttingDown) PostQuitMessage(0);
     }
     return static_cast<int>(msg.wParam);
 }
 
-/// Up to 5 seconds, looking every 100 ms whether the window is gone.
+/// Waits up to 5 seconds, polling every 100 ms.
 bool WaitForWindowToGo(HWND window) {
     for (int round = 0; round < ExitPollRounds && IsWindow(window); ++round)
         Sleep(ExitPollMs);
@@ -64,7 +64,7 @@ UniqueKernelHandle OpenProcessOfWindow(HWND window) {
 }  // namespace
 
 int Main(HINSTANCE instance, const wchar_t* commandLine) {
-    // What the system's own DLLs load by a bare name is not to come from the program's folder.
+    // Keep system DLLs from loading others by bare name from the program's folder.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
@@ -103,7 +103,7 @@ int RequestRunningInstanceExit() {
     if (window == nullptr) return 0;
     const UniqueKernelHandle process = OpenProcessOfWindow(window);
     PostMessageW(window, WM_CLOSE, 0, 0);
-    // With a handle the wait is for the process, without one only for the window.
+    // With a handle, wait for the process; without one, only for the window.
     if (process) return ExitCodeOf(WaitForSingleObject(process.Get(), ExitWaitMs) == WAIT_OBJECT_0);
     return ExitCodeOf(WaitForWindowToGo(window));
 }

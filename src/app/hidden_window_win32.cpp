@@ -11,15 +11,15 @@ App* AppOf(HWND window) {
     return reinterpret_cast<App*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-/// Not handed on to DefWindowProcW: the window has no text or frame that would need it.
+/// Not passed on to DefWindowProcW: the window is never shown, so its title and frame do not matter.
 LRESULT BindApp(HWND window, LPARAM lParam) {
     const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
     return TRUE;
 }
 
-/// The shell runs with the user's rights, and what it sends to an elevated program is held back otherwise. Ordinarily
-/// it passes anyhow, so a failure costs nothing.
+/// UIPI would otherwise block messages from the shell, which runs unelevated, if this program is elevated. If it is
+/// not, they pass anyway, so a failure does not matter.
 void LetTaskbarCreatedThrough(HWND window, UINT message) {
     ChangeWindowMessageFilterEx(window, message, MSGFLT_ALLOW, nullptr);
 }
@@ -47,9 +47,9 @@ void OnTimer(App& app, WPARAM id) {
     }
 }
 
-/// What needs `App`; false for messages that are left to DefWindowProcW, alone or afterwards.
+/// Handles the messages that need `App`; false if DefWindowProcW must still process the message.
 bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
-    // The shell sends its messages, so they also arrive while the end waits for it to take the icons away.
+    // The shell sends its messages, so they can still arrive while shutdown waits for it to remove the icons.
     if (app.shuttingDown) return false;
     switch (message) {
         case WM_TIMER:

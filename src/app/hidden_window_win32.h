@@ -1,6 +1,6 @@
 #pragma once
-// The hidden top-level window that receives everything: timers, the icons' events, the shortcut and the system's
-// broadcasts. It is no message-only window, because those get no broadcasts and FindWindowW does not see them.
+// The hidden top-level window that receives everything: timers, icon events, the hotkey and broadcasts. Not a
+// message-only window, because those get no broadcasts and FindWindowW does not find them.
 #include <windows.h>
 
 namespace kestrane {
@@ -9,13 +9,13 @@ struct App;
 
 inline constexpr const wchar_t* HiddenWindowClass = L"kestrane.hidden";
 inline constexpr const wchar_t* HiddenWindowTitle = L"kestrane";
-/// Registered name of the message that the shell broadcasts after a restart and after a change of DPI.
+/// Registered name of the message that the shell broadcasts after a restart or a DPI change.
 inline constexpr const wchar_t* TaskbarCreatedName = L"TaskbarCreated";
 
-/// Registers the class and creates the window, whose WM_CREATE starts everything. False when either is refused.
+/// Registers the class and creates the window, whose WM_CREATE starts everything. False if either fails.
 bool CreateHiddenWindow(App& app);
 
-/// The window procedure. The creation parameter of the window is the pointer to `App`.
+/// The window procedure. The window's creation parameter is the pointer to `App`.
 LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 }  // namespace kestrane

@@ -1,4 +1,4 @@
-// The system's way in. Everything else is in entry_win32.cpp, where tests can reach it.
+// The entry point. Everything else is in entry_win32.cpp, where tests can reach it.
 #include "app/entry_win32.h"
 
 #include <windows.h>

@@ -13,7 +13,7 @@ UniqueIcon LoadIconResource(std::uint32_t resource, int size) {
     return UniqueIcon(static_cast<HICON>(icon));
 }
 
-/// Every pixel is transparent at first, so the icon's own alpha is what the menu blends.
+/// All pixels start transparent, so the menu blends with the icon's own alpha.
 UniqueBitmap PaintIcon(HICON icon, int size) {
     const ScreenDc screen;
     Dib dib = MakeDib(screen.Get(), size, size, DibFormat::Rgb);

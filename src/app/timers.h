@@ -1,5 +1,5 @@
 #pragma once
-// The timers of the hidden window. The ids are not in the order of the icons, and each sampling period is its own.
+// The timers of the hidden window. The ids are not in icon order, and each metric has its own period.
 #include <array>
 #include <cstdint>
 
@@ -13,7 +13,7 @@ inline constexpr std::uintptr_t MemoryTimer = 3;
 inline constexpr std::uintptr_t NetworkTimer = 4;
 inline constexpr std::uintptr_t DiskTimer = 5;
 
-/// The promotion of the icons comes once, so long after the start.
+/// The icons are promoted once, this long after startup.
 inline constexpr std::uint32_t PromotionDelayMs = 2000;
 
 struct SamplingTimer {
@@ -21,7 +21,7 @@ struct SamplingTimer {
     std::uintptr_t id;
 };
 
-/// The four sampling timers, in the order in which they are started and ended.
+/// The four sampling timers, in the order of starting and stopping.
 inline constexpr std::array<SamplingTimer, 4> SamplingTimers = {{
     {MetricKind::Cpu, CpuTimer},
     {MetricKind::Disk, DiskTimer},

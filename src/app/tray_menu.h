@@ -1,5 +1,5 @@
 #pragma once
-// The tray menu as data: which entries it has at this moment, in their order.
+// The current tray menu as data: its entries in order.
 #include <array>
 #include <cstdint>
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace kestrane {
 
-/// What a menu answers that was left without a choice.
+/// The result of a menu dismissed without a choice.
 inline constexpr std::uint32_t NothingChosen = 0;
 
 inline constexpr std::uint32_t CommandSettings = 100;
@@ -21,7 +21,7 @@ inline constexpr std::uint32_t CommandPinFirst = 104;
 inline constexpr std::uint32_t CommandPinLast = CommandPinFirst + GraphCount - 1;
 static_assert(IndexOf(GraphKind::Network) == 0 && IndexOf(GraphKind::Disk) == GraphCount - 1);
 
-/// Icon resources of the program that the menu shows.
+/// Icon resources of the menu.
 inline constexpr std::uint32_t ResourcePerformance = 201;
 inline constexpr std::uint32_t ResourceSettings = 202;
 inline constexpr std::uint32_t ResourceAbout = 203;
@@ -37,15 +37,15 @@ struct TrayMenuEntry {
     bool operator==(const TrayMenuEntry&) const = default;
 };
 
-/// The entry that a double click on the menu would run, shown in bold.
+/// The default entry, shown in bold.
 inline constexpr std::uint32_t DefaultCommand = CommandPerformance;
 
-/// Whether the command starts another program, which comes to the front by itself if the foreground is left as it is.
+/// Whether the command starts another program, which comes to the front by itself unless the foreground changes.
 constexpr bool StartsAProgram(std::uint32_t command) {
     return command == CommandPerformance;
 }
 
-/// `shown` says by GraphKind which graphs are open: only those can be pinned. The pin entries stand in the order CPU,
+/// `shown` tells by GraphKind which graphs are open: only those can be pinned. The pin entries are in the order CPU,
 /// disk, network.
 std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown);
 

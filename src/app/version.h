@@ -2,7 +2,7 @@
 
 namespace kestrane {
 
-/// The program's version, as "1.2.3". It stands once, in the build's description of the project.
+/// The program's version, such as "1.2.3", defined only in CMakeLists.txt.
 extern const wchar_t* const ProgramVersion;
 
 }  // namespace kestrane

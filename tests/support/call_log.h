@@ -1,5 +1,5 @@
 #pragma once
-// What a test's fake imports were asked for, in order, as short texts that read well when a comparison fails.
+// The calls of a test's fake imports, in order, as short texts that read well when a comparison fails.
 #include <string>
 #include <vector>
 
@@ -14,7 +14,7 @@ inline void NoteCall(std::string call) {
     Calls().push_back(std::move(call));
 }
 
-/// How often exactly this call was noted.
+/// How many times this exact call was recorded.
 inline int CountCalls(const std::string& call) {
     int count = 0;
     for (const std::string& noted : Calls())

@@ -1,6 +1,6 @@
 #pragma once
-// The calls by which icons are made, counted, refused on demand and, where a font would decide, answered with made-up
-// measures and ink. To be included by one file of a test program.
+// Fakes of the calls that create icons: counted, failed on demand and, where a font would decide, answered with made-up
+// metrics and ink. Include in one file of a test program only.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -35,12 +35,12 @@ struct TextCall {
     int backgroundMode;
 };
 
-/// What the fake calls saw and what they shall do.
+/// What the fake calls recorded, and how they respond.
 struct World {
-    std::multiset<std::string> live;     // one entry a living object, by kind
-    std::map<void*, std::string> kinds;  // of the living objects
-    int strayCloses = 0;                 // objects closed that were not alive
-    std::set<int> refusedDibs;           // ordinals of the CreateDIBSection calls that fail, from 1
+    std::multiset<std::string> live;     // one entry per live object, by kind
+    std::map<void*, std::string> kinds;  // of the live objects
+    int strayCloses = 0;                 // closed objects that were not live
+    std::set<int> refusedDibs;           // which CreateDIBSection calls fail, from 1
     std::set<int> refusedIcons;          // the same for CreateIconIndirect
     bool refuseDc = false;
     bool refuseSelectedBitmap = false;
@@ -53,9 +53,9 @@ struct World {
     BITMAPV5HEADER lastHeader{};
     std::vector<FontCall> fonts;
     std::vector<TextCall> texts;
-    std::function<TextExtent(std::int32_t height)> metrics;  // by the font's height; none: the machine's
-    std::function<void(HDC)> ink;                            // instead of DrawTextW; none: the machine's
-    std::optional<HWND> taskbar;                             // what FindWindowW finds; none: nothing
+    std::function<TextExtent(std::int32_t height)> metrics;  // by font height; none: the real ones
+    std::function<void(HDC)> ink;                            // instead of DrawTextW; none: the real one
+    std::optional<HWND> taskbar;                             // what FindWindowW finds
     HWND dpiOf = nullptr;
     UINT metricDpi = 0;
     int smallIcon = 16;

@@ -1,6 +1,6 @@
 #pragma once
-// The calls by which a graph window lives: passed on to the system, noted, and answered otherwise where a test asks for
-// it. The painting itself is replaced by a note of what was to be painted. To be included by one file of a program.
+// Fakes of a graph window's calls: passed on to the system, recorded, and answered differently where a test asks for
+// it. Painting is replaced by a record of its arguments. Include in one file of a test program only.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -47,24 +47,24 @@ struct PaintCall {
     HoverState hover;
 };
 
-/// What the fake calls saw and what they shall do.
+/// What the fake calls recorded, and how they respond.
 struct World {
     bool classUnknown = false;  // GetClassInfoExW knows no class
     bool refuseClass = false;
     bool refuseWindow = false;
     UINT dpi = 96;
-    std::optional<APPBARDATA> taskbar;   // none: the shell gives no answer
+    std::optional<APPBARDATA> taskbar;   // none: the shell does not answer
     Rect workArea = {0, 0, 1920, 1040};  // of every monitor
     bool offScreen = false;              // no monitor shows the window
-    std::optional<POINT> cursor;         // none: the machine's
+    std::optional<POINT> cursor;         // none: the real one
     bool altDown = false;
     bool escRead = false;  // Esc is the last key that this thread has read
     bool refuseTracking = false;
     bool refuseHook = false;
     HWND shellWindow = nullptr;
-    std::function<void()> moveLoop;         // the system's loop that moves and sizes a window
-    std::function<void(HWND)> onMove;       // runs once, in the course of a move or resize
-    std::function<void()> whileShellAsked;  // runs while the shell looks for its taskbar
+    std::function<void()> moveLoop;         // the system's modal move and resize loop
+    std::function<void(HWND)> onMove;       // runs once, during a move or resize
+    std::function<void()> whileShellAsked;  // runs during SHAppBarMessage
     std::vector<std::wstring> debugTexts;
     std::vector<WNDCLASSEXW> classes;
     std::vector<CreateCall> creations;
@@ -73,7 +73,7 @@ struct World {
     std::vector<int> showCommands;
     std::vector<BYTE> alphas;
     std::vector<PaintCall> paints;
-    std::vector<POINT> monitorPoints;  // asked of MonitorFromPoint
+    std::vector<POINT> monitorPoints;  // passed to MonitorFromPoint
     std::vector<DWORD> trackingFlags;
     int invalidations = 0;
     int hooks = 0, unhooks = 0;
@@ -94,7 +94,7 @@ inline ATOM WINAPI FakeRegisterClassExW(const WNDCLASSEXW* info) {
     static const auto real = REAL(L"user32", RegisterClassExW);
     world.classes.push_back(*info);
     if (world.refuseClass) return 0;
-    // The class lasts as long as the process; a later test that registers it anew finds it there.
+    // The class lives as long as the process; a later test that registers it again finds it there.
     const ATOM atom = real(info);
     return atom != 0 || !world.classUnknown ? atom : ATOM{1};
 }
@@ -187,7 +187,7 @@ inline BOOL WINAPI FakeGetCursorPos(LPPOINT point) {
 
 inline SHORT WINAPI FakeGetAsyncKeyState(int key) {
     EXPECT_EQ(key, VK_MENU);
-    return world.altDown ? static_cast<SHORT>(-32768) : SHORT{1};  // pressed since somebody last asked, not down
+    return world.altDown ? static_cast<SHORT>(-32768) : SHORT{1};  // pressed since the last query, not down
 }
 
 inline SHORT WINAPI FakeGetKeyState(int key) {
@@ -236,7 +236,7 @@ inline LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wPara
     return 0;
 }
 
-/// In place of the painter.
+/// Replaces the painter.
 void PaintGraph(HDC hdc, std::int32_t width, std::int32_t height, GraphKind kind, const AppSettings& settings,
                 const GraphSeries& series, std::uint32_t dpi, const HoverState& hover) {
     EXPECT_NE(hdc, nullptr);
@@ -257,7 +257,7 @@ struct Host : GraphWindowHost {
     std::function<void()> onMenu;
 };
 
-/// The window comes to a monitor of 144 DPI, and the system offers the same size half as large again.
+/// The window moves to a monitor of 144 DPI, and the system suggests a size half as large again.
 inline void CrossToLargerDpi(HWND window) {
     world.dpi = 144;
     RECT rect = {};
@@ -267,7 +267,7 @@ inline void CrossToLargerDpi(HWND window) {
     SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&rect));
 }
 
-/// Graphs over one settings record and one host, made as a test needs them.
+/// Graphs with one settings record and one host, created on demand.
 class GraphWindowTest : public testing::Test {
   protected:
     GraphWindowTest() { world = World{}; }
@@ -278,7 +278,7 @@ class GraphWindowTest : public testing::Test {
         return *graph;
     }
 
-    /// Shows the graph at a place of its own and forgets the calls that this took.
+    /// Shows the graph at `place` and clears the record of the calls that took.
     HWND Show(GraphKind kind, const Rect& place = {100, 100, 590, 250}) {
         GraphSettings& stored = GraphSettingsOf(settings_, kind);
         stored.x = place.left;
@@ -307,7 +307,7 @@ class GraphWindowTest : public testing::Test {
         return {stored.x, stored.y, stored.x + stored.width, stored.y + stored.height};
     }
 
-    /// The hover that a paint at this moment gets to see.
+    /// The hover state that a paint would get now.
     static HoverState HoverOf(HWND window) {
         SendMessageW(window, WM_PAINT, 0, 0);
         return world.paints.empty() ? HoverState{true, -1, -1} : world.paints.back().hover;

@@ -1,6 +1,6 @@
 #pragma once
-// A scripted PDH: it takes the place of the system's own at link time, writes down each call, and answers what the test
-// has laid down for a counter's path. To be included by one file of a test program.
+// A scripted PDH: replaces the system's at link time, records each call, and answers as the test has set up for a
+// counter's path. Include in one file of a test program only.
 #include <windows.h>
 
 #include <pdh.h>
@@ -20,7 +20,7 @@
 
 namespace kestrane {
 
-/// The disks' counters, by what they count.
+/// Disk counter paths.
 namespace disk_paths {
 inline constexpr const wchar_t* Idle = L"\\PhysicalDisk(*)\\% Idle Time";
 inline constexpr const wchar_t* ReadTime = L"\\PhysicalDisk(*)\\% Disk Read Time";
@@ -29,7 +29,7 @@ inline constexpr const wchar_t* ReadBytes = L"\\PhysicalDisk(*)\\Disk Read Bytes
 inline constexpr const wchar_t* WriteBytes = L"\\PhysicalDisk(*)\\Disk Write Bytes/sec";
 }  // namespace disk_paths
 
-/// The processors' counters: the whole machine, and each.
+/// Processor counter paths: the whole machine, and each processor.
 namespace cpu_paths {
 inline constexpr const wchar_t* Total = L"\\Processor Information(_Total)\\% Processor Utility";
 inline constexpr const wchar_t* Cores = L"\\Processor Information(*)\\% Processor Utility";
@@ -41,13 +41,13 @@ struct FakeInstance {
     DWORD status = PDH_CSTATUS_VALID_DATA;
 };
 
-/// What reading one counter gives.
+/// The result of reading one counter.
 struct FakeCounter {
-    PDH_STATUS valueStatus = ERROR_SUCCESS;  // of the single value; its data is the first instance
+    PDH_STATUS valueStatus = ERROR_SUCCESS;  // of the single value, which is the first instance's
     PDH_STATUS sizeStatus = static_cast<PDH_STATUS>(PDH_MORE_DATA);
     PDH_STATUS arrayStatus = ERROR_SUCCESS;
     std::vector<FakeInstance> instances;
-    /// Instead of all this, if set: answers the array call with and without buffer.
+    /// If set, handles the array call instead, with and without buffer.
     std::function<PDH_STATUS(DWORD* bytes, DWORD* count, PDH_FMT_COUNTERVALUE_ITEM_W* items)> array;
 };
 
@@ -57,9 +57,9 @@ struct FakePdh {
     std::set<std::wstring> missing;  // paths that cannot be added
     std::map<std::wstring, FakeCounter> counters;
     PDH_STATUS collectStatus = ERROR_SUCCESS;
-    std::set<DWORD> formats;  // all that were asked for
+    std::set<DWORD> formats;  // all requested formats
     int queries = 0;
-    std::vector<std::wstring> added;  // counter handles are positions in here, from 1
+    std::vector<std::wstring> added;  // counter handles are indices into this, from 1
 };
 
 inline FakePdh fakePdh;
@@ -76,7 +76,7 @@ inline FakeCounter& CounterOf(PDH_HCOUNTER handle) {
     return fakePdh.counters[fakePdh.added.at(reinterpret_cast<std::uintptr_t>(handle) - 1)];
 }
 
-/// The size of an answer as PDH lays it out: the items, and behind them their names.
+/// The size of an answer as PDH lays it out: the items, then their names.
 inline DWORD AnswerBytes(const std::vector<FakeInstance>& instances) {
     std::size_t bytes = 0;
     for (const FakeInstance& instance : instances) {
@@ -103,7 +103,7 @@ PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR source, DWORD_PTR user, PDH_HQUERY* quer
     using namespace kestrane;
     const int number = ++fakePdh.queries;
     fakePdh.calls.push_back(L"open" + std::wstring(source != nullptr || user != 0 ? L" with arguments" : L""));
-    *query = HandleOf(static_cast<std::size_t>(number));  // written on failure too: nobody may close it then
+    *query = HandleOf(static_cast<std::size_t>(number));  // written on failure too, when it must not be closed
     return fakePdh.refusedQueries.contains(number) ? static_cast<PDH_STATUS>(PDH_INVALID_DATASOURCE) : ERROR_SUCCESS;
 }
 

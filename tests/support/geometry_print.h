@@ -1,5 +1,5 @@
 #pragma once
-// How GoogleTest shows the records of geometry in a failing row.
+// Prints geometry records in GoogleTest failures.
 #include <ostream>
 
 #include "base/geometry.h"

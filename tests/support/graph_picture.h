@@ -1,5 +1,5 @@
 #pragma once
-// A graph's pixels as rows of characters, so that a test can hold the picture it expects:
+// A graph's pixels as rows of characters, so that a test can show the picture it expects:
 //
 //     Picture canvas(5, 3);
 //     FillPixels(canvas.Buffer(), ...);
@@ -16,7 +16,7 @@ namespace kestrane {
 
 using Strings = std::vector<std::string>;
 
-/// One letter a colour.
+/// One letter per colour.
 using Letters = PixelLegend;
 
 inline Strings RowsOf(const PixelBuffer& buffer, const Letters& letters) {

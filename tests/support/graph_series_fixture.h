@@ -7,7 +7,7 @@
 
 namespace kestrane {
 
-/// A ring that holds the values in order, the last the newest.
+/// A ring with these values, the last one the newest.
 template <typename T>
 MetricRing<T> RingOf(const std::vector<T>& values, std::uint64_t capacity = SeriesCapacity) {
     MetricRing<T> ring(capacity);

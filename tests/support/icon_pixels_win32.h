@@ -28,7 +28,7 @@ inline IconPixels BitmapPixels(HBITMAP bitmap) {
     return read;
 }
 
-/// Empty if `icon` is no icon.
+/// Empty if `icon` is not an icon.
 inline IconPixels ReadIconPixels(HICON icon) {
     ICONINFO info{};
     if (GetIconInfo(icon, &info) == FALSE) return {};

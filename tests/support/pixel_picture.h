@@ -1,12 +1,12 @@
 #pragma once
-// Pixels as rows of characters, so that an expected image can stand in a test and be read there:
+// Pixels as rows of characters, so that a test can show the image it expects:
 //
 //     EXPECT_EQ(PixelPicture(canvas.pixels, 4, {{0, '.'}, {0xFFFF0000, 'r'}}), R"(
 //     ....
 //     .rr.
 //     )");
 //
-// The picture begins with a line feed, and each row ends in one, as a raw string does that starts on its own line.
+// The picture begins with a line feed and each row ends in one, to match a raw string that starts on its own line.
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -16,7 +16,7 @@
 
 namespace kestrane {
 
-/// One letter for each colour that is expected; a pixel of any other colour shows as '?'.
+/// One letter per expected colour; any other colour shows as '?'.
 using PixelLegend = std::vector<std::pair<std::uint32_t, char>>;
 
 inline char PixelLetter(std::uint32_t pixel, const PixelLegend& legend) {

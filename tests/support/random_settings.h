@@ -8,7 +8,7 @@
 
 namespace kestrane {
 
-/// Settings of every kind that the program can hold, made at random. Texts are made of the characters of `alphabet`.
+/// Random settings, anything that the program can hold. Texts consist of characters from `alphabet`.
 class RandomSettings {
   public:
     RandomSettings(unsigned seed, std::wstring_view alphabet) : random_(seed), alphabet_(alphabet) {}

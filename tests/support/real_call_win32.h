@@ -1,5 +1,5 @@
 #pragma once
-// The system's own operation behind a fake import: static const auto real = REAL(L"user32", SetTimer);
+// The system function behind a fake import: static const auto real = REAL(L"user32", SetTimer);
 #include <windows.h>
 
 namespace kestrane::test {

@@ -1,6 +1,5 @@
 #pragma once
-// Records as the system hands them over, put together byte by byte in tests, and handed on so that the sanitizer sees
-// each byte read too many.
+// System records, built byte by byte in tests and passed on so that the sanitizer catches every read past the end.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -12,19 +11,19 @@ namespace kestrane {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The lowest `size` bytes of a number, the lowest first, over what stands at `offset`.
+/// Overwrites the bytes at `offset` with the low `size` bytes of `value`, little-endian.
 inline void PutAt(Bytes& bytes, std::size_t offset, std::uint64_t value, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
         bytes.at(offset + i) = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
-/// The same behind the last byte.
+/// Appends them instead.
 inline void Put(Bytes& bytes, std::uint64_t value, std::size_t size) {
     bytes.resize(bytes.size() + size);
     PutAt(bytes, bytes.size() - size, value, size);
 }
 
-/// A copy that is just as long as the bytes; a vector may have room behind its last one.
+/// A copy of exactly the right size; a vector may have spare capacity after its last byte.
 class ExactCopy {
   public:
     explicit ExactCopy(const Bytes& bytes)

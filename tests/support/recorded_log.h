@@ -1,5 +1,5 @@
 #pragma once
-// Catches what the program writes to the debugger. To be included by one file of a test program.
+// Captures the program's debug lines. Include in one file of a test program only.
 #include <windows.h>
 
 #include <string>

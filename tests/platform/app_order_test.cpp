@@ -1,6 +1,6 @@
-// The orders in which `App` does things where the order is the rule: start and end, changed settings, a new taskbar,
-// what is saved when, and what a window does that has no `App`. Shell, timers, shortcut, counters and the settings file
-// are replaced; the graph windows are real, and what becomes of them is noted between the calls.
+// The order of what `App` does, where it matters: start and end, changed settings, a new taskbar, saving, and a window
+// without an `App`. Shell, timers, hotkey, counters and the settings file are replaced; the graph windows are real, and
+// their changes are recorded between the calls.
 #include <windows.h>
 #include <winsock2.h>
 #include <ws2ipdef.h>
@@ -38,13 +38,13 @@ using testing::IsSupersetOf;
 
 constexpr UINT FakeTaskbarCreated = 0xC0DE;
 
-/// What the user sees of a graph: nothing, the graph, or nothing because it stands beside every monitor.
+/// What the user sees of a graph: nothing, the graph, or nothing because it is off every monitor.
 enum class Sight { None, Shown, Lost };
 
 struct World {
     int iconSize = 16;
     BOOL menuAnswer = 0;
-    std::array<Sight, kestrane::GraphCount> graphs{};  // as they were at the last call
+    std::array<Sight, kestrane::GraphCount> graphs{};  // at the last call
     std::array<bool, kestrane::GraphCount> clickThrough{};
 };
 World world;
@@ -62,7 +62,7 @@ Sight SightOf(HWND window) {
     return MonitorFromWindow(window, MONITOR_DEFAULTTONULL) == nullptr ? Sight::Lost : Sight::Shown;
 }
 
-/// Notes what has become of the graphs since the last call.
+/// Records how the graphs have changed since the last call.
 void NoteGraphs() {
     for (std::size_t graph = 0; graph < kestrane::GraphCount; ++graph) {
         const HWND window = GraphWindowOf(graph);
@@ -115,7 +115,7 @@ void WINAPI FakePostQuitMessage(int) {
 int WINAPI FakeGetSystemMetricsForDpi(int, UINT) {
     return world.iconSize;
 }
-/// Where the taskbar is: no answer, which is as good as one.
+/// No taskbar position, which the program must handle anyway.
 UINT_PTR WINAPI FakeSHAppBarMessage(DWORD, PAPPBARDATA) {
     return 0;
 }
@@ -160,7 +160,7 @@ decltype(&ShowWindow) __imp_ShowWindow = &FakeShowWindow;
 decltype(&DestroyWindow) __imp_DestroyWindow = &FakeDestroyWindow;
 decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemoryStatusEx;
 
-// Declared without dllimport, so it is the function itself that stands in.
+// Declared without dllimport, so the function itself is replaced.
 BOOL WINAPI GetSystemTimes(PFILETIME, PFILETIME, PFILETIME) {
     Note("read processor");
     return TRUE;
@@ -223,7 +223,7 @@ class AppOrderTest : public testing::Test {
         Send(WM_TRAY_NOTIFY, 0, EventContextMenu | 1 << 16);
     }
 
-    /// All that was noted and what the last call has made of the graphs; values that were saved in one go count once.
+    /// Everything recorded, including the graphs' changes by the last call; values saved together count once.
     static std::vector<std::string> NotedInShort() {
         NoteGraphs();
         std::vector<std::string> calls;
@@ -316,7 +316,7 @@ TEST_F(AppOrderTest, APinIsSavedAfterItHolds) {
     EXPECT_THAT(NotedInShort(), ElementsAre("cpu takes the mouse", "save"));
 }
 
-/// A window of the hidden window's procedure that `CreateHiddenWindow` has not made, and so without an `App`.
+/// A window with the hidden window's procedure but not created by `CreateHiddenWindow`, so without an `App`.
 class WindowWithoutApp {
   public:
     WindowWithoutApp() {
@@ -335,7 +335,7 @@ class WindowWithoutApp {
     ~WindowWithoutApp() { DestroyWindow(window_); }
 
     HWND Get() const { return window_; }
-    /// Not through the system, which may swallow a crash on the way.
+    /// Called directly, because the system may swallow a crash in a window procedure.
     LRESULT Send(UINT message, WPARAM wParam) const { return HiddenWindowProc(window_, message, wParam, 0); }
 
   private:

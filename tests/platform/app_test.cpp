@@ -1,5 +1,5 @@
-// `App` behind its real hidden window, with shell, timers, shortcut and counters replaced: the order of start and end,
-// the message table, which timers are set anew, and what a tick changes.
+// `App` behind its real hidden window, with shell, timers, hotkey and counters replaced: the order of start and end,
+// message handling, which timers are restarted, and what a tick changes.
 #include <windows.h>
 #include <winsock2.h>
 #include <ws2ipdef.h>
@@ -56,9 +56,9 @@ struct World {
     std::uint64_t outOctets = 0;
     bool tableWorks = true;
     std::set<UINT> onTaskbar;       // ids that were added and not deleted
-    std::string interrupted;        // the call of the shell that something is sent in,
-    std::function<void()> sending;  // and what is sent; once
-    HWND filtered = nullptr;        // the window for which the filter of messages was changed
+    std::string interrupted;        // the call to the shell during which
+    std::function<void()> sending;  // this is sent, once
+    HWND filtered = nullptr;        // the window whose message filter was changed
     bool filterIsChanged = true;
 };
 World world;
@@ -139,14 +139,14 @@ ULONGLONG WINAPI FakeGetTickCount64() {
     return world.clockMs;
 }
 
-/// Where the taskbar is: no answer, which is as good as one.
+/// No taskbar position, which the program must handle anyway.
 UINT_PTR WINAPI FakeSHAppBarMessage(DWORD, PAPPBARDATA) {
     NoteCall("taskbar?");
     if (world.interrupted == "taskbar?" && world.sending) std::exchange(world.sending, nullptr)();
     return 0;
 }
 
-/// Which messages of less privileged programs may reach which window, and that it is asked before the first icon.
+/// Records which message is let through to which window, and that this comes before the first icon.
 BOOL WINAPI FakeChangeWindowMessageFilterEx(HWND window, UINT message, DWORD action, PCHANGEFILTERSTRUCT status) {
     EXPECT_TRUE(IsWindow(window));
     EXPECT_EQ(message, FakeTaskbarCreated);
@@ -178,7 +178,7 @@ decltype(&GetTickCount64) __imp_GetTickCount64 = &FakeGetTickCount64;
 decltype(&ChangeWindowMessageFilterEx) __imp_ChangeWindowMessageFilterEx = &FakeChangeWindowMessageFilterEx;
 decltype(&RegisterWindowMessageW) __imp_RegisterWindowMessageW = &FakeRegisterWindowMessageW;
 
-// Declared without dllimport, so it is the function itself that stands in.
+// Declared without dllimport, so the function itself is replaced.
 BOOL WINAPI GetSystemTimes(PFILETIME idle, PFILETIME kernel, PFILETIME user) {
     if (!world.systemTimesWork) return FALSE;
     *idle = FileTimeOf(world.idle);
@@ -265,20 +265,20 @@ class AppTest : public testing::Test {
         return SendMessageW(app->window, message, wParam, lParam);
     }
 
-    /// One counted processor tick at the given load.
+    /// One CPU tick that counts, at the given load.
     void CpuTick(std::uint64_t percent) {
         world.total += 1000;
         world.idle += 10 * (100 - percent);
         Send(WM_TIMER, CpuTimer);
     }
 
-    /// Another process sends WM_CLOSE, and it arrives while the shell is asked this.
+    /// WM_CLOSE from another process arrives during this call to the shell.
     void EndDuring(const std::string& call) {
         world.interrupted = call;
         world.sending = [this] { Send(WM_CLOSE); };
     }
 
-    /// No icon is left, and none was touched by the end before the interrupted call was over.
+    /// No icon is left, and shutdown touched none before the interrupted call returned.
     void ExpectEndedAfterTheAnswer() {
         EXPECT_FALSE(IsWindow(app->window));
         EXPECT_FALSE(app->trayIcons);
@@ -322,7 +322,7 @@ TEST_F(AppTest, StartsInTheRequiredOrder) {
                             "icon modify 4", "SetTimer 1 1500", "SetTimer 5 1500", "SetTimer 3 1500", "SetTimer 4 1500",
                             "RegisterHotKey 1 16390 66", "SetTimer 2 2000"));
     EXPECT_TRUE(app->hotkeyRegistered);
-    EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings give no points
+    EXPECT_EQ(app->cpuIconRing.count, 0U);  // the first readings add no points
 }
 
 TEST_F(AppTest, AnElevatedProgramHearsOfANewTaskbarToo) {

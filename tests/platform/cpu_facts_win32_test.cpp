@@ -99,7 +99,7 @@ class CpuFactsTest : public testing::Test {
     }
 };
 
-/// The offsets that the walk uses, held against the headers where these have the field.
+/// The parser's offsets, checked against the headers where these have the field.
 TEST(Layout, IsThatOfTheSystem) {
     EXPECT_EQ(offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX, Size), 4u);
     EXPECT_EQ(offsetof(SYSTEM_LOGICAL_PROCESSOR_INFORMATION_EX, Processor), 8u);
@@ -136,7 +136,7 @@ TEST_F(CpuFactsTest, TheNameIsTrimmed) {
              {L"   ", L""},
              {L"", L""},
              {L"\r\nX\n", L"\r\nX\n"},                            // only spaces and tabs go
-             {std::wstring(300, L'x'), std::wstring(255, L'x')},  // no zero within what the call may fill
+             {std::wstring(300, L'x'), std::wstring(255, L'x')},  // no terminator in the part to be filled
          }) {
         fakeProcessor.name = row.stored;
         EXPECT_EQ(ReadCpuFacts().name, row.name);
@@ -182,7 +182,7 @@ TEST_F(CpuFactsTest, OnlyWhatWasReturnedIsRead) {
     fakeProcessor.returnedSize = 0xFFFFFFFF;  // more than the buffer
     EXPECT_EQ(ReadCpuFacts().coreCount, 2);
     fakeProcessor.returnedSize = 0;
-    fakeProcessor.reportedSize = 48;  // the buffer is smaller than what the system has
+    fakeProcessor.reportedSize = 48;  // the buffer is too small for the system's records
     EXPECT_EQ(ReadCpuFacts().coreCount, 1);
 }
 

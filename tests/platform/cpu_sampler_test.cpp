@@ -37,7 +37,7 @@ class CpuSamplerTest : public testing::Test {
         Cores().instances = {{L"0,0", 30}, {L"0,1", 55.5}, {L"0,_Total", 42}, {L"_Total", 42}};
     }
     ~CpuSamplerTest() override {
-        EXPECT_THAT(debugLines, IsEmpty());  // sampling never writes to the debugger
+        EXPECT_THAT(debugLines, IsEmpty());  // sampling never logs
         for (const DWORD format : fakePdh.formats)
             EXPECT_EQ(format, 0x8200u);
     }
@@ -45,14 +45,14 @@ class CpuSamplerTest : public testing::Test {
     static FakeCounter& Total() { return fakePdh.counters[cpu_paths::Total]; }
     static FakeCounter& Cores() { return fakePdh.counters[cpu_paths::Cores]; }
 
-    /// A tick later: 100 units of time, 75 of them busy in sum.
+    /// One tick later: 100 units of time, 75 of them busy.
     static void Pass() {
         fakeTimes.idle += 25;
         fakeTimes.kernel += 60;
         fakeTimes.user += 40;
     }
 
-    /// Open counters, the first sample taken, one tick passed, and the sample filled with something to replace.
+    /// Opens the counters, takes the first sample, passes one tick, and fills the sample with values to be replaced.
     void Prime() {
         OpenPdhCounters(counters);
         SampleCpu(counters, sample);
@@ -196,7 +196,7 @@ TEST_F(CpuSamplerTest, AFailureOfTheTimesKeepsTheBaseline) {
     EXPECT_EQ(percent, 7);
     fakeTimes = {true, fakeTimes.idle + 75, fakeTimes.kernel + 100, fakeTimes.user};
     EXPECT_TRUE(SampleCpuTimes(counters, percent));
-    EXPECT_EQ(percent, 50);  // 100 idle of 200 since the last reading that worked
+    EXPECT_EQ(percent, 50);  // 100 idle of 200 since the last good reading
 }
 
 TEST_F(CpuSamplerTest, StoresTheReading) {

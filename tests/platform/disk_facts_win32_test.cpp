@@ -24,12 +24,12 @@ using testing::IsEmpty;
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// What a disk or volume answers; an empty answer is a failing call.
+/// The replies of a disk or volume; an empty one is a failing call.
 struct FakeDevice {
     Bytes descriptor;
     Bytes geometry;
     Bytes extents;
-    DWORD returnedBytes = 0;  // what is claimed; 0: the size of the answer
+    DWORD returnedBytes = 0;  // the claimed size; 0: that of the reply
     bool answersAndFails = false;
 };
 
@@ -163,7 +163,7 @@ Bytes BytesOf(const Record& record) {
     return bytes;
 }
 
-/// Built with the headers' own records, so that the offsets of the parser are held against them.
+/// Built with the headers' own structures, to check the parser's offsets against them.
 Bytes Descriptor(STORAGE_BUS_TYPE bus, const char* vendor, const char* product, bool removable = false) {
     STORAGE_DEVICE_DESCRIPTOR record{};
     record.Version = sizeof(record);
@@ -363,7 +363,7 @@ TEST_F(DiskFactsTest, AVolumeIsListedUnderItsFirstExtentsDisk) {
     AddVolume(L'D', {0}, 3, 4);
     const std::vector<DiskFacts> disks = ReadDiskFacts();
     ASSERT_EQ(disks.size(), 2u);
-    EXPECT_EQ(Letters(disks[0]), L"CD");  // in the order of the strings
+    EXPECT_EQ(Letters(disks[0]), L"CD");  // in string order
     EXPECT_EQ(Letters(disks[1]), L"S");
 }
 
@@ -397,7 +397,7 @@ TEST_F(DiskFactsTest, DriveStringsThatDoNotFitYieldNoVolumes) {
         AddVolume(static_cast<wchar_t>(0x100 + i), {0}, 1, 2);
     EXPECT_EQ(Letters(ReadDiskFacts().at(0)), L"");
     fakeMachine.volumes.resize(1);
-    fakeMachine.driveStringsLength = 128;  // and whatever was written is not believed
+    fakeMachine.driveStringsLength = 128;  // and anything written is ignored
     EXPECT_EQ(Letters(ReadDiskFacts().at(0)), L"");
 }
 

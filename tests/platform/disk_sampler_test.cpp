@@ -24,7 +24,7 @@ class DiskSamplerTest : public testing::Test {
         Reset();
     }
     ~DiskSamplerTest() override {
-        EXPECT_THAT(debugLines, IsEmpty());  // sampling never writes to the debugger
+        EXPECT_THAT(debugLines, IsEmpty());  // sampling never logs
         for (const DWORD format : fakePdh.formats)
             EXPECT_EQ(format, 0x8200u);
     }
@@ -68,7 +68,7 @@ TEST_F(DiskSamplerTest, FillsTheSample) {
     EXPECT_EQ(sample.diskWritePercent, 20);
     EXPECT_EQ(sample.busiestWriteDisk, L"1 D:");
     EXPECT_EQ(sample.diskInstanceCount, 2u);
-    ASSERT_EQ(sample.disks.size(), 2u);  // "_Total" is none
+    ASSERT_EQ(sample.disks.size(), 2u);  // "_Total" is not a disk
     EXPECT_EQ(sample.disks[0].number, 0);
     EXPECT_EQ(sample.disks[0].readBytes, 1000);
     EXPECT_EQ(sample.disks[0].writeBytes, 500);
@@ -111,7 +111,7 @@ TEST_F(DiskSamplerTest, AFailureDropsTheTickAndTheNextGoodOneCounts) {
     struct Row {
         const char* what;
         void (*breakIt)();
-        std::uint32_t instanceCount;  // what the fields that are not emptied hold
+        std::uint32_t instanceCount;  // the fields that are not cleared
     };
     for (const Row& row : std::vector<Row>{
              {"the collection", [] { fakePdh.collectStatus = Bad; }, 2},

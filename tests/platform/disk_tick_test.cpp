@@ -1,5 +1,5 @@
 // The disk tick of the real `App` with scripted counters and a scripted inventory: which disks reach the icon, the
-// totals, the rings and the tooltip, and what a refused reading leaves standing.
+// totals, the rings and the tooltip, and what a rejected reading leaves unchanged.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
 
 namespace kestrane {
 
-// In the place of the core library's own, which ask this machine.
+// Replaces the core library's function, which queries this machine.
 std::vector<DiskFacts> ReadDiskFacts() {
     return machineDisks;
 }
@@ -75,7 +75,7 @@ class DiskTickTest : public testing::Test {
         return disk;
     }
 
-    /// Disk 0 is idle for 40 %, disk 1 rests.
+    /// Disk 0 is idle for 40 %, disk 1 all the time.
     static void TwoDisks() {
         fakePdh.counters[Idle].instances = {{L"0 C:", 40}, {L"1 D:", 100}, {L"_Total", 70}};
         fakePdh.counters[ReadTime].instances = {{L"1 D:", 0}, {L"0 C:", 300}, {L"_Total", 150}};

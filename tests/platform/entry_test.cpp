@@ -1,5 +1,5 @@
-// The entry function with its platform calls replaced: every answer of the mutex, the wait, the window and the message
-// loop, without waiting for any of them.
+// The entry function with its platform calls replaced: every result of the mutex, the wait, the window and the message
+// loop, without actually waiting.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -32,7 +32,7 @@ const HINSTANCE Module = reinterpret_cast<HINSTANCE>(FakeHandle(0x5550000));
 const HWND OtherWindow = reinterpret_cast<HWND>(FakeHandle(0x5555009));
 
 struct World {
-    DWORD firstAct = 0;  // the DLLs' folders, if nothing else was called before
+    DWORD firstAct = 0;  // the DLL directories, if nothing was called before
     HANDLE mutex = MutexHandle;
     DWORD mutexError = ERROR_SUCCESS;
     DWORD waitResult = WAIT_OBJECT_0;
@@ -45,10 +45,10 @@ struct World {
     std::deque<BOOL> messages;
     WPARAM lastWParam = 0;
     kestrane::App* app = nullptr;
-    bool endsInDispatch = false;  // the program ends in a nested loop, which takes WM_QUIT for itself
+    bool endsInDispatch = false;  // the program ends in a nested loop, which swallows WM_QUIT
     LSTATUS machineKeyStatus = ERROR_SUCCESS;
-    LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and of deleting it
-    DWORD pathLength = 0;                        // of the running file; 0: as it is
+    LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and deleting it
+    DWORD pathLength = 0;                        // of the executable; 0: the real one
 };
 World world;
 
@@ -253,7 +253,7 @@ class EntryTest : public testing::Test {
         Calls().clear();
     }
 
-    /// Main's calls, without those that only say how the counters were opened.
+    /// Main's calls, without the debug lines about the counters.
     static std::vector<std::string> CallsOfMain() {
         std::vector<std::string> calls;
         for (const std::string& call : Calls()) {
@@ -442,7 +442,7 @@ TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
     EXPECT_EQ(MachineRunValue(), L"\"" + std::wstring(path) + L"\"");
     EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
     EXPECT_EQ(MachineRunValue(), L"");
-    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);  // a missing value is as good as a removed one
+    EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);  // a missing value counts as removed
     EXPECT_TRUE(Calls().empty());
 }
 

@@ -1,4 +1,4 @@
-// Folders made on the real disk, below a folder of the test's own, and through a system that refuses or is overtaken.
+// Folders created on the real disk below a folder of the test's own, with refusals and races by a faked system call.
 #include "base/folders_win32.h"
 
 #include <gmock/gmock.h>
@@ -20,10 +20,10 @@ using testing::ElementsAre;
 namespace fs = std::filesystem;
 
 struct World {
-    std::vector<std::wstring> made;  // every attempt to make a folder, in order
-    std::set<std::wstring> denied;   // these cannot be made
-    std::wstring overtaken;          // somebody else makes this one just before
-    std::wstring temp;               // instead of the system's answer, if set
+    std::vector<std::wstring> made;  // every attempt to create a folder, in order
+    std::set<std::wstring> denied;   // these cannot be created
+    std::wstring overtaken;          // another process creates this one just before
+    std::wstring temp;               // replaces the system's answer, if set
     bool noTemp = false;
 };
 World world;
@@ -47,7 +47,7 @@ DWORD WINAPI FakeGetTempPathW(DWORD length, LPWSTR buffer) {
         return 0;
     }
     if (world.temp.empty()) return real(length, buffer);
-    if (world.temp.size() >= length) return static_cast<DWORD>(world.temp.size() + 1);  // and nothing written
+    if (world.temp.size() >= length) return static_cast<DWORD>(world.temp.size() + 1);  // and writes nothing
     *std::copy_n(world.temp.c_str(), world.temp.size(), buffer) = L'\0';
     return static_cast<DWORD>(world.temp.size());
 }
@@ -82,7 +82,7 @@ class FoldersTest : public testing::Test {
     }
 
   private:
-    /// Written so that a path may be of any length.
+    /// Works for paths of any length.
     void RemoveRoot() const {
         std::error_code none;
         fs::remove_all(L"\\\\?\\" + root_, none);

@@ -1,5 +1,5 @@
-// Whole graphs, painted into a memory context. Fonts are answered with made-up measures (every character is 6 pixels
-// wide, a line is as high as its font) and text is recorded instead of written, so every pixel is known.
+// Whole graphs, painted into a memory context. Fonts have made-up metrics (every character is 6 pixels wide, a line is
+// as high as its font) and text is recorded instead of drawn, so every pixel is known.
 #include "graph/graph_painter_win32.h"
 
 #include <gtest/gtest.h>
@@ -53,15 +53,15 @@ struct LineCall {
     bool operator==(const LineCall&) const = default;
 };
 
-/// What the fake calls saw and what they shall do.
+/// What the fake calls recorded, and how they respond.
 struct World {
-    std::map<void*, const char*> live;  // objects by kind
-    int strayCloses = 0;                // closed without being alive
-    std::map<std::string, int> made;    // objects ever made, by kind
-    std::string refused;                // the kind that is not made
+    std::map<void*, const char*> live;  // live objects and their kind
+    int strayCloses = 0;                // closed without being live
+    std::map<std::string, int> made;    // objects ever created, by kind
+    std::string refused;                // the kind whose creation fails
     bool refuseBits = false;            // the bitmap comes without pixels
     bool refuseBitmapSelection = false;
-    bool writeText = false;          // with the machine's own measures and letters
+    bool writeText = false;          // draw text with the real metrics and glyphs
     std::vector<std::string> order;  // of flushes, lines, texts and the final copy
     std::vector<FontCall> fonts;
     std::vector<TextCall> texts;
@@ -230,14 +230,14 @@ constexpr ColorValue Untouched = 0x123456;
 constexpr ColorValue Contrast = 0xE0E0E0;
 constexpr std::uint32_t NormalDpi = 96;
 
-/// A target in memory, full of one colour before the paint.
+/// A target in memory, filled with one colour before the paint.
 class Target {
   public:
     Target(std::int32_t width, std::int32_t height) : bitmap_(nullptr, width, height) {
         FillPixels(bitmap_.Pixels(), {0, 0, width, height}, Untouched);
     }
     HDC Dc() const { return bitmap_.Pixels().dc; }
-    /// The pixels, once all drawing has ended.
+    /// The pixels, once all drawing is done.
     const PixelBuffer& Pixels() const {
         GdiFlush();
         return bitmap_.Pixels();
@@ -281,8 +281,8 @@ class GraphPainter : public testing::Test {
     GraphSeries series_;
 };
 
-// The font is 6 high, so its labels ("100 %-") are 36 wide: the axis stands at 38, the plot begins at 39 and ends at
-// 46, its rows are 4 to 16 over the baseline in row 16.
+// The font is 6 high, so its labels ("100 %-") are 36 wide: the axis is at column 38, the plot from 39 to 46, its rows
+// from 4 down to the baseline in row 16.
 TEST_F(GraphPainter, BarsStandOverGridAxesAndFrame) {
     settings_.cpu.font_size = 6;
     SetSeries({0, 50, 100, 25});
@@ -370,7 +370,7 @@ TEST_F(GraphPainter, TheFontIsThatOfTheSettingsAtTheWindowsDpi) {
     EXPECT_EQ(world.fonts[1].weight, 400);
 }
 
-// The second series first, so that the first lies on top; flushes keep GDI apart from the pixels written directly.
+// The second series first, so that the first is on top; flushes separate GDI from directly written pixels.
 TEST_F(GraphPainter, LinesAreDrawnBetweenTwoFlushes) {
     settings_.disk.style = 1;
     settings_.disk.font_size = 6;
@@ -464,7 +464,7 @@ TEST_F(GraphPainter, TheMarginIsHeldWithinItsChoices) {
     }
 }
 
-// A window that is being destroyed has a DPI of 0.
+// A window being destroyed has a DPI of 0.
 TEST_F(GraphPainter, HoldsWithoutADpi) {
     settings_.disk.style = 1;
     SetSeries({1, 2, 3}, {1, 2, 3});
@@ -527,7 +527,7 @@ TEST_F(GraphPainter, OneCellAProcessor) {
     EXPECT_EQ(world.texts[3].text, L"hace 1 s");
 }
 
-// The border's upper row runs across every cell and stops at the gaps.
+// The top border runs across every cell and stops at the gaps.
 TEST_F(GraphPainter, TheGapBetweenProcessorsGrowsWithTheDpi) {
     settings_.per_core = true;
     series_.cores = &cores_;
@@ -545,7 +545,7 @@ TEST_F(GraphPainter, TheGapBetweenProcessorsGrowsWithTheDpi) {
         EXPECT_EQ(second - first, gap) << dpi;
         EXPECT_EQ(target.At(second, 1), border) << dpi;
         EXPECT_EQ(target.At(398, 1), border) << dpi;
-        // As far above the baseline as from each other.
+        // The same gap above the baseline as between cells.
         std::int32_t baseline = 198;
         while (target.At(5, baseline) != FrameColor)
             --baseline;
@@ -555,8 +555,8 @@ TEST_F(GraphPainter, TheGapBetweenProcessorsGrowsWithTheDpi) {
     }
 }
 
-// From the back to the front: bars and borders, curves, the crosshair, the legend, the box. At 480 DPI a curve is 5
-// wide and a marker 21 with its black outline, so that they lie over each other.
+// Back to front: bars and borders, curves, crosshair, legend, box. At 480 DPI a curve is 5 wide and a marker 21 with
+// its black outline, so that they overlap.
 TEST_F(GraphPainter, TheGridIsDrawnFromTheBackToTheFront) {
     constexpr ColorValue performance = 0x007BB7;
     settings_.per_core = true;
@@ -651,8 +651,8 @@ TEST_F(GraphPainter, NothingToPaintInNoSpace) {
     }
 }
 
-// Every graph in every style, in windows that are smaller than their margins, with nothing to show and with figures
-// that are none, with the machine's own fonts and with a font that there is not.
+// Every graph in every style, in windows smaller than their margins, without data and with NaN and infinity, with real
+// fonts and with one that does not exist.
 TEST_F(GraphPainter, HoldsWhateverItIsGiven) {
     world.writeText = true;
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -695,7 +695,7 @@ TEST_F(GraphPainter, NullSeriesShowAnEmptyGraph) {
     EXPECT_TRUE(isShown(L"1 MB/s-"));
 }
 
-// A program of this kind dies after some thousand lost objects.
+// A process is limited to 10,000 GDI objects, so a leak would kill the program.
 TEST_F(GraphPainter, AThousandPaintsLoseNothing) {
     settings_.disk.style = 1;
     SetSeries({1e6, 5e6, 2e6}, {2e6, 1e6, 5e6});

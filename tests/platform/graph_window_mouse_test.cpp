@@ -1,4 +1,4 @@
-// What a graph window makes of the mouse: hit tests, the hover, clicks, menus and drags.
+// A graph window and the mouse: hit tests, hover, clicks, menus and drags.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -65,7 +65,7 @@ TEST_F(GraphWindowMessages, TakesTheRectangleOfANewDpi) {
 
 TEST_F(GraphWindowMessages, NothingIsPaintedInAWindowTooSmall) {
     const HWND window = Show(GraphKind::Cpu);
-    // Smaller than the least size, as the system can make it all the same.
+    // Smaller than the minimum size, which SetWindowPos can still do.
     static const auto setPos = REAL(L"user32", SetWindowPos);
     for (const auto& [width, height, paints] : {std::tuple{2, 50, 0U}, {50, 2, 0U}, {3, 3, 1U}}) {
         world.paints.clear();
@@ -183,7 +183,7 @@ TEST_F(GraphWindowClick, APressThatDoesNotMoveIsAClick) {
     const HWND window = Show(GraphKind::Disk);
     EXPECT_EQ(SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150)), 0);
     EXPECT_EQ(host_.clicks, std::vector<GraphKind>{GraphKind::Disk});
-    // The move loop of the system begins and ends without a move.
+    // The system's move loop begins and ends without a move.
     world.moveLoop = [window] {
         SendMessageW(window, WM_ENTERSIZEMOVE, 0, 0);
         SendMessageW(window, WM_EXITSIZEMOVE, 0, 0);
@@ -219,7 +219,7 @@ TEST_F(GraphWindowClick, OnlyTheSurfaceIsClicked) {
     EXPECT_TRUE(host_.clicks.empty());
 }
 
-// The program can end inside the loop of the system, and takes the window with it.
+// The program can end inside the system's loop and take the window with it.
 TEST_F(GraphWindowClick, TheWindowMayEndWhileItIsPressed) {
     const HWND window = Show(GraphKind::Disk);
     world.moveLoop = [this] { graphs_[IndexOf(GraphKind::Disk)].reset(); };
@@ -261,7 +261,7 @@ class GraphWindowDrag : public GraphWindowTest {
         SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
     }
 
-    /// What becomes of the system's proposal, which plays no part in it, when the mouse is `dx`, `dy` from the start.
+    /// The rectangle with the mouse at `dx`, `dy` from the start; the system's proposal does not matter.
     Rect Move(LONG dx, LONG dy) { return Drag(WM_MOVING, 0, dx, dy); }
     Rect Size(WPARAM edge, LONG dx, LONG dy) { return Drag(WM_SIZING, edge, dx, dy); }
     Rect Drag(UINT message, WPARAM edge, LONG dx, LONG dy) {
@@ -373,14 +373,14 @@ TEST_F(GraphWindowDrag, TheCursorMayBeAnywhere) {
     EXPECT_EQ(rect.right, highest) << "held at the end of the range";
 }
 
-/// The ways into the system's loop that moves and sizes a window: the mouse, and whoever sends the command.
+/// The ways into the system's modal move loop: the mouse, and a command sent by another program.
 struct Entrance {
     const char* name;
     UINT message;
     WPARAM wParam;
-    UINT step;  // what the loop sends when the mouse moves
+    UINT step;  // the message for each mouse move
     WPARAM edge;
-    Rect place;  // after a step of 50 and 40
+    Rect place;  // after a step of 50, 40
 };
 
 void PrintTo(const Entrance& entrance, std::ostream* out) {
@@ -404,7 +404,7 @@ class GraphWindowLoop : public GraphWindowTest, public testing::WithParamInterfa
         world.cursor = Cursor(500, 400);
     }
 
-    /// A drag in the system's own loop; `after` is what the loop does between its end and its return.
+    /// A drag in the system's own loop; `after` runs between WM_EXITSIZEMOVE and the loop's return.
     void Drag(LONG dx, LONG dy, const std::function<void()>& after = {}) {
         world.moveLoop = [=, this] {
             SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);
@@ -444,7 +444,7 @@ TEST_P(GraphWindowLoop, WhatStandsAfterItIsStoredAndSavedOnce) {
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Disk});
 }
 
-// The loop that Esc has left puts the window back when it has told of its end.
+// A loop ended by Esc puts the window back after WM_EXITSIZEMOVE.
 TEST_P(GraphWindowLoop, WhatEscHasUndoneIsNotSaved) {
     Drag(50, 40, [this] { PutBackByTheSystem(); });
     EXPECT_EQ(PlaceOf(window_), LoopStart);
@@ -453,7 +453,7 @@ TEST_P(GraphWindowLoop, WhatEscHasUndoneIsNotSaved) {
     EXPECT_TRUE(host_.clicks.empty());
 }
 
-// A system that meant to move the window at the end of the drag has nothing to put back.
+// A system that moves the window only at the end of a drag has nothing to put back.
 TEST_P(GraphWindowLoop, EscPutsItBackWhereTheSystemDoesNot) {
     Drag(50, 40, [] { world.escRead = true; });
     EXPECT_EQ(PlaceOf(window_), LoopStart);
@@ -461,7 +461,7 @@ TEST_P(GraphWindowLoop, EscPutsItBackWhereTheSystemDoesNot) {
     EXPECT_TRUE(host_.changes.empty());
 }
 
-// The release of a key that ended the drag before goes to the window that has the focus by then.
+// The release of the key that ended the previous drag goes to the window that has the focus by then.
 TEST_P(GraphWindowLoop, AnOlderEscDoesNotCount) {
     world.escRead = true;
     Drag(50, 40);
@@ -494,7 +494,7 @@ TEST_P(GraphWindowLoop, AFirstPlaceIsNotFixedByAPress) {
     EXPECT_TRUE(host_.changes.empty());
 }
 
-// Where another monitor has another DPI, the system sizes the window anew on its way back.
+// From a monitor of another DPI, the system resizes the window on its way back.
 TEST_P(GraphWindowLoop, EscPutsItBackInItsSizeFromAnyMonitor) {
     world.dpi = 144;
     Drag(50, 40, [this] {
@@ -531,7 +531,7 @@ TEST_P(GraphWindowLoop, TheProgramMayEndInIt) {
     EXPECT_TRUE(host_.clicks.empty());
 }
 
-// Whoever closes all windows of a program closes this one too; the graph may be shown again.
+// Another program may close the window during the drag; the graph can be shown again.
 TEST_P(GraphWindowLoop, ItsWindowMayEndInItAndTheNextIsAsGood) {
     world.moveLoop = [this] {
         SendMessageW(window_, WM_ENTERSIZEMOVE, 0, 0);

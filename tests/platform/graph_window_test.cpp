@@ -1,4 +1,4 @@
-// A graph window's life, its style and its place, with real windows.
+// A graph window's lifetime, style and placement, with real windows.
 #include "graph/graph_window_win32.h"
 
 #include <gtest/gtest.h>
@@ -340,7 +340,7 @@ TEST_F(GraphWindowPlace, AWidthBelowOneIsNoPlace) {
     EXPECT_EQ(world.positions[0].rect, (Rect{1430, 890, 490, 150}));
 }
 
-// Whatever a hand-edited file says, the window ends at a place that a monitor shows.
+// Whatever a hand-edited file says, the window ends up on a monitor.
 TEST_F(GraphWindowPlace, AnyStoredNumbersEndOnTheScreen) {
     world.workArea = {0, 0, 1280, 800};
     for (const std::int32_t place : {Lowest, Lowest + 1, -40000, 40000, Highest - 1, Highest}) {
@@ -439,7 +439,7 @@ TEST_F(GraphWindowPlace, ARecoveryToAMonitorOfAnotherDpiHasItsSize) {
     EXPECT_EQ(host_.changes, std::vector<GraphKind>{GraphKind::Network}) << "once";
 }
 
-// The shell answers by messages, and sends its own meanwhile: one of them can end the program.
+// Messages arrive while the shell is asked, and one of them can end the program.
 TEST_F(GraphWindowPlace, TheGraphMayEndWhileTheShellIsAsked) {
     world.whileShellAsked = [this] { graphs_[IndexOf(GraphKind::Network)].reset(); };
     Graph(GraphKind::Network).SetShown(true);
@@ -472,7 +472,7 @@ class GraphWindowCover : public GraphWindowTest {
         if (other_ != nullptr) DestroyWindow(other_);
     }
 
-    /// A window of somebody else, as far as the graphs can tell.
+    /// Another program's window, as far as the graphs can tell.
     HWND Other(const Rect& place, DWORD style = WS_POPUP | WS_VISIBLE) {
         if (other_ != nullptr) DestroyWindow(other_);
         static const auto create = REAL(L"user32", CreateWindowExW);
@@ -480,7 +480,7 @@ class GraphWindowCover : public GraphWindowTest {
                         nullptr, nullptr, nullptr);
         return other_;
     }
-    /// The same, of a class of its own, and within another window if there is one.
+    /// The same, with its own class, and inside `parent` if given.
     HWND Named(const wchar_t* className, HWND parent = nullptr) {
         if (other_ != nullptr) DestroyWindow(other_);
         static const auto create = REAL(L"user32", CreateWindowExW);
@@ -538,7 +538,7 @@ TEST_F(GraphWindowCover, AHiddenGraphIsNotCovered) {
     EXPECT_TRUE(Graph(GraphKind::Disk).IsCovered());
 }
 
-// On the way to an icon one of these nearly always comes to the foreground.
+// A click on an icon nearly always brings one of these to the foreground first.
 TEST_F(GraphWindowCover, SurfacesOfTheShellDoNotCount) {
     EXPECT_FALSE(IsCoveredBy(Named(L"NotifyIconOverflowWindow")));
     EXPECT_FALSE(IsCoveredBy(Named(L"Shell_TrayWnd")));

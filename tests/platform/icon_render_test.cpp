@@ -1,5 +1,5 @@
-// The steps from a canvas to an icon, with the calls that make and give back GDI objects counted, refused on demand,
-// and the text's measures and ink made up, so that no font of this machine matters.
+// The steps from a canvas to an icon. Calls that create and release GDI objects are counted and failed on demand; text
+// metrics and ink are made up, so that this machine's fonts do not matter.
 #include <windows.h>
 
 #include "tray/icon_render_win32.h"
@@ -42,7 +42,7 @@ class IconRenderTest : public testing::Test {
     }
 };
 
-/// Reads with calls of its own, which are no business of the counters.
+/// Reads through the real calls, which are not counted.
 IconPixels Pixels(const UniqueIcon& icon) {
     const World kept = world;
     IconPixels read = ReadIconPixels(icon.Get());
@@ -50,7 +50,7 @@ IconPixels Pixels(const UniqueIcon& icon) {
     return read;
 }
 
-/// What is seen, as 0xRRGGBB, where an icon is drawn over a ground of one colour.
+/// The visible pixels, as 0xRRGGBB, of an icon drawn over a background of one colour.
 std::vector<std::uint32_t> PixelsOver(ColorValue ground, const UniqueIcon& icon, std::int32_t size) {
     Canvas canvas(size);
     Clear(canvas, ground);
@@ -67,7 +67,7 @@ std::vector<std::uint32_t> PixelsOver(ColorValue ground, const UniqueIcon& icon,
     return seen;
 }
 
-/// A canvas in which every pixel differs, transparent and half transparent ones among them.
+/// A canvas in which every pixel differs, including transparent and half transparent ones.
 Canvas Motley(std::int32_t size) {
     Canvas canvas(size);
     for (std::size_t i = 0; i < canvas.pixels.size(); ++i) {
@@ -218,7 +218,7 @@ TEST_F(IconRenderTest, WithoutTheScreensContextNothingIsReleased) {
     EXPECT_TRUE(CanvasToIcon(Motley(16)));
 }
 
-/// Ten columns a digit and ink as high as the font says, three fifths of it for the width.
+/// Metrics of two digits: ink as high as the font, each digit three fifths of that wide.
 TextExtent MadeUpMetrics(std::int32_t height) {
     return {height * 3 / 5 * 2, height + 4, height + 1, 1};
 }
@@ -300,7 +300,7 @@ TEST_F(IconRenderTest, TheTextIsDrawnWhiteAcrossTheWholeWidth) {
         bool alignBottom;
         LONG lineTop, lineBottom;
     };
-    // Ink 10 in a line of 14 that begins 1 above the ink.
+    // Ink 10 in a line of 14 that starts 1 above the ink.
     const std::vector<Row> rows = {{4, 16, true, 5, 19},
                                    {4, 16, false, 4, 18},
                                    {0, 16, false, 2, 16},
@@ -330,7 +330,7 @@ void MadeUpInk(HDC dc) {
         SetPixel(dc, 0, y, RGB(128, 128, 128));
         SetPixel(dc, 1, y, RGB(255, 255, 255));
         SetPixel(dc, 2, y, RGB(255, 255, 255));
-        SetPixel(dc, 3, y, RGB(0, 0, 128));  // red in the platform's word is the low byte, blue the high one
+        SetPixel(dc, 3, y, RGB(0, 0, 128));  // in a COLORREF red is the low byte, blue the high one
     }
 }
 
@@ -370,7 +370,7 @@ TEST_F(IconRenderTest, TheMachinesOwnTextLandsOnTheCanvas) {
     EXPECT_GE(world.fonts.back().height, -24);
 }
 
-// Four equal digits have an even width, so their middle is the same column on either canvas.
+// Four equal digits have an even width, so their centre is the same column on both canvases.
 TEST_F(IconRenderTest, TextThatFitsNowhereIsCutAtBothEdges) {
     constexpr std::int32_t narrow = 8;
     constexpr std::int32_t wide = 32;

@@ -1,5 +1,5 @@
-// The settings file on the system's real profile operations, in a folder of the test's own. The roaming application
-// data points there; what goes to the debugger is recorded; single writes can be refused.
+// The settings file through the real profile API, in a folder of the test's own that stands in for the roaming
+// application data. Debug lines are recorded; single writes can be refused.
 #include "settings/ini_file_win32.h"
 
 #include <windows.h>
@@ -31,9 +31,9 @@ struct World {
     bool tempFolderKnown = true;
     std::vector<std::wstring> debugLines;
     std::vector<std::wstring> writes;   // "section.key", in order
-    std::vector<std::wstring> refused;  // these fail without reaching the file
-    int known = 0;                      // questions to SHGetKnownFolderPath
-    bool textWithFailure = false;       // it gives a text although it fails
+    std::vector<std::wstring> refused;  // fail without reaching the file
+    int known = 0;                      // calls to SHGetKnownFolderPath
+    bool textWithFailure = false;       // it returns a text although it fails
     std::vector<void*> freed;           // by CoTaskMemFree, null left out
     void* lastText = nullptr;           // of SHGetKnownFolderPath
 };
@@ -64,7 +64,7 @@ void WINAPI FakeCoTaskMemFree(void* memory) {
     std::free(memory);
 }
 
-/// What SHGetKnownFolderPath hands out; only CoTaskMemFree may take it back.
+/// The result of SHGetKnownFolderPath; only CoTaskMemFree may free it.
 PWSTR CopyForCaller(const std::wstring& text) {
     const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
     world.lastText = std::malloc(bytes);
@@ -112,7 +112,7 @@ std::string Utf16WithMark(const std::wstring& text) {
     return bytes;
 }
 
-/// A fresh folder for each test, because the system may remember a file by its name.
+/// A fresh folder for each test, because the system may cache a file by its name.
 class IniFileTest : public testing::Test {
   protected:
     IniFileTest() { StartAnew(); }
@@ -148,7 +148,7 @@ class IniFileTest : public testing::Test {
         return bytes;
     }
 
-    /// The lines of a file of single bytes. Empty lines are the system's own affair.
+    /// The lines of an 8-bit file. Empty lines are up to the system.
     std::vector<std::string> ReadLines() const {
         std::vector<std::string> lines(1);
         for (const char c : ReadBytes()) {
@@ -162,7 +162,7 @@ class IniFileTest : public testing::Test {
         return lines;
     }
 
-    /// Loads, and sees that the file stays as it is.
+    /// Loads, and checks that the file does not change.
     AppSettings LoadUnchanged() const {
         const std::string before = ReadBytes();
         const AppSettings loaded = LoadSettings();
@@ -192,7 +192,7 @@ AppSettings WithCpuForeground(ColorValue color) {
 TEST_F(IniFileTest, TheFileIsInTheRoamingApplicationData) {
     EXPECT_EQ(IniPath(), world.roaming + L"\\kestrane\\kestrane.ini");
     EXPECT_EQ(world.known, 1);
-    world.roaming = L"C:\\Otro";  // nothing remembers the former answer
+    world.roaming = L"C:\\Otro";  // the earlier path is not cached
     EXPECT_EQ(IniPath(), L"C:\\Otro\\kestrane\\kestrane.ini");
 }
 
@@ -248,7 +248,7 @@ TEST_F(IniFileTest, FilesOfEveryTextFormLoad) {
         {"another case", "[COLORS]\r\nCPU_FG=FF0000\r\n"},
         {"the first of two counts", "[colors]\r\ncpu_fg=FF0000\r\ncpu_fg=00FF00\r\n"},
         {"UTF-16 with its mark", Utf16WithMark(L"[colors]\r\ncpu_fg=FF0000\r\n")},
-        // The mark of UTF-8 spoils the first line only.
+        // A UTF-8 byte order mark spoils only the first line.
         {"UTF-8 with its mark", "\xEF\xBB\xBF" + crlf},
         {"quotes round the value", "[colors]\r\ncpu_fg=\"FF0000\"\r\n"},
     };
@@ -435,7 +435,7 @@ TEST_F(IniFileTest, AFolderThatCannotBeMadeFailsEverySave) {
     ExpectAllSavesFail();
     EXPECT_THAT(world.writes, IsEmpty());
     EXPECT_EQ(std::ranges::count(world.debugLines, NoFolder), 10);
-    EXPECT_EQ(std::ranges::count(world.debugLines, TabFailed), 0);  // that is for a folder that is there
+    EXPECT_EQ(std::ranges::count(world.debugLines, TabFailed), 0);  // logged only if the folder exists
     EXPECT_EQ(std::ranges::count(world.debugLines, DialogFailed), 1);
     EXPECT_EQ(LoadSettings(), MakeDefaultSettings());
 }
@@ -454,7 +454,7 @@ TEST_F(IniFileTest, AFileHeldByAnotherFailsEverySave) {
     EXPECT_EQ(ReadBytes(), text);
 }
 
-// By another's hold instead of the read-only attribute, which Wine leaves without effect for root.
+// By another process's lock rather than the read-only attribute, which Wine ignores for root.
 TEST_F(IniFileTest, AFileThatMayOnlyBeReadLoadsAndFailsEverySave) {
     const std::string text = "[colors]\r\ncpu_fg=112233\r\n";
     WriteBytes(text);

@@ -1,4 +1,4 @@
-// The path of the running file, with a system that has any path to tell.
+// The executable's path, with a system that returns any path.
 #include <windows.h>
 
 #include "base/module_path_win32.h"

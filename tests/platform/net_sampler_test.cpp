@@ -57,7 +57,7 @@ std::vector<std::uint8_t> Ipv4(std::uint8_t a, std::uint8_t b, std::uint8_t c, s
     return {AF_INET, 0, 0x12, 0x34, a, b, c, d, 0, 0, 0, 0, 0, 0, 0, 0};
 }
 
-/// The system as the test has laid it down, and what was asked of it.
+/// The system as set up by the test, and the calls made to it.
 struct FakeNetwork {
     std::vector<std::string> calls;
     std::uint64_t now = 1'000'000;
@@ -68,7 +68,7 @@ struct FakeNetwork {
     ULONG addressBytes = 15000;       // reported with an overflow
     std::vector<FakeAdapter> adapters;
     std::vector<ULONG> offeredBytes;
-    int tables = 0;  // handed out and not freed
+    int tables = 0;  // returned and not freed
     std::uint64_t addressDelayMs = 0;
 };
 FakeNetwork fakeNetwork;
@@ -78,7 +78,7 @@ ULONGLONG WINAPI FakeGetTickCount64() {
     return fakeNetwork.now;
 }
 
-/// Writes the adapters as a list with everything it points to in the one buffer.
+/// Writes the adapters as a linked list, with everything it points to, into one buffer.
 void WriteAdapters(std::byte* buffer) {
     IP_ADAPTER_ADDRESSES* previous = nullptr;
     for (const FakeAdapter& fake : fakeNetwork.adapters) {
@@ -150,7 +150,7 @@ TEST_F(NetSamplerTest, TwoTicksPassBeforeThereAreRates) {
 TEST_F(NetSamplerTest, ASlowAddressCallDoesNotStretchTheTick) {
     for (int tick = 0; tick < 3; ++tick)
         Tick();
-    fakeNetwork.addressDelayMs = 700;  // between this tick's start and its reading of the octets
+    fakeNetwork.addressDelayMs = 700;  // between the start of this tick and its reading of the octets
     Tick(60000);
     fakeNetwork.addressDelayMs = 0;
     EXPECT_EQ(sampler.lastTick + 700, fakeNetwork.now);
@@ -299,7 +299,7 @@ TEST_F(NetSamplerTest, OnlyIpv4BecomesText) {
                             {.key = 2, .hasAddress = false},
                             {.key = 3, .address = ipv6},
                             {.key = 4, .address = Ipv4(1, 2, 3, 4), .nullAddress = true},
-                            {.key = 5, .address = {AF_INET, 0, 0, 0, 9, 9, 9, 9}}};  // too short for its kind
+                            {.key = 5, .address = {AF_INET, 0, 0, 0, 9, 9, 9, 9}}};  // too short for its family
     RefreshAdapterAddresses(sampler);
     std::vector<std::pair<std::uint64_t, std::wstring>> addresses;
     for (const AdapterAddress& address : sampler.addresses)
@@ -338,7 +338,7 @@ TEST_F(NetSamplerTest, TakesTheFlagsOfEachEntry) {
     loopback.InterfaceAndOperStatusFlags.HardwareInterface = 0;
     MIB_IF_ROW2 tunnel = Entry(4, L"tunnel", 7, 0xFFFF'FFFF'FFFF'FFFF);
     tunnel.Type = 131;
-    tunnel.InterfaceAndOperStatusFlags.ConnectorPresent = 1;  // the flag behind the two that count
+    tunnel.InterfaceAndOperStatusFlags.ConnectorPresent = 1;  // the flag after the two that count
     MIB_IF_ROW2 dormant = Entry(5, L"dormant", 0, 0);
     dormant.OperStatus = IfOperStatusDormant;
     MIB_IF_ROW2 unended = Entry(6, L"", 0, 0);
@@ -359,7 +359,7 @@ TEST_F(NetSamplerTest, TakesTheFlagsOfEachEntry) {
     EXPECT_EQ(rows[1].alias, L"filter");
     EXPECT_EQ(rows[3].inOctets, 7u);
     EXPECT_EQ(rows[3].outOctets, 0xFFFF'FFFF'FFFF'FFFFu);
-    EXPECT_EQ(rows[5].alias, std::wstring(257, L'a'));  // no further than the field
+    EXPECT_EQ(rows[5].alias, std::wstring(257, L'a'));  // no further than the end of the field
 }
 
 TEST_F(NetSamplerTest, ATableOfSixtyRowsKeepsItsOrder) {
@@ -386,7 +386,7 @@ NETIO_STATUS NTAPI GetIfTable2(PMIB_IF_TABLE2* table) {
     using kestrane::fakeNetwork;
     fakeNetwork.calls.emplace_back("table");
     static MIB_IF_TABLE2 leftover{.NumEntries = 1, .Table = {}};
-    *table = &leftover;  // what a failing call leaves there is nobody's table
+    *table = &leftover;  // what a failing call leaves there must not be used
     if (fakeNetwork.tableError != NO_ERROR) return fakeNetwork.tableError;
     *table = nullptr;
     if (fakeNetwork.nullTable) return NO_ERROR;

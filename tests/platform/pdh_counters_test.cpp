@@ -73,7 +73,7 @@ TEST_F(PdhCountersTest, WithoutTheMachineCounterTheCpuFallsBack) {
     EXPECT_EQ(counters.cpuCoreCounter, nullptr);
     EXPECT_THAT(debugLines, ElementsAre(L"kestrane: sin contador % Processor Utility; CPU con GetSystemTimes\n"));
     ASSERT_GE(fakePdh.calls.size(), 4u);
-    EXPECT_EQ(fakePdh.calls[2], L"close 1");  // at once, and without asking for the other counter
+    EXPECT_EQ(fakePdh.calls[2], L"close 1");  // at once, without adding the other counter
     EXPECT_TRUE(counters.diskReady);
 }
 
@@ -203,7 +203,7 @@ TEST_F(ReadCounterArrayTest, AnArrayThatGrowsBetweenTheCallsFails) {
     EXPECT_THAT(Names(), ElementsAre(L"before"));
 }
 
-/// Answers with `bytes` as size, and with what `fill` writes and returns as item count.
+/// Answers with size `bytes` and with the items that `fill` writes; `fill` returns their count.
 template <typename Fill>
 auto RawAnswer(DWORD size, Fill fill) {
     return [size, fill](DWORD* bytes, DWORD* count, PDH_FMT_COUNTERVALUE_ITEM_W* items) {
@@ -233,7 +233,7 @@ TEST_F(ReadCounterArrayTest, AnItemThatIsCutInTheMiddleIsNotRead) {
         auto* text = reinterpret_cast<wchar_t*>(reinterpret_cast<std::byte*>(items) + Size) - 2;
         std::copy_n(L"a", 2, text);
         items[0].szName = text;
-        items[1].szName = text;  // its name and status lie within the size, its value does not
+        items[1].szName = text;  // its name and status are within the size, its value is not
         return DWORD{2};
     });
     ASSERT_TRUE(Read());
@@ -254,7 +254,7 @@ TEST_F(ReadCounterArrayTest, NamesOutsideTheBufferAreNotFollowed) {
         auto* text = reinterpret_cast<wchar_t*>(items + 3);
         std::copy_n(L"in", 3, text);
         items[0] = {nullptr, {}};
-        items[1] = {reinterpret_cast<wchar_t*>(items + 4), {}};  // just behind the end
+        items[1] = {reinterpret_cast<wchar_t*>(items + 4), {}};  // just past the end
         items[2] = {text, {}};
         return DWORD{3};
     });
@@ -263,7 +263,7 @@ TEST_F(ReadCounterArrayTest, NamesOutsideTheBufferAreNotFollowed) {
 }
 
 TEST_F(ReadCounterArrayTest, ANameWithoutAnEndStopsWithTheBuffer) {
-    for (const DWORD slack : {DWORD{0}, DWORD{1}}) {  // an odd byte at the end is no character
+    for (const DWORD slack : {DWORD{0}, DWORD{1}}) {  // an odd byte at the end is not a character
         Counter().array = RawAnswer(sizeof(PDH_FMT_COUNTERVALUE_ITEM_W) + 6 + slack, [](auto* items) {
             auto* text = reinterpret_cast<wchar_t*>(items + 1);
             std::fill_n(text, 3, L'x');

@@ -1,5 +1,5 @@
-// The promotion on a real registry: the shell's key is built anew for each case and removed afterwards. Only what a
-// real registry cannot be made to do, refusing one subkey or one write, is refused here.
+// The promotion on a real registry: the shell's key is created for each case and removed afterwards. Only failures that
+// a real registry cannot produce on demand, of a single subkey or write, are faked.
 #include <windows.h>
 
 #include <objbase.h>
@@ -27,22 +27,22 @@ namespace {
 
 using testing::ElementsAre;
 
-/// What the registry shall refuse, and what was asked of it.
+/// The registry calls to fail.
 struct Refusals {
     std::wstring subkey;         // cannot be opened
     bool writes = false;         // RegSetValueExW fails
-    bool promotedReads = false;  // asking for IsPromoted fails, but not for want of the value
+    bool promotedReads = false;  // querying IsPromoted fails, but not because it is missing
     bool pathReads = false;      // reading ExecutablePath fails once its size is known
 };
 Refusals refusals;
 std::vector<REGSAM> subkeyAccess;
-std::wstring toldPath;  // of the running file; empty: as it is
+std::wstring toldPath;  // of the executable; empty: the real one
 
-/// The one folder that the system knows, and what its answers cost.
+/// The one known folder.
 struct KnownFolder {
     std::wstring path;
     int questions = 0;
-    int textsHeld = 0;  // handed out and not given back
+    int textsHeld = 0;  // returned and not freed
 };
 KnownFolder programFiles;
 constexpr GUID ProgramFilesId{0x6D809377, 0x6AF0, 0x444B, {0x89, 0x57, 0xA3, 0x77, 0x3F, 0x02, 0x20, 0x0E}};
@@ -101,7 +101,7 @@ decltype(&RegCloseKey) __imp_RegCloseKey = &kestrane::FakeRegCloseKey;
 decltype(&RegQueryValueExW) __imp_RegQueryValueExW = &kestrane::FakeRegQueryValueExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &kestrane::FakeRegSetValueExW;
 
-// Declared without dllimport, so it is the function itself that stands in. It gives a text to free after a failure too.
+// Declared without dllimport, so the function itself is replaced. It returns a text to free after a failure too.
 HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD flags, HANDLE token, PWSTR* path) {
     EXPECT_EQ(flags, 0x4000U) << "not whether the folder is there";
     EXPECT_EQ(token, nullptr);
@@ -141,7 +141,7 @@ std::wstring EntryKey(const std::wstring& name) {
     return std::wstring(EntriesKey) + L"\\" + name;
 }
 
-/// Writes a value into an entry, making the entry if need be. `data` is taken byte for byte.
+/// Writes a value into an entry, creating the entry if needed. `data` is written byte for byte.
 void SetEntryValue(const std::wstring& entry, const wchar_t* value, DWORD type, const void* data, std::size_t size) {
     ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, EntryKey(entry).c_str(), value, type, data, static_cast<DWORD>(size)),
               ERROR_SUCCESS);
@@ -155,7 +155,7 @@ void SetPromoted(const std::wstring& entry, DWORD promoted) {
     SetEntryValue(entry, L"IsPromoted", REG_DWORD, &promoted, sizeof promoted);
 }
 
-/// The number in IsPromoted, or nothing if there is no such value.
+/// The number in IsPromoted, or none if there is no such value.
 std::optional<DWORD> Promoted(const std::wstring& entry) {
     DWORD value = 0;
     DWORD size = sizeof value;
@@ -227,7 +227,7 @@ TEST_F(PromotionTest, OtherProgramsAreLeftAlone) {
     SetPath(L"2", OwnPath() + L"x");
     SetPath(L"3", OwnPath().substr(1));
     SetPath(L"4", L"");
-    SetEntryValue(L"5", L"Other", REG_SZ, L"x", 4);  // no path at all
+    SetEntryValue(L"5", L"Other", REG_SZ, L"x", 4);  // no path value
     PromoteIcons();
     for (const wchar_t* entry : {L"1", L"2", L"3", L"4", L"5"})
         EXPECT_EQ(Promoted(entry), std::nullopt) << entry;

@@ -1,5 +1,5 @@
-// The functions that are loaded at their first call, over a loader of the test's own: from where they come, with which
-// arguments they are called, and what is given back by a system without them.
+// The functions loaded at their first call, with a loader of the test's own: where they are loaded from, the arguments
+// they get, and the result on a system without them.
 #include <winsock2.h>
 
 #include <windows.h>
@@ -59,7 +59,7 @@ decltype(&GetProcAddress) __imp_GetProcAddress = &FakeGetProcAddress;
 namespace kestrane {
 namespace {
 
-/// Stands in for the system's function and keeps the arguments that it got.
+/// Replaces the system's function and records its arguments.
 template <auto Function>
 struct StandIn;
 template <typename Result, typename... Arguments, Result (*Function)(Arguments...)>
@@ -73,7 +73,7 @@ struct StandIn<Function> {
 };
 
 /// Calls a function of `dll` on a system without the DLL, on one whose DLL lacks the function, and twice on one that
-/// has it; each but the last looks for it, and what it is given arrives.
+/// has it; all but the last call look it up, and the arguments arrive.
 template <auto Function, typename... Arguments>
 void ExpectLoadedAtTheFirstCall(const char* dll, const char* name, Arguments... arguments) {
     using Found = StandIn<Function>;

@@ -1,5 +1,5 @@
-// Opening Task Manager, on real files in a folder of the test's own. The local application data points there; the list
-// of processes is made up unless a test wants the system's; the shell starts nothing, and single calls can be refused.
+// Opening Task Manager, on real files in a folder of the test's own that stands in for the local application data. The
+// process list is made up unless a test wants the real one; the shell starts nothing, and single calls can be refused.
 #include "settings/task_manager_win32.h"
 
 #include <windows.h>
@@ -39,22 +39,22 @@ const HANDLE Snapshot = reinterpret_cast<HANDLE>(std::uintptr_t{0x5555007});
 
 struct World {
     std::wstring localData;        // empty: the system has no such folder
-    bool textWithFailure = false;  // it gives a text although it fails
+    bool textWithFailure = false;  // it returns a text although it fails
     std::vector<void*> freed;      // by CoTaskMemFree, null left out
     void* lastText = nullptr;      // of SHGetKnownFolderPath
 
     bool realProcesses = false;
     bool snapshotIsMade = true;
     std::vector<std::wstring> processes;
-    std::size_t asked = 0;  // of these
+    std::size_t asked = 0;  // how many of these were read
 
     std::wstring refusedMode;  // of _wfopen_s
     std::vector<std::FILE*> streams;
     std::size_t readsUntilBroken = 1000000;
     std::size_t mostWritten = 1000000000;  // by one call
-    std::vector<std::wstring> made;        // the folders that were to be made
+    std::vector<std::wstring> made;        // the folders requested
 
-    std::wstring settingsAtStart;  // the file to be looked at when Task Manager starts
+    std::wstring settingsAtStart;  // the file as it was when Task Manager started
     std::optional<std::string> bytesAtStart;
     HINSTANCE shellAnswer = reinterpret_cast<HINSTANCE>(std::uintptr_t{42});
 };
@@ -64,13 +64,13 @@ bool IsOurs(std::FILE* stream) {
     return std::ranges::count(world.streams, stream) > 0;
 }
 
-/// A function of the C runtime behind the test's own of the same name.
+/// The C runtime's function behind the test's own of the same name.
 template <typename Function>
 Function Runtime(const char* name) {
     return kestrane::test::RealCall<Function>(L"msvcrt", name);
 }
 
-/// What SHGetKnownFolderPath hands out; only CoTaskMemFree may take it back.
+/// The result of SHGetKnownFolderPath; only CoTaskMemFree may free it.
 PWSTR CopyForCaller(const std::wstring& text) {
     const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
     world.lastText = std::malloc(bytes);
@@ -101,7 +101,7 @@ errno_t FakeOpen(std::FILE** stream, const wchar_t* path, const wchar_t* mode) {
     NoteCall(std::wcscmp(mode, L"rb") == 0 ? "open to read" : "open to write");
     EXPECT_TRUE(std::wcscmp(mode, L"rb") == 0 || std::wcscmp(mode, L"wb") == 0);
     if (world.refusedMode == mode) {
-        *stream = reinterpret_cast<std::FILE*>(std::uintptr_t{0x5555});  // nothing is promised of it
+        *stream = reinterpret_cast<std::FILE*>(std::uintptr_t{0x5555});  // unspecified on failure
         return EACCES;
     }
     using Open = errno_t(__cdecl*)(std::FILE**, const wchar_t*, const wchar_t*);
@@ -110,7 +110,7 @@ errno_t FakeOpen(std::FILE** stream, const wchar_t* path, const wchar_t* mode) {
     return error;
 }
 
-/// The whole file, taken so that nobody else may have it open; nothing where that is refused.
+/// The whole file, opened exclusively; none if that fails.
 std::optional<std::string> TakeBytes(const std::wstring& path) {
     const kestrane::UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!file) return {};
@@ -249,7 +249,7 @@ class TaskManagerTest : public testing::Test {
         ASSERT_EQ(written, bytes.size());
     }
 
-    /// Opens it and expects that it was started, whatever else happened.
+    /// Opens it and expects that it was started, whatever else happens.
     static void Open(std::int64_t page) {
         OpenTaskManager(page);
         EXPECT_EQ(CountCalls("start"), 1);
@@ -346,7 +346,7 @@ TEST_F(TaskManagerTest, ARunningOneKeepsItsFile) {
         world.processes = {L"[System Process]", L"System", name, L"explorer.exe"};
         Open(3);
         EXPECT_THAT(Calls(), ElementsAre("ask for the folder", "take snapshot", "close snapshot", "start"));
-        EXPECT_EQ(world.asked, 3U);  // nobody behind it is asked for
+        EXPECT_EQ(world.asked, 3U);  // later processes are not read
         EXPECT_EQ(world.bytesAtStart, text);
         EXPECT_THAT(debugLines, IsEmpty());
     }

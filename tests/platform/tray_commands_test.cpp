@@ -1,6 +1,5 @@
-// What the user does to the icons and the graphs, through the real window procedure: clicks, the menu and its commands,
-// the shortcut. The shell, the clock, the menu's tracking and the settings file are replaced; the graph windows are
-// real.
+// User actions on the icons and graphs, through the real window procedure: clicks, the menu and its commands, the
+// hotkey. The shell, the clock, the menu's tracking and the settings file are replaced; the graph windows are real.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -115,7 +114,7 @@ std::vector<MenuItem> ReadMenu(HMENU menu) {
 
 BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND window, LPTPMPARAMS parameters) {
     EXPECT_EQ(window, world.window);
-    EXPECT_EQ(world.foreground, world.window);  // or the menu would not close when the user clicks elsewhere
+    EXPECT_EQ(world.foreground, world.window);  // otherwise the menu would not close on a click elsewhere
     EXPECT_EQ(parameters, nullptr);
     NoteCall("TrackPopupMenu");
     world.menuHandle = menu;
@@ -130,7 +129,7 @@ BOOL WINAPI FakeTrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND wind
     return world.menuAnswer;
 }
 
-// A picture of the asked size, since a test program has none of the program's resources.
+// An image of the requested size, since a test program has none of the program's resources.
 HANDLE WINAPI FakeLoadImageW(HINSTANCE, LPCWSTR name, UINT type, int width, int height, UINT) {
     EXPECT_EQ(type, UINT{IMAGE_ICON});
     EXPECT_EQ(width, height);
@@ -208,13 +207,13 @@ decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 
 namespace kestrane {
 
-/// In place of the painter.
+/// Replaces the painter.
 void PaintGraph(HDC, std::int32_t, std::int32_t, GraphKind, const AppSettings&, const GraphSeries& series,
                 std::uint32_t, const HoverState&) {
     world.paintedSeries = &series;
 }
 
-/// In place of the real one, which would start a program.
+/// Replaces the real one, which would start a program.
 void OpenTaskManager(std::int64_t page) {
     NoteCall("Task Manager " + std::to_string(page));
 }
@@ -267,7 +266,7 @@ class TrayCommandsTest : public testing::Test {
         return (GetWindowLongPtrW(WindowOf(kind), GWL_EXSTYLE) & WS_EX_TRANSPARENT) != 0;
     }
 
-    /// Another program's window comes to the foreground over the graph; here it is the graph's own.
+    /// Simulates another program's window over the graph, using the graph's own.
     static void Cover(GraphKind kind) {
         world.foregroundEvent(nullptr, EVENT_SYSTEM_FOREGROUND, WindowOf(kind), OBJID_WINDOW, 0, 0, 0);
     }
@@ -351,7 +350,7 @@ TEST_F(TrayCommandsTest, TheShortcutTogglesTheNetworkGraphWithoutTheFilter) {
         EXPECT_EQ(SendMessageW(app->window, WM_HOTKEY, GraphHotkeyId, 0), 0);
         EXPECT_EQ(Graph(GraphKind::Network).IsShown(), shown);
     }
-    SendMessageW(app->window, WM_HOTKEY, 2, 0);  // somebody else's id
+    SendMessageW(app->window, WM_HOTKEY, 2, 0);  // not our id
     EXPECT_TRUE(Graph(GraphKind::Network).IsShown());
 }
 
@@ -640,7 +639,7 @@ TEST_F(TrayCommandsTest, AGraphsMenuIsThatOfItsIcon) {
     EXPECT_EQ(world.menuPoint.y, -34);
 }
 
-/// A window of the program that the user works with.
+/// The window that the user works with.
 HWND MakeUsersWindow() {
     return CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
 }
@@ -833,7 +832,7 @@ TEST_F(TrayCommandsTest, NoGraphIsLeftAfterTheEnd) {
     DestroyWindow(app->window);
     for (const auto& graph : app->graphs)
         EXPECT_FALSE(graph);
-    // What a late message might still ask for is harmless.
+    // A late message is harmless.
     app->RecoverGraphs();
     SendMessageW(app->window, WM_DISPLAYCHANGE, 0, 0);
 }

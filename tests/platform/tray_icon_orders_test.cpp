@@ -1,5 +1,5 @@
-// One icon through every order of what can befall it, against a small model of the shell. The model does what the real
-// one does: it holds icons by GUID, or else by window and id, and it refuses to add an icon that it holds.
+// One icon through every order of events, against a small model of the shell. Like the real one, the model keys icons
+// by GUID, or else by window and id, and refuses to add an icon that it already holds.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -25,7 +25,7 @@ using testing::IsEmpty;
 struct Shell {
     bool takesGuids = true;
     bool runs = true;
-    bool losesNextChange = false;  // it is busy, the call times out, and the icon stays as it was
+    bool losesNextChange = false;  // busy: the call times out and the icon stays unchanged
     std::set<std::string> icons;   // "guid 1" or "id 1"
 };
 Shell shell;
@@ -77,7 +77,7 @@ void Tick(TrayIconSet& icons) {
     icons.Update(Id, UniqueIcon(reinterpret_cast<HICON>(std::uintptr_t{7})), L"text");
 }
 
-/// The shell starts, for the first time or again, and knows of no icon.
+/// The shell starts, or restarts, without icons.
 void StartShell() {
     shell.runs = true;
     shell.icons.clear();
@@ -115,7 +115,7 @@ const std::vector<Event> Events = {
 
 constexpr std::size_t Steps = 6;
 
-/// The order with this number: its digits, in a system of as many digits as there are events, name the events.
+/// The order with this number: its digits, in base number of events, select the events.
 std::vector<const Event*> OrderOf(std::size_t number) {
     std::vector<const Event*> order;
     for (std::size_t step = 0; step < Steps; ++step, number /= Events.size())
@@ -130,8 +130,7 @@ std::string NamesOf(const std::vector<const Event*>& order) {
     return names;
 }
 
-/// Lets the events happen, then a tick with a shell. The icon must stand there once if it is wanted, and not after the
-/// end.
+/// Runs the events, then a tick with a shell. The icon must exist once if it is wanted, and not at all after shutdown.
 void WalkThrough(const std::vector<const Event*>& order) {
     StartShell();
     TrayIconSet icons(nullptr);

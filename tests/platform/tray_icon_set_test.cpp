@@ -1,4 +1,4 @@
-// The four icons against a shell that is played here: it keeps every call, and refuses what a test wants refused.
+// The four icons against a fake shell that records every call and refuses on demand.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -32,20 +32,20 @@ struct ShellCall {
     NOTIFYICONDATAW data;
 };
 
-/// The shell: what it was told, and what it shall refuse.
+/// The fake shell: the calls it got, and those it refuses.
 struct Shell {
     std::vector<ShellCall> calls;
     std::function<bool(const ShellCall&)> refuses;  // none: nothing is refused
     bool hasTaskbar = true;
     std::map<HICON, int> destroyed;  // how often each image was destroyed
-    std::vector<std::string> order;  // shell calls and destroyed images, as they came
+    std::vector<std::string> order;  // shell calls and destroyed images, in order
     int iconLoads = 0;
 };
 Shell shell;
 
 const auto BalloonImage = reinterpret_cast<HICON>(0xBA11);
 
-/// "add 1 guid": the call, the id, and the flags that tell calls apart.
+/// "add 1 guid": the call, the id, and the flags that matter.
 std::string Describe(const ShellCall& call) {
     static const char* const Names[] = {"add", "modify", "delete", "focus", "version"};
     std::string text = std::string(Names[call.message]) + " " + std::to_string(call.data.uID);
@@ -101,7 +101,7 @@ HICON Handle(std::uintptr_t number) {
     return reinterpret_cast<HICON>(number);
 }
 
-/// An image that is destroyed by name: "destroy 7".
+/// An image whose destruction is recorded by number: "destroy 7".
 UniqueIcon Image(std::uintptr_t number) {
     return UniqueIcon(Handle(number));
 }
@@ -114,7 +114,7 @@ bool HasGuid(const ShellCall& call) {
     return (call.data.uFlags & NIF_GUID) != 0;
 }
 
-/// Refuses the calls of one kind whose ordinal among that kind, from 1, stands in `ordinals`.
+/// Refuses the calls of one kind whose ordinals, from 1, are in `ordinals`.
 std::function<bool(const ShellCall&)> RefuseNth(DWORD message, std::vector<int> ordinals) {
     return [message, ordinals, seen = 0](const ShellCall& call) mutable {
         if (call.message != message) return false;
@@ -123,7 +123,7 @@ std::function<bool(const ShellCall&)> RefuseNth(DWORD message, std::vector<int> 
     };
 }
 
-/// What came since the last question.
+/// The events since the last call of this function.
 std::vector<std::string> Order() {
     return std::exchange(shell.order, {});
 }

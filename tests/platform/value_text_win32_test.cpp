@@ -9,8 +9,8 @@
 
 namespace {
 
-// What the system holds as the separator. Like the real call, the fake fails and leaves the buffer alone when the text
-// and its end mark do not fit.
+// The system's separator. Like the real call, the fake fails and leaves the buffer alone if the text and its terminator
+// do not fit.
 std::wstring separator;
 bool refuse = false;
 int questions = 0;

@@ -183,7 +183,7 @@ TEST(AppSettings, RefreshLabelsAreTranslated) {
         {3, L"Medio - 3 s", L"Medium - 3 s"},
         {4, L"Lento - 5 s", L"Slow - 5 s"},
         {5, L"Muy lento - 10 s", L"Very slow - 10 s"},
-        {6, L"Normal - 1,5 s", L"Normal - 1.5 s"},  // beyond the list
+        {6, L"Normal - 1,5 s", L"Normal - 1.5 s"},  // out of range
         {std::numeric_limits<std::size_t>::max(), L"Normal - 1,5 s", L"Normal - 1.5 s"},
     };
     for (const auto& [index, spanish, english] : cases) {

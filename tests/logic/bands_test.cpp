@@ -1,4 +1,4 @@
-// Bands are invisible: every row is in exactly one, and columns drawn in bands look as if drawn at once.
+// Bands are invisible: every row is in exactly one, and columns look the same as when drawn in one piece.
 #include <gtest/gtest.h>
 
 #include <vector>

@@ -32,7 +32,7 @@ MetricRing<T> RingWith(const std::vector<T>& values, std::uint64_t capacity = 64
 const auto Percentages = RingWith<std::int32_t>;
 const auto Rates = RingWith<std::uint64_t>;
 
-/// How many pixels of the rightmost column differ from the background, counted from the bottom without a gap.
+/// The number of contiguous pixels, from the bottom of the rightmost column, that differ from the background.
 std::int32_t RightColumnHeight(const Canvas& canvas) {
     std::int32_t height = 0;
     const auto size = static_cast<std::size_t>(canvas.size);

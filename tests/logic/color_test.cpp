@@ -15,7 +15,7 @@ TEST(Color, LuminanceWeighsTheChannels) {
         std::int32_t luminance;
     } cases[] = {
         {0x000000, 0},   {0xFFFFFF, 255}, {0xFF0000, 76},  // 76.245
-        {0x00FF00, 149},                                   // 149.685: cut, not rounded
+        {0x00FF00, 149},                                   // 149.685: truncated, not rounded
         {0x0000FF, 29},                                    // 29.07
         {0xFF0005, 76},                                    // 76.815
         {0x808080, 128}, {0x7F7F7F, 127}, {0x010101, 1},
@@ -81,8 +81,8 @@ TEST(Color, ReadableKeepsWhatStandsOutAndPullsTheRest) {
         {0x000000, 0x5A5A5A, 0x000000},  // the difference counts either way
         {0x000000, 0x000000, 0x656565},  // 224 * 0.45 = 100.8
         {0xFFFFFF, 0xFFFFFF, 0x9B9B9B},  // 255 - 223 * 0.45 = 154.65
-        {0x000000, 0x202020, 0x656565},  // black is not read on dark grey
-        {0xFFFFFF, 0x000000, 0xFFFFFF},  // white is, on black
+        {0x000000, 0x202020, 0x656565},  // black is not readable on dark grey
+        {0xFFFFFF, 0x000000, 0xFFFFFF},  // white on black is
     };
     for (const auto& [color, background, readable] : cases) {
         EXPECT_EQ(ReadableColor(color, background), readable) << std::hex << color << " on " << background;

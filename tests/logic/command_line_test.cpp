@@ -27,7 +27,7 @@ TEST(ClassifyCommandLine, TakesTheTextWholeAndExactly) {
         {L"--autostart-machine Set", StartKind::Ordinary},
         {L"--autostart-machine set ", StartKind::Ordinary},
         {L"--updated", StartKind::AfterUpdate},
-        {L"--updated now", StartKind::Ordinary},  // with anything behind it there is no wait
+        {L"--updated now", StartKind::Ordinary},  // anything after it means no wait
         {L"--Updated", StartKind::Ordinary},
         {L"kestrane", StartKind::Ordinary},
     };

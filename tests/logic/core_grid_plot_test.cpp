@@ -23,8 +23,8 @@ constexpr ColorValue Efficiency = 0x00FF00;
 const Letters Legend = {{Background, '.'}, {Contrast, '#'},    {FrameColor, '+'},
                         {Border, 'o'},     {Performance, 'p'}, {Efficiency, 'e'}};
 
-/// A window of 32 by 22 without margin, a line of text 2 pixels high, a gap of 2: the grid is 30 by 15 at (1, 1) and
-/// the baseline in row 18. Two processors stand side by side, in cells of 14 by 15, whose plots are 12 by 13.
+/// A window of 32 by 22 without margin, text 2 pixels high, a gap of 2: the grid is 30 by 15 at (1, 1) and the baseline
+/// in row 18. Two processors are side by side, in cells of 14 by 15, whose plots are 12 by 13.
 class CoreGridPicture : public testing::Test {
   protected:
     CoreGridPicture() {
@@ -198,7 +198,7 @@ TEST_F(CoreGridPicture, TheOutlineStaysWhereThereIsNothingToRead) {
     }
 }
 
-// The readout of a line tells the sample, and its marker sits on the smoothed curve.
+// The readout of a line shows the raw sample, and its marker sits on the smoothed curve.
 TEST_F(CoreGridPicture, ReadoutOfALine) {
     settings_.cpu.style = 1;
     settings_.cpu.smoothing = 1;
@@ -207,10 +207,10 @@ TEST_F(CoreGridPicture, ReadoutOfALine) {
     ASSERT_TRUE(drawing.readout.has_value());
     EXPECT_EQ(drawing.coreMax, 100) << "raw as well";
     EXPECT_EQ(drawing.readout->lines[0].text, L"Hilo 0 (rendimiento): 100 %");
-    EXPECT_EQ(drawing.readout->markers[0].y, 11);  // a third of 13 over the border in row 15
+    EXPECT_EQ(drawing.readout->markers[0].y, 11);  // a third of 13 above the border in row 15
 }
 
-// A number that no processor has keeps its cell. Its ring holds zeros.
+// A number without a processor still has a cell. Its ring holds zeros.
 TEST_F(CoreGridPicture, HolesHaveCellsThatShowZero) {
     classes_ = {0};
     series_.coreClasses = &classes_;
@@ -239,7 +239,7 @@ TEST_F(CoreGridPicture, AHoleIsOfTheClassThatTheTableSays) {
     EXPECT_EQ(lines[1].points, (Points{{28, 14}, {29, 14}}));
 }
 
-// The marker lies on the curve and has its colour; the text stands on the dark box and must be readable there.
+// The marker is on the curve and has its colour; the text is on the dark box and must be readable there.
 TEST_F(CoreGridPicture, TheMarkerHasTheColourOfTheClassAsItStands) {
     settings_.colors[CpuGraphPerf] = 0x111111;
     SetCores({{100}, {}});
@@ -249,7 +249,7 @@ TEST_F(CoreGridPicture, TheMarkerHasTheColourOfTheClassAsItStands) {
     EXPECT_EQ(drawing.readout->lines[0].color, ReadableColor(0x111111, HoverBoxColor));
 }
 
-// From one processor to more than fit, in windows of any size: nothing is written out of bounds.
+// From one processor to more than fit, at any window size: nothing is written out of bounds.
 TEST_F(CoreGridPicture, HoldsForEveryNumberAndSize) {
     classes_ = {0, 1, 0};
     series_.coreClasses = &classes_;

@@ -87,14 +87,14 @@ TEST(ComputeCoreGrid, LaysCellsRowByRow) {
     EXPECT_EQ(ComputeCoreGrid(1, 100, 50, 3), (Cells{{0, 0, 100, 50}}));
     EXPECT_EQ(ComputeCoreGrid(0, 100, 50, 3), Cells{});
     EXPECT_EQ(ComputeCoreGrid(-1, 100, 50, 3), Cells{});
-    // Five in two rows: the cells of the shorter row are wider, and the last of each row ends at the full width.
+    // Five in two rows: the cells of the shorter row are wider, and each row ends at the full width.
     EXPECT_EQ(ComputeCoreGrid(5, 100, 50, 2),
               (Cells{{0, 0, 32, 24}, {34, 0, 32, 24}, {68, 0, 32, 24}, {0, 26, 49, 24}, {51, 26, 49, 24}}));
     EXPECT_EQ(ComputeCoreGrid(2, 100, 20, -7), (Cells{{0, 0, 50, 20}, {50, 0, 50, 20}})) << "a negative gap is none";
     EXPECT_EQ(ComputeCoreGrid(2, 0, 0, 3), (Cells{{0, 0, 1, 1}, {3, 0, 1, 1}})) << "at least 1 by 1";
 }
 
-// Whatever the size: one cell a processor, each at least 1 by 1, and where they fit at all they stay inside and apart.
+// At any size: one cell per processor, each at least 1 by 1, and if they fit, all are inside and do not overlap.
 TEST(ComputeCoreGrid, HoldsForEveryNumberOfProcessors) {
     for (std::int32_t count = 1; count <= 256; ++count) {
         for (const auto& [width, height] : {std::pair{470, 100}, {1900, 1000}, {200, 80}, {5, 5}, {-20, 3}}) {

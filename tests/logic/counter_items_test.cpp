@@ -19,7 +19,7 @@ using testing::IsEmpty;
 constexpr std::uint64_t Address = 0x7FF612345678;
 constexpr std::uint32_t InvalidData = 0xC0000BBA;  // PDH_CSTATUS_INVALID_DATA
 
-/// An answer while it is being put together: items of one name each, the names behind them.
+/// An answer under construction: items with one name each, followed by the names.
 class Answer {
   public:
     explicit Answer(std::size_t items) : bytes_(items * CounterItemBytes) {}
@@ -30,7 +30,7 @@ class Answer {
         PutAt(bytes_, item * CounterItemBytes + CounterItemValue, std::bit_cast<std::uint64_t>(value), 8);
     }
 
-    /// Where the name now stands, as the system would write it.
+    /// The address of the appended name, as the system would write it.
     std::uint64_t Append(std::wstring_view name) {
         const std::uint64_t place = Address + bytes_.size();
         for (const wchar_t c : name)
@@ -79,7 +79,7 @@ TEST(CounterItems, WithANameElsewhereAreLeftOut) {
     const std::uint64_t name = answer.Append({L"0 C:\0", 5});
     answer.Put(0, 0, 0, 1);
     answer.Put(1, Address - 2, 0, 2);
-    answer.Put(2, name + 10, 0, 3);  // behind the last byte
+    answer.Put(2, name + 10, 0, 3);  // past the last byte
     answer.Put(3, name + 1, 0, 4);   // between two characters
     answer.Put(4, name + 2, 0, 5);
     EXPECT_THAT(NamesOf(answer.Read(5)), ElementsAre(L" C:"));

@@ -49,14 +49,14 @@ Bytes Cache(std::uint8_t level, std::uint32_t size) {
     Bytes rest;
     Put(rest, level, 1);
     Put(rest, 16, 1);  // associativity
-    Put(rest, 64, 2);  // bytes of a line
+    Put(rest, 64, 2);  // line size in bytes
     Put(rest, size, 4);
     rest.resize(44);
     return Record(2, rest);
 }
 
-/// A record that the walk steps over: a node, a package, a group or a module. Whoever takes it for a core sees the
-/// highest class, whoever takes it for a cache a huge L3.
+/// A record that the parser must skip: a node, a package, a group or a module. Misread as a core it would have the
+/// highest class, misread as a cache a huge L3.
 Bytes Other(std::uint32_t relationship, std::size_t size) {
     Bytes rest(size - 8, 0xFF);
     if (!rest.empty()) rest.front() = 3;
@@ -81,7 +81,7 @@ TEST(ProcessorRecords, AnEmptyBufferGivesNothing) {
 }
 
 TEST(ProcessorRecords, TheHigherClassIsThePerformanceSide) {
-    // Two fast cores of two threads each, then six saving ones.
+    // Two performance cores of two threads each, then six efficiency cores.
     std::vector<Bytes> records{Core(1, {{0, 0b11}}), Core(1, {{0, 0b1100}})};
     for (int i = 0; i < 6; ++i)
         records.push_back(Core(0, {{0, std::uint64_t{1} << (4 + i)}}));
@@ -174,7 +174,7 @@ TEST(ProcessorRecords, ADamagedRecordEndsTheWalk) {
         const char* what;
         Bytes damaged;
     };
-    // The next record follows where the size says, so that a walk that goes on finds it.
+    // The next record is where the size says, so a parser that goes on would find it.
     const auto sized = [](Bytes record, std::uint32_t size) {
         PutAt(record, 4, size, 4);
         record.resize(std::clamp<std::size_t>(size, 8, record.size()));
@@ -211,7 +211,7 @@ TEST(ProcessorRecords, ADamagedRecordHidesTheClassesBehindIt) {
     Bytes damaged = Core(0, {{0, 1}});
     PutAt(damaged, 4, 0, 4);
     const CpuFacts facts = Parse({Core(0, {{0, 1}}), damaged, Core(5, {{0, 2}})});
-    EXPECT_EQ(facts.performanceCores, 1);  // the core of class 5 is not seen in either pass
+    EXPECT_EQ(facts.performanceCores, 1);  // neither pass sees the core of class 5
     EXPECT_EQ(facts.efficiencyCores, 0);
 }
 
@@ -257,7 +257,7 @@ TEST(ProcessorRecords, RandomBytesAreReadWithinTheirBounds) {
         for (std::size_t i = 0; i < count; ++i) {
             Bytes record = random() % 2 == 0 ? Core(static_cast<std::uint8_t>(random() % 3), {{0, random()}, {1, 1}})
                                              : Cache(3, static_cast<std::uint32_t>(random()));
-            // A few bytes are wrong, mostly in the sizes and counts.
+            // Corrupt a few bytes, mostly in sizes and counts.
             for (auto wrong = random() % 4; wrong > 0; --wrong) {
                 record[random() % (random() % 2 == 0 ? 8 : record.size())] = static_cast<std::uint8_t>(random());
             }

@@ -22,7 +22,7 @@ TEST(BusyPercent, IsTheRoundedShareOfTheTotal) {
              {0, 0, 0},  // no time has passed
              {5, 0, 0},
              {100, 100, 0},
-             {150, 100, 0},  // more idle than time, as seen when the two are not read at one instant
+             {150, 100, 0},  // more idle than total time, as when the two are not read at the same instant
              {0, 100, 100},
              {25, 100, 75},
              {1, 3, 67},
@@ -31,7 +31,7 @@ TEST(BusyPercent, IsTheRoundedShareOfTheTotal) {
              {995, 1000, 1},  // half a percent rounds up
              {996, 1000, 0},
              {0, 1, 100},
-             {0, Largest, 0},  // the product wraps, and what comes out is still a percentage
+             {0, Largest, 0},  // the product wraps, but the result is still a percentage
              {Largest, Largest, 0},
          }) {
         EXPECT_EQ(BusyPercent(row.idle, row.total), row.percent) << row.idle << " of " << row.total;
@@ -89,7 +89,7 @@ TEST(ParseProcessorInstance, GivesTheLogicalNumber) {
              {L"1,0", 64},
              {L"1,5", 69},
              {L"63,63", 4095},
-             {L"007,0009", 457},  // leading zeros change nothing
+             {L"007,0009", 457},  // leading zeros do not matter
              {L"0,64", -1},
              {L"64,0", -1},
              {L"_Total", -1},
@@ -99,7 +99,7 @@ TEST(ParseProcessorInstance, GivesTheLogicalNumber) {
              {L",", -1},
              {L"", -1},
              {L"3", -1},
-             {L"1,2,3", -1},  // the second comma is no digit
+             {L"1,2,3", -1},  // the second comma is not a digit
              {L"1,,2", -1},
              {L"-1,2", -1},
              {L"+1,2", -1},
@@ -108,9 +108,9 @@ TEST(ParseProcessorInstance, GivesTheLogicalNumber) {
              {L"1,2 ", -1},
              {L"1,0x2", -1},
              {L"\u0661,2", -1},                               // a digit, but not an ASCII one
-             {L"4294967296,0", -1},                           // 2 to the 32nd must not pass for 0
-             {L"0,18446744073709551616", -1},                 // nor 2 to the 64th
-             {L"99999999999999999999999999999999999,0", -1},  // nor anything that overflows on the way
+             {L"4294967296,0", -1},                           // 2^32 must not become 0
+             {L"0,18446744073709551616", -1},                 // nor 2^64
+             {L"99999999999999999999999999999999999,0", -1},  // nor may anything overflow on the way
          }) {
         EXPECT_EQ(ParseProcessorInstance(row.name), row.number) << testing::PrintToString(std::wstring(row.name));
     }
@@ -159,7 +159,7 @@ TEST(AdvanceCpuTimes, CountsFromTheSecondReadingOn) {
     EXPECT_EQ(percent, 7);
     EXPECT_TRUE(AdvanceCpuTimes(times, 1025, 4100, percent));
     EXPECT_EQ(percent, 75);
-    EXPECT_TRUE(AdvanceCpuTimes(times, 1125, 4200, percent));  // from the last reading on, not from the first
+    EXPECT_TRUE(AdvanceCpuTimes(times, 1125, 4200, percent));  // since the last reading, not the first
     EXPECT_EQ(percent, 0);
 }
 

@@ -263,7 +263,7 @@ TEST(DrawBitmapNumber, ANegativeNumberCountsAsZero) {
 }
 
 TEST(DrawBitmapNumber, WhatSticksOutIsCutOnBothSides) {
-    // 11 cells on 8 pixels: half of the three too many go left, by truncation.
+    // 11 cells on 8 pixels: of the three too many, one is cut on the left (3 / 2 truncated).
     EXPECT_EQ(Number(8, 100), R"(
 ........
 #..###.#

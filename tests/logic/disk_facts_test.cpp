@@ -18,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A descriptor as drivers return it: the fields, then the texts, each with its zero.
+/// A descriptor as drivers return it: the fields, then the null-terminated texts.
 Bytes Descriptor(std::uint32_t busType, std::string_view vendor, std::string_view product) {
     Bytes bytes(40);
     PutAt(bytes, 0, 40, 4);
@@ -62,7 +62,7 @@ TEST(ComposeModel, AddsTheVendorThatTheProductLacks) {
              {L"ATA", L"ST1000", L"ATA ST1000"},
              {L"", L"ST1000", L"ST1000"},
              {L"", L"", L""},
-             {L"Acme", L"ACME SSD", L"Acme ACME SSD"},  // the search minds the case
+             {L"Acme", L"ACME SSD", L"Acme ACME SSD"},  // the search is case-sensitive
              {L"ACME", L"SSD by ACME", L"SSD by ACME"},
              {L"ACME", L"", L"ACME "},
          }) {
@@ -101,7 +101,7 @@ TEST(StorageDescriptor, SomeBusesHaveNoText) {
 TEST(StorageDescriptor, FewerThanFortyBytesSayNothing) {
     for (std::size_t returned = 0; returned < 40; ++returned) {
         const StorageFacts facts = Parse(Descriptor(7, "ACME", "SSD"), returned);
-        EXPECT_TRUE(facts.isFixed) << returned;  // even the bus of a stick is not believed
+        EXPECT_TRUE(facts.isFixed) << returned;  // even the bus type of a USB stick is ignored
         EXPECT_EQ(facts.model, L"") << returned;
         EXPECT_EQ(facts.bus, L"") << returned;
     }
@@ -115,7 +115,7 @@ TEST(StorageDescriptor, OffsetsAreUsedOnlyWithinWhatWasReturned) {
         std::size_t returned;
         const wchar_t* model;
     };
-    // 40 bytes of fields, "SSD" and its zero, and four more bytes that the buffer has and the call did not return.
+    // 40 bytes of fields, "SSD" and its terminator, and four more bytes of buffer that the call did not return.
     Bytes bytes = Descriptor(11, "", "SSD");
     bytes.insert(bytes.end(), {'o', 'l', 'd', 0});
     for (const Row& row : std::vector<Row>{
@@ -126,7 +126,7 @@ TEST(StorageDescriptor, OffsetsAreUsedOnlyWithinWhatWasReturned) {
              {"the returned end", 44, 44, L""},
              {"behind it", 45, 44, L""},
              {"there, if more was returned", 44, 45, L"old"},
-             {"the buffer's end", 48, 1000, L""},  // more returned than there is
+             {"the buffer's end", 48, 1000, L""},  // more returned than the buffer holds
              {"far away", 0xFFFFFFFF, 0xFFFFFFFF, L""},
              {"into the fields", 4, 44, L","},  // 44, the size of the descriptor
          }) {

@@ -44,7 +44,7 @@ TEST(SplitBusyTime, SplitsTheBusyShareByTheRatioOfTheTimes) {
              {130, 1, 1, 0, 0},
              {-5, 1, 1, 50, 50},
              {-5, 0, 0, 100, 0},
-             {50, -100, 20, 0, 50},  // a negative time is none
+             {50, -100, 20, 0, 50},  // a negative time counts as 0
              {50, 20, -100, 50, 0},
              {50, -1, -1, 50, 0},
              {Nan, 1, 1, 0, 0},
@@ -67,7 +67,7 @@ TEST(SplitBusyTime, SplitsTheBusyShareByTheRatioOfTheTimes) {
 
 TEST(BuildDiskInstances, MatchesByWholeNameInAnyOrder) {
     const DiskReadings readings{.idle = {{L"1 D:", 10}, {L"0 C:", 20}, {L"2", 30}},
-                                .readTime = {{L"0 C:", 1}, {L"1 D:", 2}, {L"0 C:", 99}},  // the first of two holds
+                                .readTime = {{L"0 C:", 1}, {L"1 D:", 2}, {L"0 C:", 99}},  // the first of two wins
                                 .writeTime = {{L"1 D:", 3}, {L"0 C", 4}, {L"0 C: ", 5}, {L"0 c:", 6}},
                                 .readBytes = {},
                                 .writeBytes = {{L"3 E:", 7}, {L"0 C:", 8}}};
@@ -158,7 +158,7 @@ TEST(BuildDiskSamples, TakesNumberedInstancesWithSpeedsFromZero) {
     EXPECT_EQ(samples[0].writePercent, 15);
     EXPECT_EQ(samples[1].number, 0);
     EXPECT_EQ(samples[1].readBytes, 0);
-    EXPECT_EQ(samples[1].writeBytes, 1e300);  // infinity is brought down to where sums stay finite
+    EXPECT_EQ(samples[1].writeBytes, 1e300);  // infinity is clamped so that sums stay finite
 }
 
 TEST(ParseDiskNumber, ReadsTheDigitsAtTheStart) {
@@ -211,7 +211,7 @@ TEST(SumSelectedDisks, BothListsFilterAndAnEmptyListDoesNot) {
              {{63}, {}, 0, 0, 0, 0, 0},  // only unknown numbers: nothing, not everything
              {{63, 2}, {}, 1, 400, 40, 10, 10},
              {{-1}, {}, 0, 0, 0, 0, 0},
-             {{1, 1}, {1, 1}, 1, 200, 20, 30, 60},  // named twice, counted once
+             {{1, 1}, {1, 1}, 1, 200, 20, 30, 60},  // listed twice, counted once
              {{0}, {4294967295u, 0}, 1, 100, 10, 50, 5},
          }) {
         const DiskTotals totals = SumSelectedDisks(ThreeDisks(), row.chosen, row.fixed);
@@ -266,7 +266,7 @@ TEST(AdvanceDiskSample, CountsFromTheSecondCollectionOn) {
     MetricSample sample;
     EXPECT_FALSE(AdvanceDiskSample(primed, &one, sample));
     EXPECT_TRUE(primed);
-    EXPECT_TRUE(sample.diskValid);  // it gives figures all the same
+    EXPECT_TRUE(sample.diskValid);  // but it gives figures
     EXPECT_EQ(sample.disks.size(), 1U);
     EXPECT_TRUE(AdvanceDiskSample(primed, &one, sample));
     EXPECT_EQ(sample.diskWritePercent, 30);

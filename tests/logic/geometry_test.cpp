@@ -31,7 +31,7 @@ TEST(ScaleForDpi, RoundsHalvesAwayFromZero) {
         {0, 192, 0},
         {Highest, 96, Highest},
         {Lowest, 96, Lowest},
-        {Highest, 97, -1},  // beyond 32 bits, as MulDiv has it
+        {Highest, 97, -1},  // beyond 32 bits, like MulDiv
         {Lowest, 97, -1},
         {Highest, 4294967295U, -1},
         {Lowest, 4294967295U, -1},

@@ -26,8 +26,8 @@ constexpr ColorValue Both = 0xFFFF00;
 const Letters Legend = {{Background, '.'}, {Contrast, '|'}, {FrameColor, '+'}, {Grid, '-'},
                         {First, '1'},      {Second, '2'},   {Both, 'b'}};
 
-/// A plot of a window of 16 by 12: margin 0, a line of text 2 pixels high, labels 3 wide. The plot's columns are 6 to
-/// 14, its rows 2 to 7 over the baseline in row 8.
+/// A window of 16 by 12: margin 0, text 2 pixels high, labels 3 wide. The plot's columns are 6 to 14, its rows 2 to 7
+/// above the baseline in row 8.
 class PlotPicture : public testing::Test {
   protected:
     PlotPicture() {
@@ -104,7 +104,7 @@ TEST_F(PlotPicture, OneSeriesOfBars) {
                       }));
 }
 
-// The overlap has a colour of its own, and what stands above it the colour of the taller.
+// The overlap has its own colour, and the part above it that of the taller bar.
 TEST_F(PlotPicture, NetworkBars) {
     view_.kind = GraphKind::Network;
     SetSeries({1, 6, 4, 0, 3}, {5, 2, 4, 2, 0});
@@ -125,7 +125,7 @@ TEST_F(PlotPicture, NetworkBars) {
                       }));
 }
 
-// The shorter stands in front; where both are equal the second hides the first.
+// The shorter is in front; if both are equal, the second hides the first.
 TEST_F(PlotPicture, DiskBars) {
     view_.kind = GraphKind::Disk;
     SetSeries({1, 6, 4, 0, 3}, {5, 2, 4, 2, 0});
@@ -146,7 +146,7 @@ TEST_F(PlotPicture, DiskBars) {
                       }));
 }
 
-// The example of a network graph with little coming down and much going up.
+// A network graph with little download and much upload.
 TEST_F(PlotPicture, UpOverDownAtOneScale) {
     view_.kind = GraphKind::Network;
     scale_.maximum = 4000;
@@ -167,7 +167,7 @@ TEST_F(PlotPicture, MorePointsThanColumnsShowTheNewest) {
     EXPECT_EQ(Rows()[7], "+....|111111111+");
 }
 
-// A young graph fills from the right and is not stretched: what is left of it holds the grid alone.
+// A new graph fills from the right and is not stretched: to the left there is only the grid.
 TEST_F(PlotPicture, FiftyPointsStandAtTheRightOfFourHundredColumns) {
     view_.twoSeries = false;
     scale_.layout = ComputePlotLayout(407, 12, 0, 2, 3);
@@ -216,7 +216,7 @@ TEST_F(PlotPicture, LinesAreGivenBackSecondSeriesFirst) {
     EXPECT_EQ(lines[0].color, Second);
     EXPECT_EQ(lines[0].points, (Points{{11, 2}, {12, 2}, {13, 7}, {14, 7}}));
     EXPECT_EQ(lines[1].color, First);
-    // A value of 0 runs one pixel above the baseline, where a value of 1 runs as well.
+    // A value of 0 is drawn one pixel above the baseline, like a value of 1.
     EXPECT_EQ(lines[1].points, (Points{{11, 7}, {12, 7}, {13, 6}, {14, 2}}));
     EXPECT_EQ(Rows()[7], "+....|.........+") << "no fill, no pixel";
 }
@@ -241,7 +241,8 @@ TEST_F(PlotPicture, BothLinesAreSmoothed) {
     EXPECT_EQ(lines[1].points, (Points{{10, 7}, {11, 6}, {12, 6}, {13, 6}, {14, 7}}));
 }
 
-// The taller fill goes under the shorter, so what both cover mixes the shorter one into the taller one's mixture.
+// The taller fill goes under the shorter one, so where both overlap, the shorter is blended over the taller one's
+// blend.
 TEST_F(PlotPicture, FillsMixWhatTheyCover) {
     view_.lines = true;
     view_.alpha = 0.5;
@@ -294,7 +295,7 @@ TEST_F(PlotPicture, WhatIsNotANumberDrawsNothing) {
     EXPECT_EQ(Rows()[2], "+....|-.-.-.-11+");
 }
 
-// The margin and the label leave no plot: the axis stands outside, and nothing is written out of bounds.
+// Margin and labels leave no room for a plot: the axis is outside, and nothing is written out of bounds.
 TEST_F(PlotPicture, HoldsWithoutAPlot) {
     SetSeries({6, 6, 6}, {6, 6, 6});
     for (std::int32_t size = 1; size <= 14; ++size) {
@@ -357,7 +358,7 @@ TEST_F(PlotPicture, ReadoutOfThePointUnderTheMouse) {
     }
 }
 
-// The marker sits on the smoothed curve, the text tells the sample.
+// The marker sits on the smoothed curve, the text shows the raw sample.
 TEST_F(PlotPicture, ReadoutOfALine) {
     view_.kind = GraphKind::Cpu;
     view_.isPercent = true;

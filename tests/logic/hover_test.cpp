@@ -55,7 +55,7 @@ TEST(SecondsAgo, RoundsToWholeSeconds) {
         {100, 99, 1500, 0},                                            // 500 / 1000
         {100, 98, 1500, 2},                                            // 2000 / 1000
         {100, 97, 1500, 3},                                            // 3500 / 1000
-        {100, 100, 1500, 0},                                           // not below the length
+        {100, 100, 1500, 0},                                           // index out of range
         {100, -1, 1500, 0},                                            //
         {0, 0, 1500, 0},                                               //
         {4096, 0, 10000, 40950}, {4096, 0, 4294967295U, 17587891073},  // beyond 32 bits
@@ -146,7 +146,7 @@ TEST_F(PlotReadout, DiskAddsActivityWhereItHasAny) {
                           {L"Actividad: L 20 % · E 40 %", Detail},
                           {L"hace 0 s", Time}};
     EXPECT_EQ(PlotReadoutLines(View(GraphKind::Disk), series_, 0, L','), newest);
-    // The activity reaches back two points only.
+    // The activity reaches back only two points.
     const Lines oldest = {{L"Lectura: 1 KB/s", read}, {L"Escritura: 0,5 KB/s", write}, {L"hace 2 s", Time}};
     EXPECT_EQ(PlotReadoutLines(View(GraphKind::Disk), series_, 2, L','), oldest);
     // In activity mode it would repeat the first two lines.
@@ -161,7 +161,7 @@ TEST_F(PlotReadout, SeveralDisksHaveALineEachInBothModes) {
     series_.activityRead = RefTo(readPercent_);
     series_.activityWrite = RefTo(writePercent_);
     series_.disks = &disks_;
-    // What is written to the first is known one point back only.
+    // The first disk's write history has only one point.
     disks_ = {{0, L"0 C:", RingOf<double>({1, 10240}), RingOf<double>({512}, 1)}};
     EXPECT_EQ(PlotReadoutLines(View(GraphKind::Disk), series_, 0, L',').size(), 4U) << "a single disk has none";
     disks_.push_back({1, L"1 D:", RingOf<double>({2048}), RingOf<double>({512})});
@@ -174,7 +174,7 @@ TEST_F(PlotReadout, SeveralDisksHaveALineEachInBothModes) {
     };
     const Lines newest = {{L"0 C:: L 10 KB/s · E 0,5 KB/s", Detail}, {L"1 D:: L 2 KB/s · E 0,5 KB/s", Detail}};
     EXPECT_EQ(disksOf(PlotReadoutLines(View(GraphKind::Disk), series_, 0, L',')), newest);
-    // The second disk came only one point ago.
+    // The second disk has only one point.
     const Lines older = {{L"0 C:: L 0 KB/s · E 0 KB/s", Detail}};
     EXPECT_EQ(disksOf(PlotReadoutLines(View(GraphKind::Disk), series_, 1, L',')), older);
     settings_.activity = true;

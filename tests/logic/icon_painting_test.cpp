@@ -10,7 +10,7 @@
 namespace kestrane {
 namespace {
 
-// One letter a colour: '.' the background, 'o' the border, ' ' a transparent pixel, and by icon
+// One letter per colour: '.' the background, 'o' the border, ' ' a transparent pixel, and by icon
 //   CPU      '#' the bars
 //   disk     'r' read, 'w' write
 //   network  'd' download, 'u' upload, 'b' both
@@ -61,18 +61,18 @@ MetricRing<std::uint64_t> Rates(const std::vector<std::uint64_t>& rates) {
     return ring;
 }
 
-/// The CPU rises from 0 by `step` a point; the icon is wider than the history.
+/// The CPU rises from 0 by `step` per point; the icon is wider than the history.
 std::string CpuPicture(const AppSettings& settings, std::uint32_t size, std::int32_t step) {
     return Picture(PaintCpuIcon(settings, Ramp<std::int32_t>(size - 2, 0, step), size));
 }
 
-/// Reading rises from 0 by `step` a point, writing falls from 90 and has three points more.
+/// Reading rises from 0 by `step` per point, writing falls from 90 and has three more points.
 std::string DiskPicture(const AppSettings& settings, std::uint32_t size, std::int32_t step) {
     return Picture(PaintDiskIcon(settings, Ramp<std::int32_t>(size - 3, 0, step), Ramp<std::int32_t>(size, 90, -step),
                                  true, size));
 }
 
-/// Download rises from 0 by 1000 bit/s a point, upload falls from 20000 by 400 and has four points less.
+/// Download rises from 0 by 1000 bit/s per point, upload falls from 20000 by 400 and has four points fewer.
 std::string NetworkPicture(const AppSettings& settings, std::uint32_t size) {
     return Picture(PaintNetworkIcon(settings, Ramp<std::uint64_t>(size, 0, 1000),
                                     Ramp<std::uint64_t>(size - 4, 20000, std::uint64_t{0} - 400), size));

@@ -56,7 +56,7 @@ TEST(TextLineTop, PutsTheInkAndNotTheLine) {
         {{16, 14, 11, 3}, {4, 16}, true, 5},   // ink 8: rows 8 to 15, the line 3 above
         {{16, 14, 11, 3}, {4, 16}, false, 3},  // two rows free above and below
         {{16, 14, 12, 3}, {4, 16}, false, 2},  // ink 9 of 12: 1.5 rows free, one of them above
-        {{16, 14, 11, 3}, {0, 16}, false, 1},  {{16, 30, 20, 3}, {4, 16}, true, -4},  // too high: the top is cut
+        {{16, 14, 11, 3}, {0, 16}, false, 1},  {{16, 30, 20, 3}, {4, 16}, true, -4},  // too high: clipped at the top
         {{16, 30, 20, 3}, {4, 16}, false, -1},  // five rows too many: -2.5 towards zero
         {{16, 14, 11, 0}, {16, 16}, true, 5},
     };
@@ -83,12 +83,12 @@ TEST(ComposeCoverage, OnePixelOfEachKind) {
     const std::vector<Row> rows = {
         {0xFF102030, 0xFF000000, 0xFFFFFF, 0xFF102030},  // not covered
         {0x00000000, 0xFF000000, 0xFFFFFF, 0x00000000},
-        {0x40102030, 0xFFFFFF00, 0xFFFFFF, 0x40102030},  // the blue byte alone counts
-        {0xFF102030, 0xFFFFFFFF, 0xAABBCC, 0xFFAABBCC},  // covered wholly
+        {0x40102030, 0xFFFFFF00, 0xFFFFFF, 0x40102030},  // only the blue byte counts
+        {0xFF102030, 0xFFFFFFFF, 0xAABBCC, 0xFFAABBCC},  // fully covered
         {0x00000000, 0xFFFFFFFF, 0xAABBCC, 0xFFAABBCC},
         {0x80FFFFFF, 0x000000FF, 0xAABBCC, 0xFFAABBCC},
         {0x00000000, 0xFF000080, 0xAABBCC, 0x80AABBCC},  // a soft edge on nothing: the text's own colour
-        {0x00FFFFFF, 0xFF000001, 0xAABBCC, 0x01AABBCC},  // what a transparent pixel hides does not shine through
+        {0x00FFFFFF, 0xFF000001, 0xAABBCC, 0x01AABBCC},  // a transparent pixel's hidden colour does not show
         {0xFF000000, 0xFF000080, 0xFFFFFF, 0xFF808080},  // 255 * 128 / 255
         {0xFFFFFFFF, 0xFF000080, 0x000000, 0xFF7F7F7F},
         {0xFFFF0000, 0xFF000033, 0x0000FF, 0xFFCC0033},  // a fifth of the way

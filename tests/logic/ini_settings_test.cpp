@@ -20,7 +20,7 @@ constexpr std::array<SettingsTab, 4> Tabs{SettingsTab::Cpu, SettingsTab::Disk, S
                                           SettingsTab::Network};
 constexpr std::wstring_view TextAlphabet = L"abcXYZ ñé=;#[]\"'09,*";
 
-/// A settings file in memory. It counts what was written, and refuses the keys it is told to.
+/// A settings file in memory that records writes and refuses given keys.
 struct MemoryIni {
     std::map<std::wstring, std::wstring> values;  // by "section.key"
     std::vector<std::wstring> written;            // "section.key=value", in order
@@ -51,7 +51,7 @@ AppSettings Load(const Values& values) {
     return ReadSettings(ini.Reader());
 }
 
-// Each case is a file and what it changes in the defaults; everything else must stay.
+// Each case is a file and the defaults that it changes; everything else must stay.
 struct LoadCase {
     const char* name;
     Values values;
@@ -72,7 +72,7 @@ TEST(IniSettings, NoFileIsTheDefaults) {
     EXPECT_EQ(Load({}), MakeDefaultSettings());
 }
 
-/// The names of the keys for which a load asks a file of these values.
+/// The keys that a load reads from a file with these values.
 std::set<std::wstring> AskedOf(const Values& values) {
     const MemoryIni ini{values, {}, {}};
     std::set<std::wstring> asked;
@@ -124,7 +124,7 @@ TEST(IniSettings, ALoadAsksForEveryKeyOfEveryAge) {
         }
     }
     EXPECT_EQ(AskedOf({{L"network.interfaces", L"1F"}}), keys);
-    // The names of interfaces that are not known are not read either.
+    // Without interfaces, their names are not read either.
     keys.erase(L"network.interface_aliases");
     for (const wchar_t* malformed : {L"", L"1F,", L"1F,*", L"0"})
         EXPECT_EQ(AskedOf({{L"network.interfaces", malformed}}), keys) << testing::PrintToString(malformed);
@@ -180,7 +180,7 @@ TEST(IniSettings, ThresholdsAreTakenAsAGroup) {
          }},
         {"not ascending", file(L"50", L"40", L"90"), Nothing},
         {"equal", file(L"50", L"50", L"90"), Nothing},
-        // 60, 75 (the default of the bad one), 95 would ascend; still all three defaults stay.
+        // 60, 75 (the default of the bad one), 95 would ascend; even so, all three keep their defaults.
         {"one malformed", file(L"60", L"abc", L"95"), Nothing},
         {"one above 100", file(L"60", L"101", L"102"), Nothing},
         {"one of 101", file(L"60", L"80", L"101"), Nothing},
@@ -620,7 +620,7 @@ TEST(IniSettings, DefaultsComeBackAsTheyWereSaved) {
 
 TEST(IniSettings, AnySettingsComeBackAsTheyWereSaved) {
     RandomSettings random(1234, TextAlphabet);
-    MemoryIni ini;  // one file for all: what a save leaves behind must not shine through the next
+    MemoryIni ini;  // one file for all: a save must overwrite everything of the last one
     for (int round = 0; round < 3000; ++round) {
         const AppSettings settings = random.Next();
         WriteEverything(settings, ini);
@@ -697,7 +697,7 @@ TEST(IniSettings, WhateverTheFileHoldsTheSettingsArePermitted) {
 
 TEST(IniSettings, GarbageInEveryKeyIsTheDefaults) {
     const auto garbage = [](const wchar_t*, const wchar_t* key) {
-        // Long, because a font takes any short name; and the memory icon's font size takes any text at all.
+        // Long, because any short text is a valid font name; and the memory icon's font size accepts any text.
         return std::wstring(key) == L"font_size" ? std::wstring() : std::wstring(40, L'\x00BF');
     };
     EXPECT_EQ(ReadSettings(garbage), MakeDefaultSettings());

@@ -88,7 +88,7 @@ TEST(IniValues, StrictIntegers) {
         {L"  42", 42},
         {L" \t\n\v\f\r-42", -42},
         {L"2147483647", Highest},
-        {L"2147483648", Highest},  // saturates as a 32-bit long does
+        {L"2147483648", Highest},  // saturates like a 32-bit long
         {L"-2147483648", Lowest},
         {L"-2147483649", Lowest},
         {L"99999999999999999999999999", Highest},
@@ -102,7 +102,7 @@ TEST(IniValues, StrictIntegers) {
         {L"--1", {}},
         {L"+-1", {}},
         {L"- 1", {}},
-        {L"1 ", {}},  // blanks may only lead
+        {L"1 ", {}},  // blanks are allowed only in front
         {L"1x", {}},
         {L"x1", {}},
         {L"1.5", {}},
@@ -111,14 +111,14 @@ TEST(IniValues, StrictIntegers) {
         {L"1e3", {}},
         {L"abc", {}},
         {std::wstring(L"1\0", 2), {}},
-        {L"\xFF11", {}},  // a digit elsewhere, not here
+        {L"\xFF11", {}},  // a full-width digit
         {L"1\x0661", {}},
     };
     for (const auto& [text, value] : cases)
         EXPECT_EQ(ParseInteger(text), value) << testing::PrintToString(text);
 }
 
-/// What the C library says, with its `long` brought to 32 bits.
+/// The C library's result, with its `long` clamped to 32 bits.
 Number ByTheCLibrary(const std::wstring& text) {
     wchar_t* end = nullptr;
     const long value = std::wcstol(text.c_str(), &end, 10);
@@ -171,7 +171,7 @@ TEST(IniValues, NumbersWithRulesOfTheirOwn) {
         {"font size", ParseFontSize, L"12abc", {}},
         {"font size", ParseFontSize, L"", {}},
         {"memory font size", ParseMemoryFontSize, L"12", 12},
-        {"memory font size", ParseMemoryFontSize, L"12abc", 12},  // what trails is ignored
+        {"memory font size", ParseMemoryFontSize, L"12abc", 12},  // trailing text is ignored
         {"memory font size", ParseMemoryFontSize, L"  9 ", 9},
         {"memory font size", ParseMemoryFontSize, L"abc", 6},  // no number is 0, and 0 is too small
         {"memory font size", ParseMemoryFontSize, L"-", 6},
@@ -252,7 +252,7 @@ TEST(IniValues, InstallIds) {
     const std::wstring id = L"0f8fad5b-d9cb-469f-a165-70867728950e";
     EXPECT_EQ(ParseInstallId(id), "0f8fad5b-d9cb-469f-a165-70867728950e");
     EXPECT_EQ(FormatInstallId("0f8fad5b-d9cb-469f-a165-70867728950e"), id);
-    EXPECT_EQ(ParseInstallId(std::wstring(36, L'-')), std::string(36, '-'));  // the grammar asks for no more
+    EXPECT_EQ(ParseInstallId(std::wstring(36, L'-')), std::string(36, '-'));  // the grammar requires no more
     for (const wchar_t* text :
          {L"", L"0F8FAD5B-D9CB-469F-A165-70867728950E", L"0f8fad5b-d9cb-469f-a165-70867728950",
           L"0f8fad5b-d9cb-469f-a165-70867728950e0", L"0f8fad5b-d9cb-469f-a165-70867728950g",
@@ -271,7 +271,7 @@ TEST(IniValues, Interfaces) {
         {L"1F,2f", List{0x1F, 0x2F}},
         {L"0000000000000001", List{1}},
         {L"FFFFFFFFFFFFFFFF", List{std::numeric_limits<std::uint64_t>::max()}},
-        {L"5,5", List{5, 5}},  // duplicates are not looked for
+        {L"5,5", List{5, 5}},  // duplicates are allowed
         {L"", {}},
         {L"1F,", {}},
         {L",1F", {}},
@@ -316,9 +316,9 @@ TEST(IniValues, Aliases) {
         EXPECT_EQ(ParseAliases(text), aliases) << testing::PrintToString(text);
         EXPECT_EQ(FormatAliases(aliases), text);
     }
-    // There is no escape: an alias that holds the separator comes back as two.
+    // There is no escaping: an alias that contains the separator comes back as two.
     EXPECT_EQ(ParseAliases(FormatAliases({L"A|B"})), (List{L"A", L"B"}));
-    // One empty alias and none are written alike.
+    // One empty alias and none are written the same way.
     EXPECT_EQ(FormatAliases({L""}), L"");
 }
 
@@ -355,7 +355,7 @@ TEST(IniValues, Disks) {
     EXPECT_EQ(FormatDisks({2, 0, 11}), L"2,0,11");
 }
 
-// Whatever a file holds, each parser answers, and what it takes is within its bounds.
+// For any text, each parser returns, and accepted values are within bounds.
 TEST(IniValues, RandomTextsNeverBreakAParser) {
     std::mt19937 random(4711);
     constexpr std::wstring_view Alphabet = L"0123456789abcdefABCDEFnoeNOE-+*,| \t\"#";

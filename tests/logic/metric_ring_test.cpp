@@ -80,7 +80,7 @@ TEST(ResizeKeepNewest, KeepsTheNewestThatFit) {
         Values kept;
     };
     const std::vector<Row> rows = {
-        {16, 10, 4, {7, 8, 9, 10}}, {16, 10, 0, {10}},  // a capacity of 0 is taken as 1
+        {16, 10, 4, {7, 8, 9, 10}}, {16, 10, 0, {10}},  // a capacity of 0 counts as 1
         {16, 10, 1, {10}},          {16, 10, 9, Span(2, 10)},  {16, 10, 10, Span(1, 10)},
         {16, 10, 11, Span(1, 10)},  {16, 10, 16, Span(1, 10)}, {16, 0, 4, {}},
         {4, 6, 4, Span(3, 6)},  // wrapped around, the same size

@@ -41,7 +41,7 @@ TEST(NetIconScale, IgnoresTheHighestOfMoreThanTwo) {
         {{10001, 10001, 10001}, {}, 16, 10001},
         {{50000, 50000}, {50000}, 16, 50000},  // a tie: the second highest equals the highest
         {{70000, 60000, 50000}, {65000}, 16, 65000},
-        {{0, 0, 900000}, {0}, 16, 10000},                // one spike in a calm line
+        {{0, 0, 900000}, {0}, 16, 10000},                // one spike on an idle line
         {{800000, 700000, 20000, 30000}, {}, 2, 30000},  // older points have no influence
         {{800000, 700000, 20000}, {40000, 50000}, 1, 50000},
         {{800000, 700000, 20000}, {40000, 50000}, 0, 10000},

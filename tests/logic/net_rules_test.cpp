@@ -34,7 +34,7 @@ NetRow With(NetRow row, bool NetRow::*flag, bool value) {
     return row;
 }
 
-/// A driver's layer over an adapter. Windows gives it the flags and octets of the adapter below.
+/// A filter driver on an adapter. Windows gives it the flags and octets of that adapter.
 NetRow FilterOver(const NetRow& adapter, int number) {
     NetRow row = With(adapter, &NetRow::filter, true);
     row.key = adapter.key + static_cast<std::uint64_t>(number) * 0x1000;
@@ -42,8 +42,8 @@ NetRow FilterOver(const NetRow& adapter, int number) {
     return row;
 }
 
-/// What a laptop shows: an adapter that is up, one that is down, a loopback, a tunnel, the miniports of the system, and
-/// seven layers over each adapter and miniport.
+/// The table of a typical laptop: an adapter that is up, one that is down, a loopback, a tunnel, the system's
+/// miniports, and seven filters on each adapter and miniport.
 std::vector<NetRow> LaptopTable(std::uint64_t inOctets, std::uint64_t outOctets) {
     const NetRow ethernet = With(Adapter(2, L"Ethernet", 0, 0), &NetRow::operUp, false);
     const NetRow wifi = Adapter(3, L"Wi-Fi", inOctets, outOctets);
@@ -98,7 +98,7 @@ TEST(SelectInterfaces, AllConnectionsTakeHardwareThatIsUp) {
         const NetView view = SelectInterfaces({With(Adapter(9, L"x", 10, 20), row.flag, row.value)}, {}, {});
         EXPECT_EQ(!view.counters.empty(), row.counted) << row.what;
         EXPECT_EQ(view.inOctets, row.counted ? 10u : 0u) << row.what;
-        EXPECT_TRUE(view.connected) << row.what;  // whatever there is
+        EXPECT_TRUE(view.connected) << row.what;  // in every case
     }
     EXPECT_TRUE(SelectInterfaces({}, {}, {L"ignored"}).found);
 }
@@ -210,16 +210,16 @@ TEST(BitsPerSecond, RoundsAndNeverOverflows) {
              {125000000, 1000, 1000000000},
              {1, 1, 8000},
              {1, Largest, 0},
-             {Largest, 1, Largest},  // 8000 times too much for the type
+             {Largest, 1, Largest},  // 8000 times too large for the type
              {Largest, 7999, Largest},
-             {Largest, 8000, Largest},  // rounds up to 2^64, which is just too much
+             {Largest, 8000, Largest},  // rounds up to 2^64, just too large
              {Largest, 16000, std::uint64_t{1} << 63},
          }) {
         EXPECT_EQ(BitsPerSecond(row.octets, row.elapsedMs), row.rate) << row.octets << " in " << row.elapsedMs;
     }
 }
 
-/// A sampler that is driven tick by tick.
+/// Drives a sampler tick by tick.
 struct Driver {
     NetSample Tick(std::vector<NetCounters> counters, const std::vector<std::uint64_t>& interfaces = {},
                    std::uint64_t elapsedMs = 1000) {
@@ -309,7 +309,7 @@ TEST(AdvanceNetSampler, AnAdapterInstalledAnewCountsFromItsSecondTick) {
     for (int i = 0; i < 3; ++i)
         tick(11, 5000);
     const NetSample first = tick(77, 9000);
-    EXPECT_TRUE(first.hasRates);  // the choice is the same, so nothing settles
+    EXPECT_TRUE(first.hasRates);  // the selection is the same, so it does not settle again
     EXPECT_EQ(first.downBitsPerSec, 0u);
     EXPECT_EQ(tick(77, 10000).downBitsPerSec, 8000u);
 }

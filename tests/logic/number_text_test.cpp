@@ -77,7 +77,7 @@ constexpr FixedCase FixedCases[] = {
     {0.0, 3, L"0.000"},
     {1.0, 2, L"1.00"},
     {999.949, 1, L"999.9"},
-    {999.95, 1, L"1000.0"},  // the nearest double lies above the tie
+    {999.95, 1, L"1000.0"},  // the nearest double is above the tie
     {0.5, 0, L"0"},          // exact ties go to the even digit
     {1.5, 0, L"2"},
     {2.5, 0, L"2"},
@@ -87,15 +87,15 @@ constexpr FixedCase FixedCases[] = {
     {0.375, 2, L"0.38"},
     {0.0625, 3, L"0.062"},
     {0.1875, 3, L"0.188"},
-    {0.05, 1, L"0.1"},    // its double lies just above the tie
+    {0.05, 1, L"0.1"},    // its double is just above the tie
     {0.15, 1, L"0.1"},    // and this one just below
     {1.005, 2, L"1.00"},  //
-    {9.96, 1, L"10.0"},   // the carry makes a digit more
+    {9.96, 1, L"10.0"},   // the carry adds a digit
     {0.999, 2, L"1.00"},
     {-1.25, 1, L"-1.2"},
     {-0.0, 1, L"-0.0"},
     {-0.04, 1, L"-0.0"},
-    {5e-324, 3, L"0.000"},  // the least double there is
+    {5e-324, 3, L"0.000"},  // the smallest double above 0
     {4503599627370495.5, 0, L"4503599627370496"},
     {4503599627370495.5, 1, L"4503599627370495.5"},
     {9007199254740991.0, 3, L"9007199254740991.000"},
@@ -103,7 +103,7 @@ constexpr FixedCase FixedCases[] = {
     {18446744073709551616.0, 1, L"18446744073709551616.0"},
     {1e9, 0, L"1000000000"},
     {1e23, 0, L"99999999999999991611392"},
-    {1.0, 4, L"1.000"},  // more decimals than there are
+    {1.0, 4, L"1.000"},  // more decimals than supported
     {1.0, -1, L"1"},     // and fewer
 };
 
@@ -142,7 +142,7 @@ void ExpectAsPrintf(double value) {
     }
 }
 
-// Sixteenths of a unit hold every tie at 0 to 3 decimals; their neighbours fall to either side.
+// Sixteenths of a unit include every tie at 0 to 3 decimals; their neighbours are on either side.
 TEST(FormatFixed, AgreesWithPrintfAroundTies) {
     for (int sixteenths = 0; sixteenths <= 4000; ++sixteenths) {
         const double value = sixteenths / 16.0;
@@ -168,7 +168,7 @@ TEST(FormatFixed, AgreesWithPrintfOnEveryPowerOfTwo) {
 }
 
 TEST(FormatFixed, AgreesWithPrintfOnAnyBits) {
-    std::mt19937_64 random(20240601);  // NOLINT(bugprone-random-generator-seed): a failure must come again
+    std::mt19937_64 random(20240601);  // NOLINT(bugprone-random-generator-seed): failures must be reproducible
     for (int i = 0; i < 4000; ++i) {
         const auto value = std::bit_cast<double>(random());
         if (std::isfinite(value)) ExpectAsPrintf(value);

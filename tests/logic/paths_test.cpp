@@ -36,7 +36,7 @@ TEST(ParentPath, IsTheFolderThatHoldsThePath) {
         {L"\\Users\\Ana", L"\\Users"},
         {L"\\Users", L"\\"},
         {L"Users\\Ana", L"Users"},
-        {L"C:Users\\Ana", L"C:Users"},  // below wherever that drive is at the moment
+        {L"C:Users\\Ana", L"C:Users"},  // relative to that drive's current directory
         {L"C:Users", L"C:"},
         {L"\\\\server\\share\\a\\b", L"\\\\server\\share\\a"},
         {L"\\\\server\\share\\a", L"\\\\server\\share\\"},

@@ -80,7 +80,7 @@ TEST(BlendColumn, StaysWithinItsColumnAndTheBuffer) {
     }
 }
 
-// Runs of equal pixels share one mixture; it must be BlendColor's for every pixel, whatever stands between the runs.
+// Runs of equal pixels share one blended value; it must be BlendColor's for every pixel, in any sequence of runs.
 TEST(BlendColumn, MixesEachPixelAsBlendColorDoes) {
     const std::vector<std::uint32_t> column = {0, 0, 0x767676, 0, 0xFFFFFF, 0xFFFFFF, 0x123456, 0x0000FF, 0};
     for (const double alpha : {-1.0, 0.0, 0.25, 0.5, 0.75, 1.0, 2.0}) {
@@ -98,7 +98,7 @@ TEST(BlendColumn, MixesEachPixelAsBlendColorDoes) {
 TEST(DrawDottedRow, EverySecondPixelFromTheLeftInclusive) {
     Picture picture(7, 3);
     DrawDottedRow(picture.Buffer(), 0, 1, 5, 0xFF0000);
-    DrawDottedRow(picture.Buffer(), 1, -3, 400, 0x00FF00);  // keeps its beat across the edge
+    DrawDottedRow(picture.Buffer(), 1, -3, 400, 0x00FF00);  // stays in step across the edge
     DrawDottedRow(picture.Buffer(), 2, 4, 3, 0xFF0000);
     DrawDottedRow(picture.Buffer(), 3, 0, 6, 0xFF0000);
     EXPECT_EQ(picture.Rows(Plain), (Strings{".r.r.r.", ".g.g.g.", "......."}));

@@ -36,7 +36,7 @@ TEST(ComputePlotLayout, LiftsTheBottomToTheTopInALowWindow) {
 }
 
 TEST(PlotColumns, AreNoneInANarrowWindow) {
-    // The plot begins at 67 and ends 6 before the width.
+    // The plot starts at 67 and ends 6 columns before the width.
     EXPECT_EQ(PlotColumns(ComputePlotLayout(73, 150, 4, 15, 60)), 1);
     EXPECT_EQ(PlotColumns(ComputePlotLayout(72, 150, 4, 15, 60)), 0);
     EXPECT_EQ(PlotColumns(ComputePlotLayout(3, 3, 20, 15, 60)), 0);
@@ -105,7 +105,7 @@ TEST(RateTickCount, IsOneToEight) {
         {43, 15, 1},    //
         {0, 15, 1},     //
         {-100, 15, 1},  //
-        {3, 0, 3},      // a text without height counts as one pixel
+        {3, 0, 3},      // a text height of 0 counts as one pixel
         {100, -5, 8},   //
     };
     for (const Row& row : rows) {
@@ -121,7 +121,7 @@ TEST(PercentTicks, AsTheLabelsFit) {
     EXPECT_EQ(PercentTicks(30, 10), (Ticks{50, 100}));
     EXPECT_EQ(PercentTicks(29, 10), (Ticks{100}));
     EXPECT_EQ(PercentTicks(0, 10), (Ticks{100}));
-    // An odd height of text counts with its half: 15 * 1.5 * 4 is 90.
+    // Half pixels count for an odd text height: 15 * 1.5 * 4 is 90.
     EXPECT_EQ(PercentTicks(90, 15), (Ticks{25, 50, 75, 100}));
     EXPECT_EQ(PercentTicks(89, 15), (Ticks{50, 100}));
 }

@@ -105,18 +105,18 @@ TEST(ComputePlotScale, PercentagesNeedNoPoints) {
     EXPECT_EQ(LabelsOf(scale), (std::vector<std::wstring>{L"25 %-", L"50 %-", L"75 %-", L"100 %-"}));
 }
 
-// The window is 100 wide. A peak 90 points ago counts in the first round, which looks at as many points as the window
-// has columns, but the plot that this leaves is narrower: in the second round the peak is out.
+// The window is 100 wide. A peak 90 points ago counts in the first pass, which looks at as many points as the window
+// has columns. The resulting plot is narrower, so in the second pass the peak is gone.
 TEST(ComputePlotScale, ThePlotsOwnWidthDecides) {
     Counters points(100, 20000);
     points[9] = 500000000;
     const auto down = RingOf(points);
     const PlotFrame frame = {100, 40, 0, 10, L','};
     const PlotScale scale = ComputePlotScale(ViewOf(GraphKind::Network, RefTo(down)), frame, SixPerCharacter);
-    // First round: "500,0 Mbps-" is 66 wide, which leaves columns 69 to 98.
+    // First pass: "500,0 Mbps-" is 66 wide, which leaves columns 69 to 98.
     EXPECT_EQ(scale.columns, 30);
     EXPECT_EQ(scale.maximum, 20000);
-    // Second round: "20,0 kbps-" is 60 wide.
+    // Second pass: "20,0 kbps-" is 60 wide.
     EXPECT_EQ(scale.layout, ComputePlotLayout(100, 40, 0, 10, 60));
     EXPECT_EQ(LabelsOf(scale), (std::vector<std::wstring>{L"20,0 kbps-"}));
 }

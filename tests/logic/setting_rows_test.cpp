@@ -51,7 +51,7 @@ void Change(GraphSettings& graph) {
            topmost);
 }
 
-/// A record that differs from the defaults in every field but the colours, whose table is not this one.
+/// A record that differs from the defaults in every field but the colours, which have another table.
 AppSettings EverythingChanged() {
     AppSettings settings = MakeDefaultSettings();
     // All fields: a new one does not compile until it is named here.
@@ -89,7 +89,7 @@ TEST(SettingRows, AKeyStandsOnce) {
         EXPECT_TRUE(names.insert(NameOf(row)).second) << testing::PrintToString(NameOf(row));
 }
 
-// Reading and writing reach the field that copying and comparing reach.
+// Reading and writing access the same field as copying and comparing.
 TEST(SettingRows, ARowReadsAndWritesItsOwnField) {
     const std::wstring candidates[] = {L"0",  L"1",    L"2",     L"30",  L"500",
                                        L"1F", L"bars", L"lines", L"A|B", L"0f8fad5b-d9cb-469f-a165-70867728950e"};
@@ -142,7 +142,7 @@ TEST(SettingRows, WithoutADefaultAFieldIsAsInABareRecord) {
     EXPECT_EQ(without, expected);
 }
 
-/// What each text of a list leads to in the field of a row.
+/// The result of reading each of a list of texts into the row's field.
 std::vector<std::wstring> AnswersOf(const SettingRow& row) {
     std::vector<std::wstring> answers;
     for (const wchar_t* text : {L"", L"-1", L"0", L"1", L"2", L"19", L"33", L"60", L"99", L"100", L"600", L"20000",
@@ -153,7 +153,7 @@ std::vector<std::wstring> AnswersOf(const SettingRow& row) {
     return answers;
 }
 
-// Their rows are written out, since the defaults differ; their keys and grammar do not.
+// Their rows are written out, since the defaults differ, but keys and grammar must not.
 TEST(SettingRows, TheThreeGraphsHaveTheSameRows) {
     std::map<std::wstring, std::vector<std::vector<std::wstring>>> answers;  // by key
     for (const SettingRow& row : AllRows()) {

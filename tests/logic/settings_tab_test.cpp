@@ -13,7 +13,7 @@ constexpr std::array<SettingsTab, 4> Tabs{SettingsTab::Cpu, SettingsTab::Disk, S
                                           SettingsTab::Network};
 constexpr int NoTab = -1;
 
-/// One change to a record, and the number of the one tab to which it belongs.
+/// One change to a record, and the one tab to which it belongs.
 struct Change {
     std::string name;
     int tab;
@@ -123,7 +123,7 @@ TEST(SettingsTab, AShorterListIsAChange) {
     EXPECT_FALSE(SettingsTabEqual(shorter, Start(), SettingsTab::Network));
 }
 
-// No part of the record belongs to General; in the range of colours it answers like the last tab.
+// General owns no part of the record; for the colours it returns the same range as Network.
 TEST(SettingsTab, ATabBeyondTheLastHasOnlyTheNetworkColours) {
     const AppSettings start = Start();
     for (const SettingsTab tab : {SettingsTab::General, static_cast<SettingsTab>(99)}) {

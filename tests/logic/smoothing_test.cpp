@@ -26,7 +26,7 @@ MetricRing<double> RingWith(std::uint64_t capacity, const Values& values) {
     return ring;
 }
 
-/// The rule told the slow way: each point's own mean, without running sums.
+/// The slow reference: each point's mean, without running sums.
 Values SlowSmooth(const Values& values, std::ptrdiff_t half) {
     Values result;
     const auto size = static_cast<std::ptrdiff_t>(values.size());
@@ -103,7 +103,7 @@ TEST(SmoothedWindow, TakesOlderPointsThanItShows) {
     const auto ring = RingWith(4096, {1, 2, 3, 4, 5, 6});
     EXPECT_THAT(SmoothedWindow({nullptr, &ring}, 3, 0), ElementsAre(4, 5, 6));
     EXPECT_THAT(SmoothedWindow({nullptr, &ring}, 3, 1), ElementsAre(4, 5, 5.5));
-    // Level 2 looks three points either way: (1..6)/6, (2..6)/5, (3..6)/4.
+    // Level 2 averages three points on either side: (1..6)/6, (2..6)/5, (3..6)/4.
     EXPECT_THAT(SmoothedWindow({nullptr, &ring}, 3, 2), ElementsAre(3.5, 4, 4.5));
 }
 

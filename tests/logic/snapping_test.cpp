@@ -45,7 +45,7 @@ TEST(NearestSnap, TakesTheNearestWithinReach) {
 }
 
 TEST(CollectSnapEdges, WorkAreaFirstThenBothSidesOfEachWindow) {
-    Edges xs = {7};  // replaced, not added to
+    Edges xs = {7};  // replaced, not appended to
     Edges ys;
     CollectSnapEdges({{10, 20, 30, 40}, {50, 60, 70, 80}}, {0, 1, 1920, 1040}, xs, ys);
     EXPECT_EQ(xs, (Edges{0, 1920, 10, 30, 50, 70}));
@@ -143,7 +143,7 @@ TEST(SizedRect, StopsAtTheMinimumSize) {
     }
 }
 
-// A rectangle from a hand-edited file can stand at either end of the range: nothing may overflow there.
+// A rectangle from a hand-edited file can be at either end of the range, where nothing may overflow.
 TEST(Snapping, HoldsAtTheEndsOfTheRange) {
     const Rect far = {Highest - 100, Highest - 100, Highest, Highest};
     EXPECT_EQ(SnapMovedRect(far, {Lowest, Highest}, {Lowest, Highest}, 10), far);

@@ -26,7 +26,7 @@ TEST(StartPage, FollowsTheOrderOfTheList) {
     } rows[] = {
         {MetricKind::Cpu, L"", 0, 0},        {MetricKind::Cpu, L"5 C:", 9, 0},  {MetricKind::Memory, L"", 0, 1},
         {MetricKind::Memory, L"5 C:", 9, 1}, {MetricKind::Disk, L"0 C:", 1, 2}, {MetricKind::Disk, L"2 D:", 3, 4},
-        {MetricKind::Disk, L"2 D:", 0, 4},  // the count says nothing of a disk's own page
+        {MetricKind::Disk, L"2 D:", 0, 4},  // the count does not affect a disk's own page
         {MetricKind::Disk, L"2 D:", -1, 4},  {MetricKind::Network, L"", 1, 3},  {MetricKind::Network, L"7 C:", 2, 4},
     };
     for (const auto& [metric, disk, disks, page] : rows)
@@ -44,7 +44,7 @@ TEST(StartPage, OfADiskIsByTheNumberBeforeItsName) {
         {L" 3 C:", 2},  // the number must come first
         {L"-3 C:", 2},
         {L"+3 C:", 2},
-        {L"\u0663 C:", 2},  // a digit, but not one of these
+        {L"\u0663 C:", 2},  // a digit, but not an ASCII one
         {L"\uFF13 C:", 2},
         {L"0", 2},
         {L"00 C:", 2},
@@ -116,11 +116,11 @@ TEST(SetJsonNumber, ReplacesTheNumberBehindTheColon) {
         {R"({"CurrentView":5})", -1, R"({"CurrentView":-1})"},
         {R"({"CurrentView":--5-5-})", 1, R"({"CurrentView":1})"},
         {R"({"CurrentView":007})", 0, R"({"CurrentView":0})"},
-        {R"({"CurrentView":2.5})", 3, R"({"CurrentView":3.5})"},  // only digits and minus signs are the run
+        {R"({"CurrentView":2.5})", 3, R"({"CurrentView":3.5})"},  // only digits and minus signs are replaced
         {R"({"CurrentView":2e5})", 3, R"({"CurrentView":3e5})"},
         {R"({"CurrentView":+2})", 3, R"({"CurrentView":3+2})"},
         {R"({"CurrentView":2 3})", 4, R"({"CurrentView":4 3})"},
-        {R"({"CurrentView":0/9})", 4, R"({"CurrentView":4/9})"},  // neighbours of the digits
+        {R"({"CurrentView":0/9})", 4, R"({"CurrentView":4/9})"},  // neighbours of the digits in ASCII
         {R"({"CurrentView":0:9})", 4, R"({"CurrentView":4:9})"},
         {R"({"CurrentView":0.9})", 4, R"({"CurrentView":4.9})"},
         {R"({"CurrentView":0,9})", 4, R"({"CurrentView":4,9})"},
@@ -139,7 +139,7 @@ TEST(SetJsonNumber, GoesInFrontOfWhatIsNoNumber) {
         {R"({"CurrentView":)", 3, R"({"CurrentView":3)"},  // the text ends there
         {R"({"CurrentView":  )", 3, R"({"CurrentView":  3)"},
         {R"({"CurrentView":2)", 3, R"({"CurrentView":3)"},
-        {"{\"CurrentView\":\t2}", 3, "{\"CurrentView\":3\t2}"},  // a blank is the space alone
+        {"{\"CurrentView\":\t2}", 3, "{\"CurrentView\":3\t2}"},  // only a space counts as a blank
         {"{\"CurrentView\":\r\n2}", 3, "{\"CurrentView\":3\r\n2}"},
         {"{\"CurrentView\": \t2}", 3, "{\"CurrentView\": 3\t2}"},
         {"{\"CurrentView\":\0002}"s, 3, "{\"CurrentView\":3\0002}"s},
@@ -183,7 +183,7 @@ TEST(SetJsonNumber, ANewKeyBecomesTheFirstMember) {
         {"{}", 3, R"({"CurrentView":3})"},
         {"{ }", 3, R"({"CurrentView":3 })"},
         {"{ \t\r\n }", 3, "{\"CurrentView\":3 \t\r\n }"},
-        {"{\v}", 3, "{\"CurrentView\":3,\v}"},  // no blank of JSON
+        {"{\v}", 3, "{\"CurrentView\":3,\v}"},  // not white space in JSON
         {"{\f}", 3, "{\"CurrentView\":3,\f}"},
         {"{\0}"s, 3, "{\"CurrentView\":3,\0}"s},
         {"{\xA0}", 3, "{\"CurrentView\":3,\xA0}"},
@@ -194,7 +194,7 @@ TEST(SetJsonNumber, ANewKeyBecomesTheFirstMember) {
         {R"(["{",1])", 3, R"(["{"CurrentView":3,",1])"},  // bytes, not JSON
         {"\xEF\xBB\xBF{}", 3, "\xEF\xBB\xBF{\"CurrentView\":3}"},
         {"}{}", 3, R"(}{"CurrentView":3})"},
-        {"{", 3, R"({"CurrentView":3,)"},  // the comma comes where nothing follows, too
+        {"{", 3, R"({"CurrentView":3,)"},  // the comma is added even if nothing follows
         {"{ \r\n", 3, "{\"CurrentView\":3, \r\n"},
         {"{{", 3, R"({"CurrentView":3,{)"},
     });

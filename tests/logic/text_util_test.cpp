@@ -23,8 +23,8 @@ TEST(TrimBlanks, TakesSpacesAndTabsOffBothEnds) {
         {L"\t a\tb \t", L"a\tb"},
         {L"  a  b  ", L"a  b"},
         {L"\na\r", L"\na\r"},                         // other control characters stay
-        {L"\u00A0a\u00A0", L"\u00A0a\u00A0"},         // and so does the blank that does not break
-        {std::wstring_view(L" \0 ", 3), {L"\0", 1}},  // and a zero character
+        {L"\u00A0a\u00A0", L"\u00A0a\u00A0"},         // and so does the no-break space
+        {std::wstring_view(L" \0 ", 3), {L"\0", 1}},  // and a null character
     };
     for (const auto& row : cases) {
         EXPECT_EQ(TrimBlanks(row.text), row.expected) << testing::PrintToString(std::wstring(row.text));
@@ -44,7 +44,7 @@ TEST(EqualIgnoringCase, ComparesWholeTextsInSmallLetters) {
         {L"Ethernet 2", L"Ethernet", false},
         {L"C:\\Bin\\kestrane.exe", L"c:\\bin\\KESTRANE.EXE", true},
         {L"a", L"b", false},
-        {L"[", L"{", false},  // 32 apart, as letters are, but no letters
+        {L"[", L"{", false},  // 32 apart, like letters, but not letters
         {L"@", L"`", false},
         {L"\u00F1\u4E2D", L"\u00F1\u4E2D", true},
         {L"\u4E2D", L"\u4E2E", false},

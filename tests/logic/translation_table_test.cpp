@@ -1,4 +1,4 @@
-// The whole translation table, row by row and in its order, as both languages are to read.
+// The whole translation table, row by row and in order, as it must read in both languages.
 #include <gtest/gtest.h>
 
 #include <array>

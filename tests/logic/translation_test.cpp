@@ -18,7 +18,7 @@ class TranslationTest : public testing::Test {
     ~TranslationTest() override { SetLanguage(ActiveSpanish); }
 };
 
-// Every {digit} of a text, in order of number, as often as it stands there.
+// Every {digit} in a text, sorted, with repetitions.
 std::multiset<wchar_t> Placeholders(std::wstring_view text) {
     std::multiset<wchar_t> found;
     for (std::size_t i = 0; i + 2 < text.size(); ++i) {
@@ -93,13 +93,13 @@ constexpr RowCase RowCases[] = {
      L"kestrane {0}\n\nCPU, disk, memory and network monitor for the tray.\nRight-click an icon to open the settings.\n"
      L"Click the CPU, disk or network icon: its graph.\nCtrl+Shift+B: network graph.\n\nSettings: {1}\n\nIcons: Fugue "
      L"Icons by Marlo Tesshin (CC BY 3.0)."},
-    // Two blanks in the middle, a middle dot, and L and E against R and W.
+    // Two spaces in the middle, a middle dot, and L and E against R and W.
     {15, L"Disco  L: {0} % \u00B7 {1}  E: {2} % \u00B7 {3}", L"Disk  R: {0} % \u00B7 {1}  W: {2} % \u00B7 {3}"},
     {18, L"{0}\nBajada: {1}  Subida: {2}", L"{0}\nDown: {1}  Up: {2}"},
-    // The placeholder changes its place.
+    // The placeholder moves.
     {20, L"hace {0} s", L"{0} s ago"},
     {27, L"(M\u00E1x n\u00FAcleo: {0})", L"(Max core: {0})"},
-    // Starts with a dot in one row and with a blank in another: both are joined to text before them.
+    // Starts with a dot in one row and with a space in another: both are appended to other text.
     {40, L"\u00B7 memoria soldada", L"\u00B7 soldered memory"},
     {43, L" \u00B7 m\u00E1ximo {0} GB", L" \u00B7 up to {0} GB"},
     {45, L"vac\u00EDa", L"empty"},
@@ -199,13 +199,13 @@ TEST_F(TranslationTest, FormatTextFillsPlaceholders) {
         {L"{0} {0}", {L"a"}, L"a a"},
         {L"{0}{0}{0}", {L"xy"}, L"xyxyxy"},
         {L"{0}", {L"{0}"}, L"{0}"},                  // an argument is not searched for its own placeholder
-        {L"{0}{0}", {L"a{0}b"}, L"a{0}ba{0}b"},      // nor where it stands twice
+        {L"{0}{0}", {L"a{0}b"}, L"a{0}ba{0}b"},      // nor if it occurs twice
         {L"{0} {1}", {L"{1}", L"x"}, L"x x"},        // but a later argument sees the earlier ones
-        {L"{0} {1}", {L"x", L"{0}"}, L"x {0}"},      // and an earlier one is over when the later comes
-        {L"{{0}0}", {L""}, L"{0}"},                  // what a replacement leaves before it is not looked at again
+        {L"{0} {1}", {L"x", L"{0}"}, L"x {0}"},      // and an earlier placeholder is not filled again
+        {L"{{0}0}", {L""}, L"{0}"},                  // text before a replacement is not searched again
         {L"{0}", {}, L"{0}"},                        // a placeholder without an argument stays
         {L"{0} {1} {2}", {L"a", L"b"}, L"a b {2}"},  //
-        {L"nada", {L"a"}, L"nada"},                  // an argument without a placeholder drops
+        {L"nada", {L"a"}, L"nada"},                  // an argument without a placeholder is ignored
         {L"", {L"a"}, L""},                          //
         {L"{0}", {L""}, L""},                        //
         {L"{ 0} {00} {0 } {} {a}", {L"x"}, L"{ 0} {00} {0 } {} {a}"},
@@ -249,7 +249,7 @@ TEST(LanguageFromUiLangId, IsSpanishForSpanishOfAnyCountry) {
         {0x0C0A, 0},  // Spain, modern sort
         {0x080A, 0},  // Mexico
         {0x540A, 0},  // United States
-        {0xFC0A, 0},  // the greatest sublanguage
+        {0xFC0A, 0},  // the highest sublanguage
         {0x000A, 0},  // neutral
         {0x0403, 1},  // Catalan
         {0x0456, 1},  // Galician

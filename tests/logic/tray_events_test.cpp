@@ -35,7 +35,7 @@ TEST(RouteTrayNotification, GoesByEventThenByIcon) {
         {EventSelect, 3, TrayAction::None},  // memory has no graph
         {EventKeySelect, 3, TrayAction::None},
         {EventDoubleClick, 3, TrayAction::OpenTaskManager},
-        {EventSelect, 0, TrayAction::None},  // no icon of ours
+        {EventSelect, 0, TrayAction::None},  // not one of our icons
         {0x200, 3, TrayAction::None},        // a mouse move
     };
     for (const Row& row : rows) {
@@ -67,7 +67,7 @@ TEST(TaskManagerPage, OfTheDiskIsThatOfTheBusierSide) {
         std::int64_t page;
     };
     const Row rows[] = {
-        {0, 0, 6},   {50, 49, 6}, {50, 50, 6},  // what is read counts when both are equal
+        {0, 0, 6},   {50, 49, 6}, {50, 50, 6},  // reading wins on a tie
         {50, 51, 4}, {0, 1, 4},   {1, 0, 6},   {100, 100, 6}, {0, 100, 4},
     };
     for (const Row& row : rows) {
@@ -96,7 +96,7 @@ TEST(PassesClickFilter, LetsTheFirstOfADoubleClickThrough) {
     EXPECT_EQ(next, 1500U);
     EXPECT_FALSE(PassesClickFilter(EventDoubleClick, 1200, 500, next));
     EXPECT_FALSE(PassesClickFilter(EventSelect, 1499, 500, next));
-    EXPECT_EQ(next, 1500U);  // a swallowed click does not prolong the wait
+    EXPECT_EQ(next, 1500U);  // an ignored click does not prolong the wait
     EXPECT_TRUE(PassesClickFilter(EventKeySelect, 1500, 500, next));
     EXPECT_EQ(next, 2000U);
     EXPECT_TRUE(PassesClickFilter(EventDoubleClick, 2000, 500, next));
@@ -120,10 +120,10 @@ TEST(DecideToggle, OpensHidesRaisesOrStays) {
     };
     const Row rows[] = {
         {false, false, false, false, GraphToggle::Open},
-        {false, true, true, true, GraphToggle::Open},  // what is hidden opens, pinned or not
+        {false, true, true, true, GraphToggle::Open},  // a hidden one opens, pinned or not
         {true, false, false, false, GraphToggle::Hide},
         {true, true, false, false, GraphToggle::Raise},
-        {true, true, false, true, GraphToggle::Hide},  // on top anyway: it cannot really be covered
+        {true, true, false, true, GraphToggle::Hide},  // topmost, so not really covered
         {true, true, true, false, GraphToggle::Stay},
         {true, false, true, true, GraphToggle::Stay},
     };

@@ -29,7 +29,7 @@ TEST_F(ValueTextTest, BitRateStepsInThousands) {
         {0, L"0,0 kbps"},
         {1, L"0,0 kbps"},
         {49, L"0,0 kbps"},
-        {50, L"0,1 kbps"},  // 0.05 as a double lies above the tie
+        {50, L"0,1 kbps"},  // 0.05 as a double is above the tie
         {999, L"1,0 kbps"},
         {1000, L"1,0 kbps"},
         {1250, L"1,2 kbps"},  // an exact tie goes to the even digit
@@ -75,7 +75,7 @@ TEST_F(ValueTextTest, ByteRateStepsIn1024) {
         {10189, L"10 KB/s"},
         {10752, L"11 KB/s"},  // 10.5: and here too
         {102400, L"100 KB/s"},
-        {1023900, L"1000 KB/s"},  // wanted: the next unit comes only from 999.95 on
+        {1023900, L"1000 KB/s"},  // intended: the next unit starts at 999.95
         {1023948, L"1000 KB/s"},
         {999.95 * 1024, L"1 MB/s"},  // exactly
         {1023949, L"1 MB/s"},
@@ -107,7 +107,7 @@ TEST_F(ValueTextTest, ByteRateTakesAnyDecimalMark) {
     EXPECT_EQ(FormatByteRate(1024, L'.'), L"1 KB/s");
 }
 
-// The decimal may only ever be one digit, and never a zero, on the way up to ten units.
+// Below ten units there is at most one decimal, and never a zero.
 TEST_F(ValueTextTest, ByteRateWritesEveryTenthBelowTen) {
     for (int tenths = 1; tenths < 100; ++tenths) {
         std::wstring expected(1, static_cast<wchar_t>(L'0' + tenths / 10));
@@ -183,7 +183,7 @@ MetricSample BusyDiskSample() {
     return sample;
 }
 
-// The percentages come from the sample and the speeds from the totals, never the other way round.
+// The percentages come from the sample and the speeds from the totals.
 TEST_F(ValueTextTest, DiskTooltipJoinsBusiestDiskAndChosenDisks) {
     const MetricSample sample = BusyDiskSample();
     const DiskTotals totals{.readBytes = 1572864, .writeBytes = 512, .readPercent = 99, .writePercent = 98};
@@ -192,7 +192,7 @@ TEST_F(ValueTextTest, DiskTooltipJoinsBusiestDiskAndChosenDisks) {
     EXPECT_EQ(DiskTooltipText(sample, totals, L'.'), L"Disk  R: 12 % \u00B7 1.5 MB/s  W: 7 % \u00B7 0.5 KB/s");
 }
 
-// The decimal mark is the one that the caller asked the system for, whatever the language.
+// The decimal mark is the caller's, whatever the language.
 TEST_F(ValueTextTest, DiskTooltipTakesTheDecimalMarkAsGiven) {
     SetLanguage(ActiveEnglish);
     const DiskTotals totals{.readBytes = 512};
@@ -246,7 +246,7 @@ TEST_F(ValueTextTest, NetTooltipHasThreeForms) {
     EXPECT_EQ(NetTooltipText(L"Wi-Fi", false, false, 1500, 999950, L'.'), L"Wi-Fi: disconnected");
 }
 
-// What a caller hands over in place of an empty label.
+// What a caller passes instead of an empty label.
 TEST_F(ValueTextTest, NetTooltipOfANamelessConnection) {
     EXPECT_EQ(NetTooltipText(Tr(L"Red"), false, false, 0, 0, L','), L"Red: desconectada");
     SetLanguage(ActiveEnglish);

@@ -1,6 +1,5 @@
-// A program that does nothing but what any of its kind does: an icon in the notification area, a window with a text, a
-// menu, and then it ends. What the system loads for this it loads for all. Its arguments are DLLs that it loads as
-// well, by their bare names.
+// A minimal program of this kind: a notification icon, a window with a text, a menu, and then it exits. DLLs that the
+// system loads for this it loads for every such program. The arguments are further DLLs to load by bare name.
 #include <windows.h>
 // <windows.h> comes first.
 #include <shellapi.h>

@@ -1,12 +1,12 @@
-"""A screen, a Wine prefix and a shell of a test's own, for looking at the real kestrane.exe from outside.
+"""A private screen, Wine prefix and shell for each test, to observe the real kestrane.exe from outside.
 
     with Desktop(language="es_ES") as desktop:
         shell = desktop.start_recorder()
         program = desktop.start_kestrane()
         call = shell.wait_for(lambda call: call.id == 4 and call.message == NIM_MODIFY)
 
-Nothing here sleeps for a fixed time and takes that as proof: every wait is for a condition, and a condition that never
-comes true fails the test with what was seen instead.
+Nothing here takes a fixed sleep as proof: every wait is for a condition, and one that never comes true fails the test
+and reports what was seen instead.
 """
 
 import json
@@ -29,7 +29,7 @@ VERSION = re.search(r"project\(kestrane VERSION (\d+\.\d+\.\d+) ", (ROOT / "CMak
 # Generous, because the machine may be busy with other tests: a wait ends as soon as its condition holds.
 TIMEOUT = 120
 
-# The seconds that a program which was told to end has for it, and for leaving its exit code.
+# Seconds for a program that was told to exit to do so and leave its exit code.
 PATIENCE_AT_THE_END = 5
 
 NIM_ADD, NIM_MODIFY, NIM_DELETE, NIM_SETFOCUS, NIM_SETVERSION = 0, 1, 2, 3, 4
@@ -39,21 +39,21 @@ WM_TIMER = 0x113
 CPU_TIMER, MEMORY_TIMER, NETWORK_TIMER, DISK_TIMER = 1, 3, 4, 5
 HIDDEN_WINDOW = "kestrane.hidden"
 
-# Wine swallows a crash inside a window callback: the program lives on and ends with 0, and only this line says so. A
-# crash that nothing swallows is told too, and ends the program; an exception that nobody catches shows as its exit code.
+# Wine swallows a crash inside a window callback: the program goes on and exits with 0, and only this line reveals it.
+# Any other crash prints such a line too and ends the program; an unhandled exception becomes its exit code.
 CRASH = re.compile(r".*(?:ignoring exception|Unhandled).*")
 SANE_EXIT_CODES = (0, 1)
 
-# Wine shows a taskbar in the desktop of this name alone.
+# Wine shows a taskbar only in the desktop of this name.
 TASKBAR_DESKTOP = "shell"
 
-# Wine's taskbar and menus are white; those of Windows, for which the colours of the icons are made, are dark.
+# Wine's taskbar and menus are white; those of Windows, for which the icons' colours are designed, are dark.
 COLORS = "Control Panel\\\\Colors"
 DARK_TASKBAR = [(COLORS, '"Menu"="32 32 32"'), (COLORS, '"MenuText"="255 255 255"')]
 
 
 def wait_until(condition, what, timeout=TIMEOUT):
-    """The first true value of `condition()`; an AssertionError that says `what` was missing, when time is up."""
+    """The first true value of `condition()`; on timeout an AssertionError that names `what` was missing."""
     deadline = time.monotonic() + timeout
     while not (value := condition()):
         if time.monotonic() > deadline:
@@ -68,7 +68,7 @@ def windows_path(path):
 
 
 class Recorder:
-    """The recording shell: all calls so far in `calls`, and commands to make it misbehave."""
+    """The recording shell: all calls so far are in `calls`, and commands make it misbehave."""
 
     def __init__(self, process):
         self.calls = []
@@ -102,7 +102,7 @@ class Recorder:
                 raise AssertionError(f"waited {timeout} s in vain: {what}; the last calls were {last}")
 
     def command(self, text):
-        """Gives a command and waits until the recorder has obeyed it; the number of calls before that moment."""
+        """Sends a command and waits until the recorder has executed it; returns the number of calls before that."""
         wanted = self._confirmed + 1
         self._process.stdin.write(text + "\n")
         self._process.stdin.flush()
@@ -110,7 +110,7 @@ class Recorder:
         return self._calls_at_confirmation
 
     def reset(self):
-        """Back to a shell that refuses nothing and has no icons."""
+        """Resets to a shell that refuses nothing and has no icons."""
         for command in ("refuse guid off", "refuse all off", "refuse add 0", "refuse modify 0", "forward off", "forget"):
             self.command(command)
 
@@ -120,12 +120,12 @@ class Recorder:
             return len(self.calls)
 
     def drop(self):
-        """Forgets all calls so far. Marks from before mean nothing any more."""
+        """Forgets all calls so far. Earlier marks become invalid."""
         with self._arrived:
             self.calls.clear()
 
     def since(self, start):
-        """All calls from number `start` to this moment."""
+        """All calls from number `start` to now."""
         self.command("report")
         with self._arrived:
             return self.calls[start:]
@@ -147,35 +147,35 @@ class Recorder:
         return [call for call in self.since(start) if matches(call)][:count]
 
     def wait_for_ticks(self, count, icon, start=None):
-        """The next `count` changes of one icon: the news of so many ticks of its timer."""
+        """The next `count` changes of one icon: one per tick of its timer."""
         start = self.mark() if start is None else start
         return self.wait_for_count(count, lambda call: call.message == NIM_MODIFY and call.id == icon, start)
 
 
 def pixels(call):
-    """The icon of a call as rows of 0xAARRGGBB."""
+    """A call's icon as rows of 0xAARRGGBB."""
     return [[int(pixel, 16) for pixel in row.split()] for row in call.pixels]
 
 
 def column_heights(call, color):
-    """For each column of the icon, how many pixels have this colour."""
+    """The number of pixels of this colour in each column of the icon."""
     rows = pixels(call)
     return [sum(row[x] == color for row in rows) for x in range(call.width)]
 
 
 def every(milliseconds, **more):
-    """Settings by which all four icons are refreshed so often, with more lines for the sections that are named."""
+    """Settings that refresh all four icons at this period, with more lines for the named sections."""
     sections = ("cpu", "disk", "memory", "network")
     return "".join(f"[{name}]\nrefresh_ms={milliseconds}\n{more.get(name, '')}\n" for name in sections)
 
 
 def column_height(percent):
-    """The pixels of a column of percent on an icon of 16: one for anything above 0, all for 100."""
+    """The height of a percentage column on a 16-pixel icon: at least one pixel above 0, all for 100."""
     return (15 * percent + 50) // 100 + 1 if percent > 0 else 0
 
 
 class CrashWatch:
-    """Looks at the error output and the exit code of one program for crashes that have come since the last look."""
+    """Checks the error output and exit code of one program for crashes since the last check."""
 
     def __init__(self, process, errors):
         self.process = process
@@ -189,7 +189,7 @@ class CrashWatch:
             found = CRASH.findall(file.read())
             self._position = file.tell()
         code = self.process.poll()
-        # A negative code is the signal of somebody who has ended it from outside.
+        # A negative code is the signal by which it was killed from outside.
         if not self._over and code is not None and code >= 0 and code not in SANE_EXIT_CODES:
             found.append(f"exit code {code}")
         self._over = code is not None
@@ -197,7 +197,7 @@ class CrashWatch:
 
 
 class Desktop:
-    """An Xvfb and a Wine prefix for one test, gone without a trace when it closes."""
+    """An Xvfb and a Wine prefix for one test, removed without a trace on close."""
 
     def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0, registry=()):
         """`registry` is a list of what set_registry takes."""
@@ -247,12 +247,12 @@ class Desktop:
             self.set_registry("Control Panel\\\\Desktop", f'"LogPixels"=dword:{dpi:08x}')
 
     def set_registry(self, key, line):
-        """Writes a value under HKEY_CURRENT_USER, in the form of Wine's own file, before anything runs."""
+        """Writes a value under HKEY_CURRENT_USER, in the syntax of Wine's registry file, before anything runs."""
         with open(self.prefix / "user.reg", "a", encoding="utf-8") as file:
             file.write(f"\n[{key}]\n{line}\n")
 
     def _add_disks(self, letters):
-        """Wine has one fixed disk, number 0, whatever the drives; but it counts each network drive as a disk more."""
+        """Wine has one fixed disk, number 0, whatever the drives; but it counts each network drive as another disk."""
         for letter in letters:
             target = self.folder / f"drive_{letter}"
             target.mkdir()
@@ -261,7 +261,7 @@ class Desktop:
             file.write("\n[Software\\\\Wine\\\\Drives]\n" + "".join(f'"{letter}:"="network"\n' for letter in letters))
 
     def _start_display(self):
-        # Even if this test is killed, the screen goes with it.
+        # The screen ends with this test, even if the test is killed.
         self._display = subprocess.Popen(
             ["setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
             stdout=subprocess.PIPE,
@@ -274,7 +274,7 @@ class Desktop:
         self.display = ":" + number
 
     def close(self):
-        """Ends everything that was started, whatever state it is in. Fails for a crash that nobody has looked for."""
+        """Ends everything that was started, in any state. Fails if there was a crash that no test has checked for."""
         try:
             self._end_everything()
             self.check_for_crashes()
@@ -298,7 +298,7 @@ class Desktop:
             self._display.stdout.close()
 
     def check_for_crashes(self):
-        """Fails if a program that was started here has crashed since the last look, even if it lives on."""
+        """Fails if a program started here has crashed since the last check, even if it is still running."""
         found = [sign for watch in self._crash_watches for sign in watch.look()]
         if found:
             raise AssertionError(f"{len(found)} signs of a crash: " + "; ".join(found[:3]))
@@ -316,7 +316,7 @@ class Desktop:
         self.environment["KESTRANE_PDH_SCRIPT"] = windows_path(self.folder / "counters.txt")
 
     def write_counters(self, lines):
-        """Takes effect at the program's next collection, whole."""
+        """Takes effect as a whole at the program's next collection."""
         new = self.folder / "counters.new"
         new.write_text("".join(line + "\n" for line in lines), encoding="utf-8")
         new.replace(self.folder / "counters.txt")
@@ -324,7 +324,7 @@ class Desktop:
     # Interfaces played by a script, in the syntax of scripted_iphlpapi.cpp.
 
     def _install_scripted_network(self):
-        """For the program alone: the others need the system's."""
+        """Only for the program: others need the system's DLL."""
         self._install_in_system32("iphlpapi.dll")
         overrides = self.environment["WINEDLLOVERRIDES"]
         self.environment["WINEDLLOVERRIDES"] = overrides + ";iphlpapi=b"
@@ -334,7 +334,7 @@ class Desktop:
         }
 
     def write_network(self, lines):
-        """Takes effect at the program's next tick, whole."""
+        """Takes effect as a whole at the program's next tick."""
         new = self.folder / "network.new"
         new.write_text("".join(line + "\n" for line in lines), encoding="utf-8")
         new.replace(self.folder / "network.txt")
@@ -361,11 +361,12 @@ class Desktop:
         return types.SimpleNamespace(code=process.returncode, output=output)
 
     def start_recorder(self, *desktop):
-        """The recording shell; in the default desktop or in the one of this name."""
+        """The recording shell, in the default desktop or the one with this name."""
         return Recorder(self.start("recorder.exe", *desktop, stdin=subprocess.PIPE, stdout=subprocess.PIPE))
 
     def start_taskbar(self):
-        """A desktop with a real taskbar that fills the screen, and before it a recorder that passes all calls on."""
+        """A desktop with a real taskbar that fills the screen, and a recorder in front of it that forwards all
+        calls."""
         self.start("explorer", f"/desktop={TASKBAR_DESKTOP},1280x800")
         shell = self.start_recorder(TASKBAR_DESKTOP)
         shell.command("forward on")
@@ -377,7 +378,7 @@ class Desktop:
         return self.start("explorer", *command, environment=self._kestrane_environment)
 
     def run_kestrane_from(self, folder):
-        """From now on it is a copy in this folder that is started."""
+        """From now on a copy in this folder is started."""
         folder.mkdir(parents=True, exist_ok=True)
         self._kestrane = shutil.copy(BUILD / "kestrane.exe", folder)
 
@@ -386,7 +387,7 @@ class Desktop:
         return self.start(self._kestrane, *arguments, environment=environment, **options)
 
     def start_kestrane_logged(self, *arguments):
-        """Also keeps what the program says to a debugger: see debug_lines."""
+        """Also records the program's debug output: see debug_lines."""
         process = self.start_kestrane(*arguments, environment={"WINEDEBUG": "-all,err+seh,warn+seh"})
         self._log = self._crash_watches[-1].errors
         return process
@@ -397,7 +398,7 @@ class Desktop:
         return re.findall(r'OutputDebugStringA "(.*?)\\n"', text)
 
     def end_kestrane(self):
-        """Ends every instance, the hard way if it will not go."""
+        """Ends every instance, by force if necessary."""
         self.run("kestrane.exe", "--exit")
         for process in self._processes:
             if pathlib.Path(process.args[1]).name == "kestrane.exe" and process.poll() is None:
@@ -415,27 +416,27 @@ class Desktop:
         return {"LAUNCH_PROGRAM": windows_path(BUILD / "kestrane.exe"), "LAUNCH_ARGUMENTS": command_line}
 
     def start_launched(self, command_line):
-        """Starts it with a command line that is nothing but this text, quotes and blanks and all."""
+        """Starts it with exactly this text as command line, including quotes and spaces."""
         return self.start("launch.exe", environment=self._launched(command_line))
 
     def launch_kestrane(self, command_line):
-        """The same, to its end."""
+        """The same, and waits for its end."""
         return self.run("launch.exe", environment=self._launched(command_line))
 
     @staticmethod
     def has_mapped(process, file_name):
-        """Whether a program has come so far that it has this file in its memory."""
+        """Whether a program has mapped this file yet."""
         return file_name in pathlib.Path(f"/proc/{process.pid}/maps").read_text(encoding="utf-8", errors="replace")
 
     def count_windows(self, class_name=HIDDEN_WINDOW):
         return int(self.run("poster.exe", class_name).output)
 
     def send_messages(self, count, message, *w_params, class_name=HIDDEN_WINDOW):
-        """Sends a message `count` times, going round the given wParams, as fast as it is taken."""
+        """Sends a message `count` times, cycling through the given wParams, as fast as it is processed."""
         numbers = [str(number) for number in (count, message, 0, *w_params)]
         return self.run("poster.exe", class_name, *numbers, timeout=600).code == 0
 
-    # The user's things.
+    # The user's input and files.
 
     @property
     def ini_path(self):
@@ -459,10 +460,10 @@ class Desktop:
 
 
 class DesktopTest(unittest.TestCase):
-    """Tests that share one screen, one prefix and one recorder; kestrane.exe is started anew by each."""
+    """Tests that share one screen, one prefix and one recorder; each starts its own kestrane.exe."""
 
     options = {}
-    """How the Desktop is made."""
+    """Options of the Desktop."""
 
     @classmethod
     def setUpClass(cls):
@@ -482,9 +483,9 @@ class DesktopTest(unittest.TestCase):
     """The INI file that each test starts with."""
 
     def start(self, *arguments, **options):
-        """Starts the program and waits until all four icons have got their images.
+        """Starts the program and waits until all four icons have their images.
 
-        The network's comes twice: with its first reading, and then in its turn with the others.
+        The network's is set twice: at its first reading, and then in turn with the others.
         """
         start = self.shell.mark()
         process = self.desktop.start_kestrane(*arguments, **options)
@@ -492,13 +493,13 @@ class DesktopTest(unittest.TestCase):
         return process
 
     def tick(self, timer):
-        """One tick of a timer, from its message to its last call; the calls of the meantime."""
+        """Runs one tick of a timer, from its message to its last call, and returns the calls made meanwhile."""
         start = self.shell.mark()
         return self.shell.calls[start : self.shell.command(f"tick {timer}")]
 
 
 def private_kilobytes(pid):
-    """The memory that a running program has for itself alone."""
+    """The private memory of a running program."""
     lines = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii").splitlines()
     return sum(int(line.split()[1]) for line in lines if line.startswith("Private_"))
 
@@ -512,7 +513,7 @@ def wineserver(prefix):
             if os.readlink(process / "cwd").endswith(name) and "wineserver" in (process / "comm").read_text():
                 return int(process.name)
         except OSError:
-            continue  # it ended meanwhile, or belongs to somebody else
+            continue  # it has ended meanwhile, or belongs to another user
     raise RuntimeError(f"no Wine server in {name}")
 
 

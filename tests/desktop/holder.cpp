@@ -1,7 +1,6 @@
-// Holds a file open so that nobody else can open it, as a virus scanner or a backup does, until the standard input
-// ends:
+// Holds a file open exclusively, like a virus scanner or a backup, until the standard input ends:
 //
-//     holder FILE    prints a line once it holds the file; the exit code is 1 when it cannot
+//     holder FILE    prints a line once it holds the file; the exit code is 1 if it cannot
 #include <windows.h>
 
 #include <cstdio>

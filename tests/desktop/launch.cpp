@@ -1,5 +1,5 @@
-// Starts a program with a command line that nobody splits or quotes, and waits for it. Wine puts arguments in quotes
-// where it sees need, so the text comes through the environment:
+// Starts a program with an exact command line, neither split nor quoted, and waits for it. Wine may quote arguments, so
+// the text comes through the environment:
 //
 //     LAUNCH_PROGRAM=kestrane.exe LAUNCH_ARGUMENTS=" --exit" wine launch.exe
 //

@@ -1,22 +1,21 @@
-// Another program on the same desktop: it tells what windows there are, and it gets in their way. It obeys commands on
-// the standard input, one a line, each answered by one line of JSON:
+// Another program on the same desktop: it reports windows and covers them. It takes commands on the standard input, one
+// per line, each answered by one line of JSON:
 //
-//     windows              all top-level windows, the topmost first
+//     windows              all top-level windows, topmost first
 //     texts CLASS          the texts of the children of the first visible window of this class
-//     mode CLASS           what the thread of this window is at: {"moving":...,"menu":...}
+//     mode CLASS           the state of this window's thread: {"moving":...,"menu":...}
 //     foreground           the class of the window that has the keyboard
-//     move HANDLE X Y      moves any window, as the system does when a monitor goes
-//     paint HANDLE COUNT   has a window painted so often, each time to its end
-//     show X Y W H         its own window, in one colour, below all that are topmost
-//     front                its own window comes to the foreground
-//     as CLASS X Y W H     a second window of its own, of this class, comes to the foreground
-//     hide                 its own windows go
+//     move HANDLE X Y      moves any window, as the system does when a monitor is removed
+//     paint HANDLE COUNT   repaints a window COUNT times, each time completely
+//     show X Y W H         shows its own window, in one colour, below all topmost ones
+//     front                brings its own window to the foreground
+//     as CLASS X Y W H     brings a second window, of this class, to the foreground
+//     hide                 hides its own windows
 //     hotkey               takes Ctrl+Shift+B; the answer is whether it was free
 //     quit
 //
-// With the name of a desktop as its argument it does all this there. Between the answers it tells what reaches it:
-// {"clicked":[X,Y]} for a press of the left button on its own window, in the screen's coordinates, and {"hotkey":true}
-// for the shortcut that it took.
+// With the name of a desktop as its argument it does all this there. Between the answers it reports events:
+// {"clicked":[X,Y]} for a left press on its own window, in screen coordinates, and {"hotkey":true} for the hotkey.
 #include <windows.h>
 
 #include <cstdint>
@@ -35,7 +34,7 @@ constexpr UINT AnswerTimeoutMs = 10000;
 constexpr COLORREF OwnColor = RGB(0x12, 0x90, 0x34);
 constexpr wchar_t ClassName[] = L"neighbour";
 
-/// ASCII as it is, everything else as \uXXXX: any UTF-16, broken or not, becomes valid JSON.
+/// ASCII unchanged, everything else as \uXXXX: any UTF-16, valid or not, becomes valid JSON.
 std::string JsonText(const wchar_t* text) {
     std::string json = "\"";
     for (; *text != 0; ++text) {
@@ -71,7 +70,7 @@ void Append(std::string& list, const std::string& element) {
     list += element;
 }
 
-/// The title is the one that the window manager knows; a busy window is not asked.
+/// The title is the one stored by the system, so a busy window does not block this.
 BOOL CALLBACK AppendWindow(HWND window, LPARAM list) {
     RECT rect = {};
     wchar_t title[256] = {};
@@ -112,7 +111,7 @@ std::string ListTexts(const std::string& className) {
     return '[' + list + ']';
 }
 
-/// Whether a nested loop of the system runs: for the move or the size of a window, or for a menu.
+/// Whether a modal loop of the system is running: moving or sizing a window, or a menu.
 std::string TellMode(const std::string& className) {
     const std::wstring name(className.begin(), className.end());
     GUITHREADINFO info = {};
@@ -130,7 +129,7 @@ bool Paint(HWND window, int count) {
     return true;
 }
 
-/// Windows tells every hook that the foreground has changed; Wine leaves that out.
+/// Windows notifies every hook of a foreground change; Wine does not.
 bool ComeToFront(HWND own) {
     if (!SetForegroundWindow(own)) return false;
     NotifyWinEvent(EVENT_SYSTEM_FOREGROUND, own, OBJID_WINDOW, CHILDID_SELF);
@@ -205,7 +204,7 @@ LRESULT CALLBACK NeighbourProc(HWND window, UINT message, WPARAM wParam, LPARAM 
                   '}');
             return 0;
         case WM_MOUSEACTIVATE:
-            return MA_NOACTIVATE;  // a click leaves it where it is in the stack of windows
+            return MA_NOACTIVATE;  // a click does not change its place in the Z order
         case WM_LBUTTONDOWN:
             TellClick(window, lParam);
             return 0;
@@ -217,7 +216,7 @@ LRESULT CALLBACK NeighbourProc(HWND window, UINT message, WPARAM wParam, LPARAM 
     }
 }
 
-/// A program belongs to a desktop from its start, so it starts itself once more, with the same input and output.
+/// A process gets its desktop at startup, so it starts itself again, with the same input and output.
 int RunInDesktop(std::string desktop) {
     std::wstring name(desktop.begin(), desktop.end());
     wchar_t self[MAX_PATH] = {};
@@ -244,7 +243,7 @@ HWND CreateOwnWindow() {
                            nullptr);
 }
 
-/// Hands the lines of the standard input to the window's thread. Its end ends the program.
+/// Passes the lines of the standard input to the window's thread. At the end of input the program exits.
 DWORD WINAPI ReadCommands(void* window) {
     std::string line;
     int character = 0;

@@ -1,11 +1,11 @@
 #pragma once
-// The record by which Wine's Shell_NotifyIconW tells the taskbar's window of a call. It has fixed widths, and the
-// measures of the icon's bitmaps in place of their handle; their bits follow. Wine has changed its layout once:
+// The record with which Wine's Shell_NotifyIconW passes a call to the taskbar's window. Its fields have fixed sizes;
+// the icon handle is replaced by the dimensions of its bitmaps, whose bits follow. The layout has changed once:
 //
 //     Wine 8     head | texts | icon                     bits of the icon
 //     Wine 10    head | icon | texts | balloon's icon    bits of the icon, bits of the balloon's icon
 //
-// No field tells the two apart, but the length does: it is that of the record and of all the bits that it announces.
+// No field tells the two apart, but the length does: it is that of the record plus all the bits that it declares.
 #include <windows.h>
 
 #include <array>
@@ -40,15 +40,15 @@ struct IconMeasures {
 };
 
 struct NotifyRecord : NotifyHead, NotifyTexts, IconMeasures {
-    std::span<const BYTE> bits;  // of the mask, then of the colours; they stay where they came
+    std::span<const BYTE> bits;  // mask, then colours; points into the received record
 };
 
-/// The bits of an icon's mask. Wine takes the pixels as if no row were padded.
+/// The size of an icon's mask. Wine counts the pixels as if rows were not padded.
 inline std::uint64_t MaskBytes(const IconMeasures& icon) {
     return (std::uint64_t{icon.width} * icon.height + 15) / 16 * 2;
 }
 
-/// The bits of its mask and colours.
+/// The size of its mask and colours.
 inline std::uint64_t IconBytes(const IconMeasures& icon) {
     const std::uint64_t colorBits = std::uint64_t{icon.width} * icon.height * icon.planes * icon.bitsPerPixel;
     return MaskBytes(icon) + (colorBits + 15) / 16 * 2;
@@ -61,7 +61,7 @@ Part PartAt(std::span<const BYTE> bytes, std::size_t offset) {
     return part;
 }
 
-/// The call that these bytes carry, or nothing if they have neither layout.
+/// The call in these bytes, or none if they have neither layout.
 inline std::optional<NotifyRecord> ReadNotifyRecord(std::span<const BYTE> bytes) {
     constexpr std::size_t Head = sizeof(NotifyHead);
     constexpr std::size_t Icon = sizeof(IconMeasures);

@@ -1,4 +1,4 @@
-"""What is seen and done on the screen: windows as another program finds them, pixels, and a hand on the mouse."""
+"""Observing and acting on the screen: windows as another program finds them, pixels, and the mouse."""
 
 import configparser
 import json
@@ -16,7 +16,7 @@ DIALOG_CLASS = "#32770"
 WS_EX_TOPMOST, WS_EX_TRANSPARENT, WS_EX_TOOLWINDOW = 0x8, 0x20, 0x80
 WS_EX_LAYERED, WS_EX_NOACTIVATE = 0x80000, 0x8000000
 
-# The notification area's events, as the program gets them.
+# The notification area's events, as sent to the program.
 WM_CONTEXTMENU, WM_LBUTTONDBLCLK, NIN_SELECT, NIN_KEYSELECT = 0x7B, 0x203, 0x400, 0x401
 ICON_OF = {"cpu": 1, "disk": 2, "network": 4}
 TITLES = {
@@ -29,14 +29,14 @@ LEFT_BUTTON, RIGHT_BUTTON = 1, 3
 
 KINDS = ("cpu", "disk", "network")
 
-# Where the graphs open at first on a screen of 1280 by 800: all with their foot in the lower right corner.
+# Where the graphs first open on a screen of 1280 by 800: all end in the lower right corner.
 FIRST_PLACES = {
     "network": (790, 650, 1280, 800),
     "cpu": (790, 500, 1280, 800),
     "disk": (790, 350, 1280, 800),
 }
 
-# A place for each where it touches no other.
+# Places at which they do not touch each other.
 PLACES = {"cpu": (100, 100, 500, 300), "disk": (600, 100, 1000, 300), "network": (100, 400, 500, 600)}
 
 
@@ -52,7 +52,7 @@ def all_open(*more):
 
 
 def double_click_time(milliseconds):
-    """The options of a Desktop with this setting of the mouse."""
+    """The options of a Desktop with this double-click time."""
     return {"registry": [("Control Panel\\\\Mouse", f'"DoubleClickSpeed"="{milliseconds}"')]}
 
 
@@ -62,7 +62,7 @@ DISK = r"\PhysicalDisk(*)"
 
 
 def counters(value, read=None, write=None, cores=8):
-    """A machine on which everything has this value; but for its one disk, if its speeds are told."""
+    """A machine on which everything has this value, except its one disk if speeds are given."""
     read = value if read is None else read
     write = value if write is None else write
     lines = [f"value|{TOTAL}||{value}|0"]
@@ -75,7 +75,7 @@ def counters(value, read=None, write=None, cores=8):
 
 
 class Neighbour:
-    """Another program on the same desktop, in the syntax of neighbour.cpp; what it told by itself is in `told`."""
+    """Another program on the same desktop, see neighbour.cpp; its unsolicited messages are in `told`."""
 
     def __init__(self, desktop, where=None):
         arguments = [where] if where else []
@@ -112,7 +112,7 @@ class Neighbour:
         return self._take_answer(command)
 
     def windows(self, class_name):
-        """The visible windows of a class, the topmost first."""
+        """The visible windows of a class, topmost first."""
         return [window for window in self.ask("windows") if window.name == class_name and window.visible]
 
     def find(self, class_name, title=None):
@@ -125,7 +125,7 @@ class Neighbour:
 
 
 class Picture:
-    """What stands on the screen at one moment, as 0xRRGGBB by column and row."""
+    """A snapshot of the screen, as 0xRRGGBB by column and row."""
 
     def __init__(self, desktop):
         command = ["import", "-display", desktop.display, "-window", "root", "-depth", "8", "ppm:-"]
@@ -146,7 +146,7 @@ class Picture:
         return [self.at(x, y) for y in range(top, bottom)]
 
     def part(self, rect):
-        """The bytes of a rectangle, for comparing it with the same at another moment."""
+        """The bytes of a rectangle, for comparison with another snapshot."""
         left, top, right, bottom = rect
         rows = (3 * y * self.width for y in range(top, bottom))
         return b"".join(self._pixels[row + 3 * left : row + 3 * right] for row in rows)
@@ -162,17 +162,17 @@ def middle_of(rect):
     return (left + right) // 2, (top + bottom) // 2
 
 
-# The lines round a graph and under its plot, and round the readout's box.
+# The colours of a graph's frame and baseline, and of the readout box's frame.
 FRAME, BOX_FRAME = 0x6D6D6D, 0x8A8A8A
 
 
 def shows_readout(picture, rect):
-    """Whether the upper side of a readout's box is seen in a graph."""
+    """Whether the top edge of a readout box is visible in a graph."""
     return BOX_FRAME.to_bytes(3, "big") * 30 in picture.part(rect)
 
 
 class GraphTest(DesktopTest):
-    """The graph windows of the real program, with another program beside it."""
+    """The graph windows of the real program, with another program running beside it."""
 
     @classmethod
     def setUpClass(cls):
@@ -186,7 +186,7 @@ class GraphTest(DesktopTest):
         self.addCleanup(self.neighbour.ask, "hide")
 
     def start_with(self, *kinds):
-        """Starts the program and waits for these graphs, which the settings have open."""
+        """Starts the program and waits for these graphs, which are open in the settings."""
         process = self.start()
         for kind in kinds:
             self.wait_for_graph(kind)
@@ -196,7 +196,7 @@ class GraphTest(DesktopTest):
         self.desktop.end_kestrane()
         return self.start_with(*kinds)
 
-    # What is there.
+    # Observation.
 
     def graph(self, kind):
         """The shown window of a graph, or None."""
@@ -216,7 +216,7 @@ class GraphTest(DesktopTest):
         wait_until(lambda: self.rect(kind) == rect, f"the {kind} graph at {rect}, which is at {self.rect(kind)}", 30)
 
     def saved(self, section):
-        """A section of the settings file as it is now. The file may be seen half written: so wait for what is to come."""
+        """A section of the current settings file, which may be half written: so wait for the expected content."""
         file = configparser.ConfigParser(strict=False)
         try:
             file.read(self.desktop.ini_path, encoding="utf-8")
@@ -231,7 +231,7 @@ class GraphTest(DesktopTest):
         try:
             x, y, width, height = (int(state[key] or 0) for key in ("x", "y", "width", "height"))
         except ValueError:
-            return None  # what a test has written there still stands
+            return None  # it still holds what the test wrote
         return x, y, x + width, y + height
 
     def wait_for_saved(self, section, **values):
@@ -251,7 +251,7 @@ class GraphTest(DesktopTest):
         self.desktop.use_mouse("mousemove", "--", x, y, "click", button)
 
     def press(self, x, y):
-        """Presses the left button on a graph and waits until the system's own loop has taken it."""
+        """Presses the left button on a graph and waits until the system's move loop is running."""
         self.desktop.use_mouse("mousemove", "--", x, y, "mousedown", LEFT_BUTTON)
         wait_until(lambda: self.neighbour.mode().moving, f"a drag that begins at {x}, {y}")
 
@@ -264,7 +264,7 @@ class GraphTest(DesktopTest):
         self.point_at(start[0] + dx, start[1] + dy)
         self.release()
 
-    # The icons, as the shell passes on what happens to them.
+    # The icons, through the events that the shell sends.
 
     def send_to_icon(self, kind, event, x=600, y=600):
         self.shell.command(f"callback {ICON_OF[kind]} {event} {x} {y}")

@@ -34,22 +34,22 @@ TICK_SECONDS = 0.05
 CORE_COUNT = 8
 ETHERNET, UP, HARDWARE = 6, 1, 1
 
-# The taskbar as dark as that of Windows, for which the colours of the icons are made; and without the buttons that
-# Wine gives to tool windows too.
+# A taskbar as dark as that of Windows, for which the icons' colours are designed, and without the buttons that Wine
+# gives even to tool windows.
 BUTTON_PARTS = ("Face", "Text", "Hilight", "Shadow", "Light", "DkShadow", "AlternateFace")
 HIDDEN_BUTTONS = [(COLORS, f'"{name}"="32 32 32"') for name in ("Hilight", *("Button" + part for part in BUTTON_PARTS))]
 DARK = DARK_TASKBAR + HIDDEN_BUTTONS
 
-# Wine copies the images of a menu without looking at what is transparent: on black it looks as on Windows.
+# Wine ignores the transparency of menu images; on black they look as on Windows.
 BLACK_MENU = [(COLORS, '"Menu"="0 0 0"\n"MenuText"="255 255 255"')]
 
-# Where the graphs stand, and the part of the screen that holds them and the icons.
+# The graphs' places, and the part of the screen that contains them and the icons.
 GRAPHS = {"cpu": (452, 408, 400, 360), "disk": (864, 408, 400, 174), "network": (864, 594, 400, 174)}
 LEFT, TOP, RIGHT, BOTTOM = 440, 396, 1280, 800
 
 
 def settings(*cpu_keys):
-    text = every(10000)  # the ticks come from here
+    text = every(10000)  # ticks are sent from here
     for section, (x, y, width, height) in GRAPHS.items():
         place = f"graph=1\nx={x}\ny={y}\nwidth={width}\nheight={height}\nstyle=lines\nsmoothing=1\nfill=50\n"
         text = text.replace(f"[{section}]\n", f"[{section}]\n{place}")
@@ -62,7 +62,7 @@ chance = random.Random()
 
 
 class Load:
-    """A load between 0 and 1 that wanders about a level of its own, which changes now and then."""
+    """A load between 0 and 1 that fluctuates around a level, which changes now and then."""
 
     def __init__(self, chance, calm, busy):
         self._chance, self._calm, self._busy = chance, calm, busy
@@ -128,7 +128,7 @@ class Scene:
         save_part(self.desktop, path, (left, top, right, bottom))
 
     def save_readout(self, kind, dx, dy, path):
-        """A graph with the mouse at this point of it, and with what it tells of that."""
+        """Saves a graph with the mouse at this point and its readout."""
         x, y, width, height = GRAPHS[kind]
         rect = x, y, x + width, y + height
         self.desktop.use_mouse("mousemove", x + dx, y + dy)

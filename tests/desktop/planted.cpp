@@ -1,5 +1,5 @@
-// A DLL that leaves a file of its own name, in the folder that LOADED_FOLDER names, when a program loads it. It plays
-// what somebody puts beside a program under the name of one of the system's DLLs.
+// A DLL that, when loaded, leaves a file with its name in the folder given by LOADED_FOLDER. It stands in for a DLL
+// planted beside a program under the name of a system DLL.
 #include <windows.h>
 
 #include <cwchar>

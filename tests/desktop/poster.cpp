@@ -1,9 +1,9 @@
-// Sends messages to a window from outside, as fast as it takes them:
+// Sends messages to a window from outside, as fast as it processes them:
 //
-//     poster CLASS                                 prints how many top-level windows of the class there are
-//     poster CLASS COUNT MESSAGE LPARAM WPARAM...  sends MESSAGE COUNT times, going round the given WPARAMs
+//     poster CLASS                                 prints the number of top-level windows of the class
+//     poster CLASS COUNT MESSAGE LPARAM WPARAM...  sends MESSAGE COUNT times, cycling through the WPARAMs
 //
-// The exit code is 0 when the window took every message, 1 otherwise.
+// The exit code is 0 if the window processed every message, 1 otherwise.
 #include <windows.h>
 
 #include <cstdio>

@@ -1,25 +1,25 @@
-// A shell that writes down what it is told, for looking at the real program from outside.
+// A shell that records its calls, for observing the real program from outside.
 //
 // Wine's Shell_NotifyIconW sends each call as WM_COPYDATA to the topmost window of class "Shell_TrayWnd": the message
-// as `dwData`, and with it a record that notify_record.h can read. This program owns such a window. Each call becomes
-// one line of JSON on the standard output, and the answer given here is the call's result. A record that cannot be read
-// becomes a line {"unknown": ITS LENGTH}.
+// as `dwData`, with a record that notify_record.h can read. This program owns such a window. Each call becomes one line
+// of JSON on the standard output, and the answer given here is the call's result. A record that cannot be read becomes
+// a line {"unknown": ITS LENGTH}.
 //
-// An argument names the desktop to stand in, if it is not the default one. There it can stand before a real taskbar.
+// An argument names the desktop to run in, if not the default one. There it can be in front of a real taskbar.
 //
-// It behaves as a shell does (an add of an icon that it has and a change of one that it lacks are refused) and obeys
-// commands on the standard input, one a line, each confirmed by a line {"done": COMMAND}:
+// It behaves like a shell (adding an icon that it has or changing one that it lacks fails) and takes commands on the
+// standard input, one per line, each confirmed by a line {"done": COMMAND}:
 //
 //     refuse guid on|off     NIM_ADD with a GUID fails
 //     refuse all on|off      every call fails
 //     refuse add N           the next N adds fail, `refuse modify N` the next N changes
-//     forget                 all icons are forgotten, as if the user's shell had died
-//     broadcast              every window is told "TaskbarCreated", as after a change of the screen
+//     forget                 all icons are forgotten, as if the shell had crashed
+//     broadcast              every window gets "TaskbarCreated", as after a screen change
 //     restart                forget and broadcast: a new shell that has never seen an icon
-//     forward on|off         calls go on to the next taskbar window, whose answer is the result
-//     callback ID EVENT X Y  the icon's window gets its callback message, in the layout of version 4
-//     tick TIMER             the program's hidden window gets WM_TIMER and has dealt with it
-//     report                 nothing; but its confirmation comes behind the lines of all calls so far
+//     forward on|off         calls are passed on to the next taskbar window, whose answer is the result
+//     callback ID EVENT X Y  the icon's window gets its callback message, in version 4 layout
+//     tick TIMER             sends WM_TIMER to the program's hidden window and waits for it
+//     report                 does nothing, but its confirmation follows the lines of all calls so far
 //     quit
 #include <windows.h>
 
@@ -53,7 +53,7 @@ struct Image {
 struct ShownIcon {
     HWND window;
     UINT id;
-    GUID guid;  // all zero for an icon known by its window and id
+    GUID guid;  // all zero for an icon identified by window and id
     UINT callbackMessage;
 };
 
@@ -84,7 +84,7 @@ std::string GuidText(const GUID& guid) {
     return text;
 }
 
-/// ASCII as it is, everything else as \uXXXX, unit by unit: any UTF-16, broken or not, becomes valid JSON.
+/// ASCII unchanged, everything else as \uXXXX, unit by unit: any UTF-16, valid or not, becomes valid JSON.
 std::string JsonText(const WCHAR* text, std::size_t capacity) {
     std::string json = "\"";
     for (std::size_t i = 0; i < capacity && text[i] != 0; ++i) {
@@ -97,8 +97,8 @@ std::string JsonText(const WCHAR* text, std::size_t capacity) {
     return json + '"';
 }
 
-/// The rows of the mask have one bit a pixel, padded to 16 bits. An image whose alpha is zero everywhere has none: then
-/// the mask says what is transparent.
+/// The rows of the mask have one bit per pixel, padded to 16 bits. An image whose alpha is all zero has no alpha: then
+/// the mask decides what is transparent.
 Image ReadImage(const NotifyRecord& record) {
     if (record.bitsPerPixel != 32) return {};
     const auto mask = record.bits.first(MaskBytes(record));
@@ -111,7 +111,7 @@ Image ReadImage(const NotifyRecord& record) {
     for (std::size_t i = 0; i < image.pixels.size(); ++i) {
         const std::size_t x = i % record.width;
         const std::size_t at = i / record.width * maskStride + x / 8;
-        // Where rows are padded, Wine's count leaves too little for the last ones.
+        // If rows are padded, Wine's byte count is too small for the last ones.
         const bool transparent = at < mask.size() && (mask[at] & (0x80 >> (x % 8))) != 0;
         if (!transparent) image.pixels[i] |= 0xFF000000U;
     }
@@ -165,7 +165,7 @@ bool Add(const NotifyRecord& record, bool known) {
     return true;
 }
 
-/// The shell's answer, by its list of icons and the rules set from outside.
+/// The shell's answer, according to its icons and the refusals set by commands.
 bool Answer(ULONG_PTR message, const NotifyRecord& record) {
     if (rules.refuseAll) return false;
     const auto found =
@@ -214,7 +214,7 @@ void SendCallback(UINT id, unsigned event, int x, int y) {
     }
 }
 
-/// Calls of the program come in while this waits for it.
+/// The program's calls are handled while this waits.
 void SendTick(WPARAM timer) {
     const HWND window = FindWindowW(L"kestrane.hidden", nullptr);
     DWORD_PTR result = 0;
@@ -265,7 +265,7 @@ LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, LPARAM l
     }
 }
 
-/// Windows are found only within their own desktop. Waits until that one is there and has its taskbar.
+/// Windows are found only within their own desktop. Waits until that desktop exists and has its taskbar.
 bool EnterDesktop(const std::string& name) {
     for (DWORD waited = 0; waited < ShellTimeoutMs; waited += PollMs) {
         const HDESK desktop = OpenDesktopW(std::wstring(name.begin(), name.end()).c_str(), 0, FALSE, GENERIC_ALL);
@@ -289,7 +289,7 @@ HWND CreateRecorderWindow() {
     return window;
 }
 
-/// Hands the lines of the standard input to the window's thread. Its end ends the program.
+/// Passes the lines of the standard input to the window's thread. At the end of input the program exits.
 DWORD WINAPI ReadCommands(void* window) {
     std::string line;
     int character = 0;
@@ -310,7 +310,7 @@ DWORD WINAPI ReadCommands(void* window) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // As the real taskbar's, this window has the DPI of the screen, by which programs choose the size of their icons.
+    // Like the real taskbar, this window has the screen's DPI, from which programs derive their icon size.
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     if (argc == 2 && !EnterDesktop(argv[1])) return 1;
     const HWND window = CreateRecorderWindow();

@@ -1,5 +1,5 @@
 #pragma once
-// The text files by which a test tells a scripted DLL what to answer. Fields are separated by bars; texts are UTF-8.
+// The text files that script a DLL's answers. Fields are separated by bars; texts are UTF-8.
 #include <windows.h>
 
 #include <cstdio>
@@ -31,7 +31,7 @@ inline Line SplitFields(const std::string& text) {
     return fields;
 }
 
-/// The file that an environment variable names, as it is at this moment; no lines when there is none.
+/// The current content of the file named by an environment variable; no lines if there is none.
 inline Script ReadScript(const wchar_t* variable) {
     Script script;
     const wchar_t* path = _wgetenv(variable);

@@ -1,11 +1,11 @@
-// An iphlpapi.dll that answers from a text file, so that a test can play any network to the real program.
+// An iphlpapi.dll that answers from a text file, so that a test can simulate any network for the real program.
 //
-// The environment variable KESTRANE_NETWORK_SCRIPT names the file. It is read again at every call. Statuses and the
-// numbers of interfaces are hexadecimal:
+// The environment variable KESTRANE_NETWORK_SCRIPT names the file. It is read again at every call. Statuses and LUIDs
+// are hexadecimal:
 //
-//     row|LUID|ALIAS|TYPE|STATE|FLAGS|IN|OUT   one interface: TYPE as in ifType, STATE 1 for up, FLAGS the first byte
-//     of
-//                                              InterfaceAndOperStatusFlags (1 hardware, 2 filter), IN and OUT octets
+//     row|LUID|ALIAS|TYPE|STATE|FLAGS|IN|OUT   one interface: TYPE as in ifType, STATE 1 for up, FLAGS the first
+//                                              byte of InterfaceAndOperStatusFlags (1 hardware, 2 filter), IN and OUT
+//                                              octets
 //     table|STATUS                             GetIfTable2 fails; with 0 it succeeds and gives no table
 //     addresses|STATUS                         GetAdaptersAddresses fails, with 6F (overflow) by asking for one more
 //                                              byte at each call. Without this line there are no adapters.
@@ -29,7 +29,7 @@ namespace {
 
 constexpr const wchar_t* ScriptVariable = L"KESTRANE_NETWORK_SCRIPT";
 
-/// The first status of such lines in the script, or another when it says nothing.
+/// The first status that the script sets for this call, or `otherwise`.
 NETIO_STATUS ScriptedStatus(const Script& script, const char* call, NETIO_STATUS otherwise) {
     for (const Line& line : script) {
         if (line.size() == 2 && line[0] == call) return ParseStatus(line[1]);
@@ -45,7 +45,7 @@ bool HasLine(const Script& script, const char* call) {
 void FillRow(const Line& line, MIB_IF_ROW2& row) {
     row.InterfaceLuid.Value = std::strtoull(line[1].c_str(), nullptr, 16);
     const std::wstring alias = Widen(line[2]);
-    std::copy_n(alias.begin(), std::min(alias.size(), std::size(row.Alias)), row.Alias);  // full means no end mark
+    std::copy_n(alias.begin(), std::min(alias.size(), std::size(row.Alias)), row.Alias);  // no terminator if full
     row.Type = std::strtoul(line[3].c_str(), nullptr, 10);
     row.OperStatus = static_cast<IF_OPER_STATUS>(std::strtoul(line[4].c_str(), nullptr, 10));
     const auto flags = static_cast<unsigned char>(std::strtoul(line[5].c_str(), nullptr, 10));

@@ -1,11 +1,11 @@
-// A pdh.dll that answers from a text file, so that a test can play any machine to the real program.
+// A pdh.dll that answers from a text file, so that a test can simulate any machine for the real program.
 //
 // The environment variable KESTRANE_PDH_SCRIPT names the file. It is read again at every collection: a test replaces it
 // between two ticks. Fields are separated by bars; texts are UTF-8, statuses hexadecimal:
 //
 //     open|STATUS                    PdhOpenQueryW fails
 //     add|PATH|STATUS                PdhAddEnglishCounterW of this path fails
-//     collect|PATH|STATUS            PdhCollectQueryData of the query that holds this counter fails
+//     collect|PATH|STATUS            PdhCollectQueryData of the query with this counter fails
 //     read|PATH|STATUS               reading this counter fails
 //     value|PATH|INSTANCE|NUMBER|STATUS   one instance; INSTANCE may be empty, NUMBER may be nan or inf
 //
@@ -38,7 +38,7 @@ struct Counter {
 };
 
 struct Query {
-    Script script;  // as it was at the last collection
+    Script script;  // as of the last collection
     std::vector<std::unique_ptr<Counter>> counters;
 };
 
@@ -55,7 +55,7 @@ std::string Narrow(const wchar_t* text) {
     return narrow;
 }
 
-/// The headers give the codes as unsigned numbers and the calls as signed ones.
+/// The headers define the codes as unsigned, but the calls return signed.
 constexpr PDH_STATUS Status(DWORD code) {
     return static_cast<PDH_STATUS>(code);
 }
@@ -66,7 +66,7 @@ double ParseNumber(const std::string& text) {
     return std::strtod(text.c_str(), nullptr);
 }
 
-/// The status that the script sets for this call on this path; success when it says nothing.
+/// The status that the script sets for this call on this path; otherwise success.
 PDH_STATUS ScriptedStatus(const Script& script, const char* call, const std::string& path) {
     for (const Line& line : script) {
         if (line.size() == 3 && line[0] == call && line[1] == path) return Status(ParseStatus(line[2]));
@@ -97,7 +97,7 @@ std::size_t ArrayBytes(const std::vector<Instance>& instances) {
     return bytes;
 }
 
-/// The items first, their names behind them in the same buffer, as the system lays them out.
+/// Items first, then their names in the same buffer, as the system lays them out.
 void FillArray(const std::vector<Instance>& instances, PDH_FMT_COUNTERVALUE_ITEM_W* items) {
     auto* name = reinterpret_cast<wchar_t*>(items + instances.size());
     for (std::size_t i = 0; i < instances.size(); ++i) {

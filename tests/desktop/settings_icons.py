@@ -16,7 +16,7 @@ from harness import (
 CPU, DISK, MEMORY, NETWORK = 1, 2, 3, 4
 
 DISK_COUNTERS = ("% Idle Time", "% Disk Read Time", "% Disk Write Time", "Disk Read Bytes/sec", "Disk Write Bytes/sec")
-# Half a processor; a disk that is busy for 60 %, three quarters of it with reading; a second one that writes a little.
+# CPU at half load; a disk that is busy for 60 %, three quarters of it reading; a second one that writes a little.
 COUNTERS = [r"value|\Processor Information(_Total)\% Processor Utility||50|0"] + [
     rf"value|\PhysicalDisk(*)\{counter}|{name}|{value}|0"
     for name, values in (("0 C:", (40, 300, 100, 1024, 2048)), ("1 D:", (80, 0, 1, 0, 2**20)))
@@ -31,7 +31,7 @@ COLOR_KEYS = (
     "net_bg net_down net_up net_both net_graph_bg net_border net_graph_down net_graph_up net_graph_both"
 ).split()
 
-NONE = None  # the colour that is no colour
+NONE = None  # transparent
 DEFAULTS = {
     **dict(cpu_bg=0xCCEEFF, cpu_fg=0x007BB7, cpu_border=NONE),
     **dict(disk_bg=0xFFF5E1, disk_read=0xCE8B00, disk_write=0x167B04, disk_border=NONE),
@@ -50,7 +50,7 @@ def pixel(color):
 
 
 def framed(rows, border):
-    """A picture with a frame of one pixel, unless there is none."""
+    """A picture with a one-pixel frame, unless `border` is NONE."""
     if border is not NONE:
         for i in range(16):
             rows[0][i] = rows[15][i] = rows[i][0] = rows[i][15] = pixel(border)
@@ -58,7 +58,7 @@ def framed(rows, border):
 
 
 def picture(background, columns, border):
-    """The icon with such columns at its right edge, each a list of heights with their colours, the front one last."""
+    """The icon with these columns at its right edge, each a list of heights with colours, the front one last."""
     rows = [[pixel(background)] * 16 for _ in range(16)]
     for x, column in enumerate(columns, start=16 - len(columns)):
         for height, color in column:
@@ -77,7 +77,7 @@ def disk_picture(colors):
 
 
 def network_pictures(colors):
-    """After a download alone, an upload alone as well, and both at once that dwarf them."""
+    """The icon after only a download, then only an upload, then both at once at rates that dwarf them."""
     down, up, both = ([(16, colors[key])] for key in ("net_down", "net_up", "net_both"))
     histories = ([down], [down, up], [[], [], both])
     return [picture(colors["net_bg"], columns, colors["net_border"]) for columns in histories]
@@ -98,7 +98,7 @@ def level_colors(colors, level):
 
 
 def blend(one, other):
-    """The colour half-way between two."""
+    """The colour halfway between two."""
     return sum((((one >> shift & 255) + (other >> shift & 255) + 1) // 2) << shift for shift in (16, 8, 0))
 
 
@@ -112,7 +112,7 @@ class SettingsTest(DesktopTest):
 
     @contextlib.contextmanager
     def case(self, name):
-        """One row of a table, with a program of its own."""
+        """One row of a table, with its own run of the program."""
         with self.subTest(name):
             self.first = self.shell.mark()
             try:
@@ -121,7 +121,7 @@ class SettingsTest(DesktopTest):
                 self.desktop.end_kestrane()
 
     def run_with(self, settings):
-        """Starts with a settings file, lets each icon tick once, and gives the last call of each icon."""
+        """Starts with a settings file, lets each icon tick once, and returns the last call of each icon."""
         self.desktop.write_ini(settings)
         return self.run_with_the_file()
 
@@ -133,7 +133,7 @@ class SettingsTest(DesktopTest):
         return {call.id: call for call in self.shell.since(self.first) if call.message == NIM_MODIFY}
 
     def show_traffic(self):
-        """Three ticks of the network: download alone, upload alone, both and a thousand times as much."""
+        """Three network ticks: only download, only upload, and both at a thousand times the rate."""
         images = []
         for down, up in ((10**6, 0), (10**6, 10**6), (10**9, 10**9)):
             self.desktop.write_network([network_row(down, up)])
@@ -141,7 +141,7 @@ class SettingsTest(DesktopTest):
         return images
 
     def assert_memory_icon(self, call, colors, thresholds=(50, 75, 90), bar=True):
-        """Everything but the digits, which are the font's."""
+        """Checks everything but the digits, which depend on the font."""
         background, text, border = level_colors(colors, level_of(percent_of(call), thresholds))
         inset = 0 if border is NONE else 1
         rows = [[pixel(background)] * 16 for _ in range(16)]
@@ -159,7 +159,7 @@ class SettingsTest(DesktopTest):
         changed = [shown[y][x] for y in range(top, 16) for x in range(16) if shown[y][x] != expected[y][x]]
         self.assertTrue(changed, "no digits")
         if background is NONE:
-            self.assertEqual({value & 0xFFFFFF for value in changed}, {text})  # whatever the part of it that shows
+            self.assertEqual({value & 0xFFFFFF for value in changed}, {text})  # whatever its alpha
 
     def assert_defaults(self, shown):
         self.assertEqual([shown[icon].tip.split(":")[0] for icon in (CPU, MEMORY)], ["CPU", "Memory"])

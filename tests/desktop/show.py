@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs kestrane.exe for some seconds on a virtual screen with a taskbar, on this machine's real load.
 
-Prints the four tooltips as the shell got them last, and saves two pictures into the folder given: the screen, and the
+Prints the four latest tooltips as the shell got them, and saves two pictures into the given folder: the screen, and the
 four icons enlarged. The language is that of the caller's locale.
 """
 
@@ -12,7 +12,7 @@ import sys
 
 from harness import DARK_TASKBAR, NIM_DELETE, NIM_MODIFY, Desktop, every, pixels
 
-# So many ticks fill the history of an icon of 16 columns.
+# Enough ticks to fill the history of a 16-column icon.
 TICKS = 18
 
 ENLARGED = "800%"
@@ -26,7 +26,7 @@ def caller_language():
 
 
 def save_icons(calls, path):
-    """The images of the calls side by side, pixel by pixel as the shell got them."""
+    """Saves the images of the calls side by side, pixel for pixel as the shell got them."""
     command = ["convert", "-background", BEHIND_ICONS, "-bordercolor", BEHIND_ICONS]
     for call in calls:
         # ImageMagick wants red, green, blue, alpha; the shell got alpha in the highest byte.
@@ -41,7 +41,7 @@ def save_icons(calls, path):
 
 
 def latest_changes(shell):
-    """What each icon shows now, in the order of the icons."""
+    """The latest change of each icon, in icon order."""
     changes = {call.id: call for call in shell.since(0) if call.message == NIM_MODIFY}
     return [changes[icon] for icon in sorted(changes)]
 

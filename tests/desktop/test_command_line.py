@@ -1,4 +1,4 @@
-"""The command line and the single instance, with real processes beside each other."""
+"""The command line and the single instance, with several real processes."""
 
 import signal
 import time
@@ -60,7 +60,7 @@ class CommandLine(DesktopTest):
             self.assertIsNone(process.poll())
         finally:
             process.send_signal(signal.SIGCONT)
-        self.assertEqual(process.wait(), 0)  # the message had been waiting for it
+        self.assertEqual(process.wait(), 0)  # the message was still queued
 
     def test_a_second_start_leaves_in_silence(self):
         process = self.start()

@@ -1,4 +1,4 @@
-"""The CPU icon: scripted counters, hostile answers, and the machine's own figures when counters fail."""
+"""The CPU icon: scripted counters, hostile replies, and the machine's own figures when counters fail."""
 
 import multiprocessing
 import pathlib
@@ -12,7 +12,8 @@ CORES = r"\Processor Information(*)\% Processor Utility"
 FOREGROUND = 0xFF007BB7
 INVALID_DATA = "C0000BBA"
 
-# What the counter and GetSystemTimes may differ by, in points: they look at slightly different stretches of time.
+# The permitted difference between the counter and GetSystemTimes, in percentage points: their time spans differ
+# slightly.
 TOLERANCE = 20
 
 
@@ -32,11 +33,11 @@ class CpuTest(DesktopTest):
     settings = "[cpu]\nrefresh_ms=500\n"
 
     def next_percent(self):
-        """The figure of a tick that surely began after now: the second one that is seen from now on."""
+        """The figure of a tick that certainly began after now: the second one seen from now on."""
         return percent_of(self.shell.wait_for_ticks(2, icon=1)[1])
 
     def machine_and_program(self):
-        """The load of one tick as the kernel counts it, and as the program shows it."""
+        """The load of one tick as counted by the kernel and as shown by the program."""
         self.shell.wait_for_ticks(1, icon=1)
         before = self.read_times()
         call = self.shell.wait_for_ticks(1, icon=1)[0]
@@ -45,12 +46,12 @@ class CpuTest(DesktopTest):
 
     @staticmethod
     def read_times():
-        """Idle and all time so far, out of the four columns that Wine takes over."""
+        """Idle and total time so far, from the four columns that Wine uses."""
         user, nice, system, idle = map(int, pathlib.Path("/proc/stat").read_text(encoding="ascii").split()[1:5])
         return idle, user + nice + system + idle
 
     def assert_follows_the_machine(self):
-        """The middle one of three differences is small: on a busy machine one tick may be seen late."""
+        """The median of three differences is small: on a busy machine one tick may be seen late."""
         pairs = [self.machine_and_program() for _ in range(3)]
         differences = sorted(abs(machine - program) for machine, program in pairs)
         self.assertLessEqual(differences[1], TOLERANCE, pairs)
@@ -64,7 +65,7 @@ class ScriptedCounters(CpuTest):
         self.desktop.write_counters([total(50), core("0,0", 50), core("_Total", 50)])
 
     def assert_columns_follow_the_texts(self):
-        """Each image is the history of the figures that the texts told, the newest at the right."""
+        """Each image is the history of the figures in the texts, the newest at the right."""
         changes = [call for call in self.shell.since(self.first) if call.message == NIM_MODIFY and call.id == 1]
         history = []
         for call in changes[1:]:  # the first comes before any tick and shows an empty history
@@ -81,7 +82,7 @@ class ScriptedCounters(CpuTest):
             ("42", 42),
             ("99.4", 99),
             ("99.5", 100),
-            ("137.2", 100),  # "Utility" passes 100 on real machines
+            ("137.2", 100),  # "Utility" exceeds 100 on real machines
             ("-5", 0),
             ("100", 100),
             ("nan", 0),

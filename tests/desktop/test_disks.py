@@ -25,11 +25,11 @@ def disk(name, idle, read_time=0, write_time=0, read_bytes=0, write_bytes=0):
 
 
 def without(lines, path, name=None):
-    """The counters that are left when one loses an instance, or all that it has."""
+    """The remaining counters when one loses an instance, or all of them."""
     return [line for line in lines if not line.startswith(f"value|{path}|" + ("" if name is None else f"{name}|"))]
 
 
-# 60 % busy, three quarters of it with reading; and a second disk that does nothing.
+# 60 % busy, three quarters of it reading; and a second disk that is idle.
 BUSY = disk("0 C:", 40, 300, 100, MIB, 2.5 * MIB)
 BUSY_AND_RESTING = BUSY + disk("1 D:", 100, 300, 100)
 
@@ -42,18 +42,18 @@ BUSY_TEXT = text_of(45, "1 MB/s", 15, "2.5 MB/s")
 
 
 def percents_of(call):
-    """Reading and writing, out of a text that may have been cut behind the first of the two speeds."""
+    """The read and write percentages, from a text that may be cut after the first of the two speeds."""
     match = re.match(r"Disk  R: (\d+) % · [^ ]+ .B/s  W: (\d+) % · ", call.tip)
     return int(match.group(1)), int(match.group(2))
 
 
 def picture(history):
-    """The icon after these pairs of percentages, oldest first: the shorter column stands before the taller."""
+    """The icon after these pairs of percentages, oldest first: the shorter column is in front of the taller."""
     rows = [[BACKGROUND] * 16 for _ in range(16)]
     for x, (read, write) in enumerate(history[-16:], start=16 - min(len(history), 16)):
         columns = sorted([(write, WRITE), (read, READ)], key=lambda column: column[0], reverse=True)
         if read == write:
-            columns = [(read, READ), (write, WRITE)]  # the second is what is seen
+            columns = [(read, READ), (write, WRITE)]  # the second is in front
         for percent, color in columns:
             for y in range(16 - column_height(percent), 16):
                 rows[y][x] = color
@@ -63,7 +63,7 @@ def picture(history):
 class DiskTest(DesktopTest):
     options = {"counters": BUSY, "more_disks": 1}
     settings = every(10000)
-    """Ticks come when a test asks for them, but for a rare one of the real timer."""
+    """Ticks happen on demand, except for a rare one of the real timer."""
 
     def setUp(self):
         super().setUp()
@@ -90,7 +90,7 @@ class DiskTest(DesktopTest):
         self.assertEqual(self.show(counters).tip, text_of(*expected))
 
     def assert_dropped(self, counters):
-        """A tick with these counters leaves text and image as they are."""
+        """A tick with these counters leaves text and image unchanged."""
         self.desktop.write_counters(counters)
         self.assertEqual([call.tip for call in self.tick(DISK_TIMER) if call.id == 2], [])
 
@@ -115,7 +115,7 @@ class Figures(DiskTest):
     def test_how_busy_a_disk_is(self):
         self.start()
         for idle, read_time, write_time, read, write in (
-            (100, 300, 100, 0, 0),  # the times tell the ratio only
+            (100, 300, 100, 0, 0),  # the times give only the ratio
             (40, 300, 100, 45, 15),
             (40, 0, 0, 60, 0),
             (99.6, 1, 1, 0, 0),
@@ -123,7 +123,7 @@ class Figures(DiskTest):
             (0, 1, 0, 100, 0),  # a whole column
             (0, 0, 1, 0, 100),
             (0, 1, 1, 50, 50),
-            (49, 1, 1, 26, 26),  # each half is rounded up
+            (49, 1, 1, 26, 26),  # each is rounded up
             (50, -3, 7, 0, 50),
             (130, 1, 1, 0, 0),
             (-5, 1, 3, 25, 75),
@@ -234,7 +234,7 @@ class SeveralDisks(DiskTest):
         self.assertEqual(self.show(BUSY + strange).tip, BUSY_TEXT)
         self.assert_shows(strange, 0, "0 KB/s", 0, "0 KB/s")
         self.assert_shows(crowd, 25, "2 KB/s", 25, "2 KB/s")
-        self.assert_shows(disk("0 C:", 50, 1, 1, KIB) * 3, 25, "3 KB/s", 25, "0 KB/s")  # one name, thrice
+        self.assert_shows(disk("0 C:", 50, 1, 1, KIB) * 3, 25, "3 KB/s", 25, "0 KB/s")  # one name, three times
         self.assertEqual(self.show(BUSY).tip, BUSY_TEXT)
         self.assertIsNone(process.poll())
 
@@ -256,7 +256,7 @@ class ChosenDisks(DiskTest):
             ("01,7", second),
             ("2", none),  # not one of the disks that the machine had at the start
             ("7", none),
-            ("0,1,1", all_disks),  # malformed, and so as if absent
+            ("0,1,1", all_disks),  # malformed, so as if absent
             ("64", all_disks),
         ):
             with self.subTest(chosen):

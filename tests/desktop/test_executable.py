@@ -1,4 +1,4 @@
-"""kestrane.exe as a file: what Windows reads of it before it runs."""
+"""kestrane.exe as a file: what Windows reads before it runs."""
 
 import pathlib
 import re
@@ -13,7 +13,7 @@ from harness import BUILD, VERSION, main
 
 WINDOWS_10 = (10, 0)
 
-# What code is injected or stopped with; a virus scanner counts such imports. None of them has any business here.
+# Functions for injecting code and suspending threads, which virus scanners look for. The program must not import any.
 INJECTORS = {
     "AddVectoredExceptionHandler",
     "CreateRemoteThread",
@@ -32,7 +32,7 @@ INJECTORS = {
     "WriteProcessMemory",
 }
 
-# Those that every Windows 10 knows by name and takes from System32, whatever stands beside the program.
+# The known DLLs of every Windows 10, loaded from System32 whatever is beside the program.
 KNOWN_DLLS = {
     "advapi32.dll",
     "comdlg32.dll",
@@ -91,7 +91,7 @@ class Executable(unittest.TestCase):
     def test_lets_the_system_place_and_protect_it(self):
         for flag in (HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT):
             self.assertTrue(self.image.OPTIONAL_HEADER.DllCharacteristics & flag, hex(flag))
-        # Without relocations nothing can be placed anywhere else, whatever the flags say.
+        # Without relocations the image cannot be rebased, whatever the flags say.
         self.assertGreater(len(self.image.DIRECTORY_ENTRY_BASERELOC), 0)
 
     def test_nothing_can_be_both_written_and_run(self):
@@ -119,7 +119,7 @@ class Executable(unittest.TestCase):
     def test_calls_only_the_wide_half_of_each_pair(self):
         narrow = set()
         for entry in self.image.DIRECTORY_ENTRY_IMPORT:
-            if entry.dll.lower() not in (b"kernel32.dll", b"msvcrt.dll"):  # the C++ runtime calls these two as it likes
+            if entry.dll.lower() not in (b"kernel32.dll", b"msvcrt.dll"):  # the C++ runtime uses these two as well
                 narrow |= {item.name for item in entry.imports if re.search(rb"[a-z]A$", item.name)}
         self.assertEqual(narrow, set())
 
@@ -171,11 +171,11 @@ class Executable(unittest.TestCase):
 
     def test_its_code_has_the_version_of_its_resources(self):
         [constants] = [section.get_data() for section in self.image.sections if section.Name == b".rdata\0\0"]
-        self.assertTrue((VERSION + "\0").encode("utf-16-le") in constants)  # too long to be printed
+        self.assertTrue((VERSION + "\0").encode("utf-16-le") in constants)  # too long to print
 
     def test_icon_of_the_program_has_every_size(self):
         groups = {number: data for number, _, data in self.resources("RT_GROUP_ICON")}
-        self.assertEqual(min(groups), 1)  # the lowest id is the icon of the file
+        self.assertEqual(min(groups), 1)  # the lowest id is the file's icon
         count = int.from_bytes(groups[1][4:6], "little")
         entries = [groups[1][6 + 14 * i : 20 + 14 * i] for i in range(count)]
         self.assertEqual(sorted(entry[0] or 256 for entry in entries), ICON_EDGES)

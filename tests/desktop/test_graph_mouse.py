@@ -25,7 +25,7 @@ def moved(rect, dx, dy):
 
 
 class Dragging(GraphTest):
-    options = double_click_time(1)  # two drags from one place are two
+    options = double_click_time(1)  # two drags from one place are not a double click
     settings = all_open()
 
     def setUp(self):
@@ -34,7 +34,7 @@ class Dragging(GraphTest):
         self.start_point = middle_of(PLACES["cpu"])
 
     def assert_drag(self, kind, dx, dy, rect, start=None):
-        """A drag of the graph ends here, and that is saved."""
+        """A drag of the graph ends at `rect`, and that is saved."""
         self.drag(start or middle_of(self.rect(kind)), dx, dy)
         self.assertEqual(self.rect(kind), rect)
         self.wait_for_saved_rect(kind, rect)
@@ -54,7 +54,7 @@ class Dragging(GraphTest):
 
     def test_snaps_to_the_work_area(self):
         self.assert_drag("cpu", -92, -90, (0, 0, 400, 200))  # 8 and 10 away
-        self.assert_drag("cpu", 25, 11, (25, 11, 425, 211))  # 11 away, and far off
+        self.assert_drag("cpu", 25, 11, (25, 11, 425, 211))  # 11 away, too far
         self.assert_drag("disk", 271, 491, (880, 600, 1280, 800))  # 9 away
         self.assert_drag("disk", -30, -30, (850, 570, 1250, 770))
 
@@ -103,12 +103,12 @@ class Dragging(GraphTest):
 
 
 class Escape(GraphTest):
-    """A drag is seen while it lasts, and Esc undoes it."""
+    """A drag is visible while it lasts, and Esc undoes it."""
 
     options = double_click_time(1)
     settings = all_open()
 
-    # Where the CPU graph is taken, and what it is while it is pulled by 50 and 40.
+    # Where the CPU graph is grabbed, and its rectangle while it is dragged by 50, 40.
     WAYS = [
         ((300, 200), (150, 140, 550, 340)),
         ((499, 200), (100, 100, 550, 300)),
@@ -136,7 +136,7 @@ class Escape(GraphTest):
                 self.pull(start, rect)
                 self.escape()
                 self.wait_for_rect("cpu", PLACES["cpu"])
-                # When the next drag is saved, this one is over; and the file is written whole.
+                # Once the next drag is saved, this one is over and the file is complete.
                 self.drag(middle_of(self.rect("disk")), 0, 20)
                 self.wait_for_saved_rect("disk", moved(PLACES["disk"], 0, 20 * step))
                 self.assertEqual(self.saved_rect("cpu"), PLACES["cpu"])
@@ -170,7 +170,7 @@ class Sizing(GraphTest):
         self.wait_for_saved_rect("cpu", rect)
 
     def test_each_edge_and_corner(self):
-        # Where the CPU graph, at 100, 100 to 500, 300, is taken and pulled by 33 and 21: what becomes of it.
+        # Where the CPU graph, at 100, 100 to 500, 300, is grabbed, and its rectangle after a drag by 33, 21.
         rows = [
             ((102, 200), (133, 100, 500, 300)),
             ((497, 200), (100, 100, 533, 300)),
@@ -184,7 +184,7 @@ class Sizing(GraphTest):
         for start, rect in rows:
             with self.subTest(start):
                 self.assert_sizes(start, 33, 21, rect)
-                # Back again by the same edge, which has gone with the mouse.
+                # Back by the same edge, which has moved with the mouse.
                 self.assert_sizes((start[0] + 33, start[1] + 21), -33, -21, PLACES["cpu"])
 
     def test_the_end_of_the_program_while_an_edge_is_held(self):
@@ -233,7 +233,7 @@ class Clicks(GraphTest):
         place = self.rect("disk")
         self.click(*middle_of(place))
         self.wait_for_saved("disk", activity=1)
-        self.click(place[0] + 2, middle_of(place)[1])  # a border, let go where it was taken
+        self.click(place[0] + 2, middle_of(place)[1])  # a press on the border without a move
         self.click(*middle_of(place))
         self.wait_for_saved("disk", activity=0)
         self.assertEqual(self.rect("disk"), place)
@@ -245,7 +245,7 @@ class Clicks(GraphTest):
         self.drag(middle_of(PLACES["disk"]), -1, 0)
         self.wait_for_saved_rect("disk", PLACES["disk"])
         self.click(*middle_of(PLACES["disk"]))
-        self.wait_for_saved("disk", activity=1)  # the first and only switch
+        self.wait_for_saved("disk", activity=1)  # the first and only change
 
     def test_a_press_on_the_edge_does_not(self):
         self.click(602, 200)
@@ -255,7 +255,7 @@ class Clicks(GraphTest):
     def test_a_click_on_another_graph_does_nothing(self):
         for kind in ("cpu", "network"):
             self.click(*middle_of(PLACES[kind]))
-        self.drag(middle_of(PLACES["disk"]), 40, 40)  # when this is saved, the clicks are over
+        self.drag(middle_of(PLACES["disk"]), 40, 40)  # once this is saved, the clicks are done
         self.wait_for_saved_rect("disk", moved(PLACES["disk"], 40, 40))
         self.assertNotIn("activity", self.saved("disk"))
         self.assertEqual((self.rect("cpu"), self.rect("network")), (PLACES["cpu"], PLACES["network"]))
@@ -277,7 +277,7 @@ class Pin(GraphTest):
 
     def setUp(self):
         super().setUp()
-        self.neighbour.ask("show", 50, 50, 500, 300)  # before the graphs, or it would hide them on this screen
+        self.neighbour.ask("show", 50, 50, 500, 300)  # before the graphs, or it would cover them on this screen
         del self.neighbour.told[:]
         self.start_with("cpu", "disk")
         wait_until(lambda: self.graph("cpu").extended & WS_EX_TRANSPARENT, "the pinned graph")

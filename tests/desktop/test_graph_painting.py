@@ -1,4 +1,4 @@
-"""Painting graphs: figures that are no figures, and thousands of paints."""
+"""Painting graphs: NaN and infinite figures, and thousands of paints."""
 
 import pathlib
 
@@ -32,17 +32,17 @@ class BadFigures(GraphTest):
 
 
 class Painting(GraphTest):
-    """Each paint makes a bitmap, a font and pens, and gives them back."""
+    """Each paint creates a bitmap, a font and pens, and releases them."""
 
     options = {"counters": counters(50)}
 
-    # A process may have some 16,000 GDI objects under Wine: what a paint of each view loses shows as memory, and what
-    # all of them lose shows as a graph that is no longer painted.
+    # Wine allows a process some 16,000 GDI objects: a leak in one view shows as memory growth, a leak in all of them as
+    # a graph that is no longer painted.
     WARM_UP = 300
     PAINTS = 2000
     ALLOWED_GROWTH_KB = 512
 
-    # If the paints were not real, they would take no time.
+    # Faster paints would not be real.
     LEAST_SECONDS = 0.05 * PAINTS / 1000
 
     def paint_views(self, count):
@@ -55,7 +55,7 @@ class Painting(GraphTest):
         self.desktop.write_ini("".join(open_at(kind, rects[kind], *more) for kind in KINDS))
         process = self.start_with(*KINDS)
         self.assertTrue(self.desktop.send_messages(200, WM_TIMER, CPU_TIMER, DISK_TIMER))
-        self.point_at(*middle_of(rects["cpu"]))  # this graph shows its readout too
+        self.point_at(*middle_of(rects["cpu"]))  # so that this graph also paints its readout
         self.paint_views(self.WARM_UP)
         before, time_before = private_kilobytes(process.pid), processor_seconds(process)
         self.paint_views(self.PAINTS)
@@ -64,7 +64,7 @@ class Painting(GraphTest):
         self.assertLessEqual(after - before, self.ALLOWED_GROWTH_KB)
         self.assertGreater(seconds, self.LEAST_SECONDS)
 
-        # It still shows what comes.
+        # It still shows new data.
         picture = Picture(self.desktop).part(rects["disk"])
         self.desktop.write_counters(counters(90, read=9000000))
         self.assertTrue(self.desktop.send_messages(50, WM_TIMER, CPU_TIMER, DISK_TIMER))
@@ -78,7 +78,7 @@ class Painting(GraphTest):
 
 
 def processor_seconds(process):
-    """The processor time that a program has taken so far, of its own and the system's for it."""
+    """The user and system processor time of a program so far."""
     fields = pathlib.Path(f"/proc/{process.pid}/stat").read_text(encoding="ascii").rpartition(")")[2].split()
     return (int(fields[11]) + int(fields[12])) / 100
 

@@ -1,4 +1,4 @@
-"""Where the graph windows stand: after a restart, on a screen that has changed, and whatever the settings file says."""
+"""The places of the graph windows: after a restart, on a changed screen, and for anything in the settings file."""
 
 from harness import main, wait_until
 from onscreen import FIRST_PLACES, KINDS, PLACES, GraphTest, Picture, all_open, middle_of, open_at, size_of
@@ -63,16 +63,16 @@ class Places(GraphTest):
         self.release()
         self.assertIsNone(process.poll())
         self.wait_for_saved_rect("disk", self.rect("disk"))
-        self.drag(middle_of(self.rect("disk")), -100, -50)  # in reach, and alive
+        self.drag(middle_of(self.rect("disk")), -100, -50)  # within reach, and responsive
 
 
 class BadSettings(GraphTest):
-    """Whatever stands in the file: the graph opens where the mouse can get at it."""
+    """Whatever the file says, the graph opens where the mouse can reach it."""
 
     LEAST, MOST = -2147483648, 2147483647
 
     def test_places(self):
-        # x, y, width, height of the CPU graph, and where it comes to stand
+        # x, y, width, height of the CPU graph, and its actual rectangle
         rows = [
             ((self.MOST, self.MOST, 400, 200), FIRST_PLACES["cpu"]),
             ((self.LEAST, self.LEAST, 400, 200), FIRST_PLACES["cpu"]),
@@ -80,12 +80,12 @@ class BadSettings(GraphTest):
             ((self.MOST, 0, 10000, 10000), FIRST_PLACES["cpu"]),
             ((0, 0, 10000, 50), None),
             ((-9000, -9000, 10000, 10000), None),
-            ((0, 0, 10001, 200), FIRST_PLACES["cpu"]),  # the four count together or not at all
+            ((0, 0, 10001, 200), FIRST_PLACES["cpu"]),  # all four count or none
             ((100, 100, 99, 200), FIRST_PLACES["cpu"]),
             ((100, 100, "4294967296", 200), FIRST_PLACES["cpu"]),
             (("abc", 100, 400, 200), FIRST_PLACES["cpu"]),
             (("", 100, 400, 200), FIRST_PLACES["cpu"]),
-            ((100, 100, 100, 50), (100, 100, 300, 180)),  # never below the least size
+            ((100, 100, 100, 50), (100, 100, 300, 180)),  # never below the minimum size
         ]
         for values, place in rows:
             with self.subTest(values):
@@ -99,7 +99,7 @@ class BadSettings(GraphTest):
                 self.desktop.end_kestrane()
 
     def assert_within_reach(self, kind):
-        """The mouse can take the graph and pull it elsewhere."""
+        """The mouse can grab the graph and drag it elsewhere."""
         left, top, right, bottom = before = self.rect(kind)
         start = middle_of((max(left, 0), max(top, 0), min(right, 1280), min(bottom, 800)))
         self.drag(start, -50, -30)
@@ -130,7 +130,7 @@ class BadSettings(GraphTest):
                     self.desktop.end_kestrane()
 
     def assert_painted(self, process, *kinds):
-        """The frame stands round each graph, and the program goes on."""
+        """The frame is visible around each graph, and the program keeps running."""
         for kind in kinds:
             self.neighbour.ask("paint", self.graph(kind).handle, 2)
             left, top, right, bottom = self.rect(kind)

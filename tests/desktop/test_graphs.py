@@ -1,4 +1,4 @@
-"""The graph windows: how they open, what opens and closes them, and what is saved of that."""
+"""The graph windows: how they open, what opens and closes them, and what is saved."""
 
 import time
 
@@ -43,7 +43,7 @@ class Opening(GraphTest):
             ((100, 0, 0), 255, 0),
             ((30, 0, 1), 76, WS_EX_TOPMOST),
             ((50, 1, 0), 127, WS_EX_TOPMOST | WS_EX_TRANSPARENT),  # pinned means on top
-            ((55, 1, 1), 229, WS_EX_TOPMOST | WS_EX_TRANSPARENT),  # no choice of the list: the default
+            ((55, 1, 1), 229, WS_EX_TOPMOST | WS_EX_TRANSPARENT),  # not in the list of choices: the default
             ((-2147483648, 0, 0), 229, 0),
         ]
         for (opacity, pinned, topmost), alpha, styles in rows:
@@ -68,7 +68,7 @@ class Opening(GraphTest):
 
 
 class Clicks(GraphTest):
-    """With a double-click time so short that two clicks of a test are two clicks."""
+    """With a double-click time so short that two clicks never make a double click."""
 
     options = double_click_time(1)
     settings = every(10000)
@@ -81,7 +81,7 @@ class Clicks(GraphTest):
         for kind in KINDS:
             self.click_icon(kind)
             self.wait_for_graph(kind)
-            self.wait_for_saved(kind, graph=1, pinned=0, x=0, y=0, width=0, height=0)  # it has not been moved yet
+            self.wait_for_saved(kind, graph=1, pinned=0, x=0, y=0, width=0, height=0)  # not moved yet
             self.pass_double_click_time()
             self.click_icon(kind)
             self.wait_for_no_graph(kind)
@@ -110,7 +110,7 @@ class Clicks(GraphTest):
         self.wait_for_saved("cpu", graph=1, pinned=1)
 
     def wait_until_idle(self, kind):
-        """Until the program is done with what came before, and paints this graph."""
+        """Waits until the program has processed everything before and paints this graph."""
         self.assertTrue(self.neighbour.ask("paint", self.wait_for_graph(kind).handle, 1))
 
     def cover(self, kind):
@@ -120,7 +120,7 @@ class Clicks(GraphTest):
         self.assertTrue(self.neighbour.ask("front"))
 
     def stack(self):
-        """The windows of this test, the topmost first."""
+        """The windows of this test, topmost first."""
         shown = [window for window in self.neighbour.ask("windows") if window.visible]
         return [window.title for window in shown if window.name in (GRAPH_CLASS, "neighbour")]
 
@@ -135,7 +135,7 @@ class Clicks(GraphTest):
         wait_until(lambda: not self.graph("cpu").extended & WS_EX_TOPMOST, "a graph that is not topmost for ever")
         self.assertEqual(self.neighbour.ask("foreground"), "neighbour")
 
-        # Now it is what it seems: the next click hides it.
+        # Now it is on top: the next click hides it.
         self.pass_double_click_time()
         self.click_icon("cpu")
         self.wait_for_no_graph("cpu")
@@ -150,7 +150,7 @@ class Clicks(GraphTest):
         self.wait_for_no_graph("cpu")
 
     def show_and_hide_over(self, kind, class_name):
-        """A window of this class comes to the foreground over the graph, and goes again."""
+        """A window of this class comes to the foreground over the graph and disappears again."""
         left, top, right, bottom = PLACES[kind]
         self.assertTrue(self.neighbour.ask("as", class_name, left - 10, top - 10, right - left + 20, bottom - top + 20))
         self.assertEqual(self.neighbour.ask("foreground"), class_name)
@@ -189,7 +189,7 @@ class Clicks(GraphTest):
 
 
 class DoubleClicks(GraphTest):
-    """With the longest double-click time, so that all clicks of a test are within it."""
+    """With the longest double-click time, so that all clicks of a test fall within it."""
 
     options = double_click_time(5000)
     settings = every(10000)
@@ -199,10 +199,10 @@ class DoubleClicks(GraphTest):
         for event in (NIN_SELECT, WM_LBUTTONDBLCLK, NIN_SELECT, WM_LBUTTONDBLCLK):
             self.send_to_icon("cpu", event)
         self.wait_for_graph("cpu")
-        time.sleep(0.6)  # longer than the default of the system
+        time.sleep(0.6)  # longer than the system's default
         self.click_icon("cpu")
 
-        # The filter is of each icon alone; and when the disk's click is done, so are those before it.
+        # Each icon has its own filter; and once the disk's click is done, so are those before it.
         self.click_icon("disk")
         self.wait_for_graph("disk")
         self.assertIsNotNone(self.graph("cpu"))
@@ -219,7 +219,7 @@ class Shortcut(GraphTest):
 
     def setUp(self):
         super().setUp()
-        # Keys reach the window under the mouse, and through it the whole system.
+        # Keys go to the window under the mouse, and through it to the whole system.
         self.neighbour.ask("show", 0, 0, 50, 50)
         self.point_at(20, 20)
 
@@ -242,7 +242,7 @@ class Shortcut(GraphTest):
         self.desktop.start_kestrane()
         self.shell.wait_for_ticks(1, icon=3, start=start)
         self.click_icon("disk")
-        self.wait_for_graph("disk")  # the start is over
+        self.wait_for_graph("disk")  # startup is over
         self.press_shortcut()
         self.click_icon("cpu")
         self.wait_for_graph("cpu")

@@ -1,4 +1,4 @@
-"""The menu of the icons: what it shows, what its entries do under a real mouse, and what may happen while it is open."""
+"""The icons' menu: its look, its entries under a real mouse, and events while it is open."""
 
 import subprocess
 
@@ -27,7 +27,7 @@ WHITE = 0xFFFFFF
 
 
 class Entry:
-    """One entry as it is seen: its rows on the screen, and whether it has a check mark or an image before its text."""
+    """One visible entry: its rows on the screen, and whether it has a check mark or an image before its text."""
 
     def __init__(self, rows, checked, image, weight):
         self.top, self.bottom = rows
@@ -35,9 +35,9 @@ class Entry:
 
 
 class Menu:
-    """The open menu, read off its pixels: texts stand in one column, before them the images, before those the checks.
+    """The open menu, read from its pixels: columns of check marks, images and texts, from left to right.
 
-    The letters of `shape` are its entries from top to bottom: E for an entry, - for a line between them.
+    The letters of `shape` are its entries from top to bottom: E for an entry, - for a separator.
     """
 
     def __init__(self, picture, rect, scale=1):
@@ -54,7 +54,7 @@ class Menu:
         return any(pixel != WHITE for pixel in self._picture.row(y, *columns))
 
     def _runs(self, top, bottom):
-        """Neighbouring rows with something in the column of the texts."""
+        """Runs of rows with something in the text column."""
         runs, start = [], None
         for y in range(top, bottom + 1):
             ink = y < bottom and self._has_ink(y, self._texts)
@@ -75,7 +75,7 @@ class Menu:
         self.entries.append(Entry(rows, seen(self._checks), seen(self._images), self._weight(rows)))
 
     def _weight(self, rows):
-        """How long the strokes of a text are on average, from left to right: longer in bold."""
+        """The average horizontal stroke length of a text: longer in bold."""
         ink = ["".join("#" if p != WHITE else " " for p in self._picture.row(y, *self._texts)) for y in range(*rows)]
         strokes = [len(stroke) for row in ink for stroke in row.split()]
         return sum(strokes) / len(strokes)
@@ -96,7 +96,7 @@ def load_image(name, size):
 
 
 def shows_image(picture, image, left, top):
-    """Whether the opaque pixels of an image stand here."""
+    """Whether the opaque pixels of an image are at this position."""
     return all(
         picture.at(left + x, top + y) == red << 16 | green << 8 | blue
         for y, row in enumerate(image)
@@ -110,7 +110,7 @@ class MenuTest(GraphTest):
     settings = every(10000)
     scale = 1
 
-    # Positions among the entries, with all three pins there.
+    # Positions of the entries, with all three pin entries present.
     PERFORMANCE, PIN_CPU, PIN_DISK, PIN_NETWORK, SETTINGS, ABOUT, EXIT = range(7)
 
     def open_menu(self, icon=1, x=600, y=500):
@@ -118,7 +118,7 @@ class MenuTest(GraphTest):
         return self.read_menu()
 
     def read_menu(self):
-        """The menu, as soon as it is painted whole."""
+        """The menu, once it is fully painted."""
 
         def painted():
             window = self.neighbour.find(MENU_CLASS)
@@ -192,7 +192,7 @@ class OrdinaryLook(MenuTest):
 
 
 def assert_images(test, menu):
-    """Each of the four images stands before its text, opaque pixel by opaque pixel, at the size of a small icon."""
+    """Each of the four images is before its text, checked by its opaque pixels, at small icon size."""
     test.assertEqual(menu.shape, "E-E-EE")
     picture = Picture(test.desktop)
     size = 16 * test.scale
@@ -209,7 +209,7 @@ def assert_images(test, menu):
 
 
 class RightAligned(MenuTest):
-    """As on a tablet, or by the setting for handedness."""
+    """As on a tablet, or with the setting for handedness."""
 
     options = {
         "registry": [("Control Panel\\\\Desktop", '"MenuDropAlignment"="1"')]
@@ -294,7 +294,7 @@ class Keyboard(MenuTest):
             self.click(300, 200, button=RIGHT_BUTTON)
             menu = self.read_menu()
             self.assertEqual(self.neighbour.ask("foreground"), HIDDEN_WINDOW)
-            # Wine's keys go to the neighbour all the while, so a click on the bare desktop leaves the menu.
+            # Under Wine the keyboard stays with the neighbour, so dismiss the menu with a click on the desktop.
             self.click(*(menu.middle_of(number) if number is not None else (30, 700)))
             self.wait_for_no_menu()
             wait_until(lambda: self.neighbour.ask("foreground") == "neighbour", "the neighbour in the foreground", 30)
@@ -318,7 +318,7 @@ class About(MenuTest):
         self.assertRegex(lines[-3], rf"^{self.SETTINGS_FILE}: C:\\users\\.*\\AppData\\Roaming\\kestrane\\kestrane\.ini$")
         self.assertEqual(len(lines), 10)
 
-        # Its icons go on meanwhile, and so does everything else.
+        # The icons keep updating meanwhile, and everything else works too.
         self.click_icon("cpu")
         self.wait_for_graph("cpu")
         self.desktop.use_mouse("mousemove", dialog.rect[0] + 50, dialog.rect[1] + 50, "key", "Escape")
@@ -347,7 +347,7 @@ class WhileOpen(MenuTest):
         first = self.open_menu()
         for icon in (1, 2, MEMORY_ICON, 4):
             self.shell.command(f"callback {icon} {WM_CONTEXTMENU} 100 100")
-        self.click_icon("disk")  # when this is done, so are those
+        self.click_icon("disk")  # once this is done, so are those
         self.wait_for_graph("disk")
         menus = self.neighbour.windows(MENU_CLASS)
         self.assertEqual([tuple(menu.rect) for menu in menus], [first.rect])

@@ -1,4 +1,4 @@
-"""The network icon: real traffic on an interface that Wine shows, and scripted tables that change, fail and lie."""
+"""The network icon: real traffic on an interface that Wine lists, and scripted tables that change, fail and lie."""
 
 import pathlib
 import re
@@ -20,12 +20,12 @@ RATES = re.compile(r"(.*)\n(?:Down|Bajada): (\d+)[.,](\d+) (.bps)  (?:Up|Subida)
 TABLE_FAILED = "kestrane: GetIfTable2 ha fallado"
 ADDRESSES_FAILED = "kestrane: GetAdaptersAddresses ha fallado; interfaces sin IP"
 
-# The tick count of Windows goes in steps.
+# The resolution of GetTickCount64.
 CLOCK_STEP = 0.020
 
 
 def rates_of(call):
-    """Download and upload in bits per second; None when the text has none."""
+    """Download and upload in bits per second; None if the text has none."""
     match = RATES.fullmatch(call.tip)
     if match is None:
         return None
@@ -40,13 +40,13 @@ def label_of(call):
 
 
 def full_height(history):
-    """The rate that fills a column: the second highest that the icon shows, and never below 10 kbps."""
+    """The rate of a full column: the second highest in the icon, and never below 10 kbps."""
     shown = sorted(rate for rates in history for rate in rates)
     return max(shown[-2] if len(shown) > 2 else max(shown, default=0), 10000)
 
 
 def picture(columns):
-    """The icon with these pairs of heights, oldest first: what both have in common below, the rest of one above."""
+    """The icon with these pairs of heights, oldest first: the common part below, the rest of the taller above."""
     rows = [[BACKGROUND] * 16 for _ in range(16)]
     for x, (down, up) in enumerate(columns, start=16 - len(columns)):
         common = min(down, up)
@@ -60,14 +60,14 @@ class NetworkTest(DesktopTest):
         return [call for call in self.shell.since(start) if call.message == NIM_MODIFY and call.id == 4]
 
     def heights_in(self, call):
-        """The pairs of heights of all columns; fails when the icon is not made of such columns."""
+        """The pairs of heights of all columns; fails if the icon has any other pixels."""
         columns = [[row[x] for row in pixels(call)] for x in range(16)]
         heights = [tuple(column.count(BOTH) + column.count(color) for color in (DOWN, UP)) for column in columns]
         self.assertEqual(pixels(call), picture(heights))
         return heights
 
     def assert_columns_follow_the_rates(self, calls):
-        """Each image is the history of the rates in the texts, which are rounded: that may make a row more or less."""
+        """Each image is the history of the rates in the texts, which are rounded: a column may be off by one row."""
         history = []
         for call in calls:
             if rates_of(call) is not None:
@@ -80,14 +80,14 @@ class NetworkTest(DesktopTest):
 
 
 class Traffic:
-    """Datagrams from this machine to itself, so many bytes a second, as long as the block lasts."""
+    """Sends this machine datagrams at a given rate in bytes per second for the duration of the block."""
 
     def __init__(self, bytes_per_second):
         self.sent = 0
         self._rate = bytes_per_second
         self._ends = threading.Event()
         self._thread = threading.Thread(target=self._send)
-        # Nobody reads from it. When it is full the rest is dropped, behind the counters of the interface.
+        # Never read: once full, it drops the rest, but only after the interface has counted it.
         self._receiver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
         self._receiver.bind(("127.0.0.1", 0))
 
@@ -110,7 +110,7 @@ class Traffic:
 
 
 def received_octets():
-    """What each interface has received so far, as the kernel counts it."""
+    """The kernel's count of octets received by each interface so far."""
     lines = pathlib.Path("/proc/net/dev").read_text(encoding="ascii").splitlines()[2:]
     return {name.strip(): int(figures.split()[0]) for name, figures in (line.split(":") for line in lines)}
 
@@ -126,7 +126,7 @@ class RealTraffic(NetworkTest):
         self.shell.wait_for(lambda call: call.id == 4 and rates_of(call), self.first)
 
     def watch_traffic(self):
-        """Ticks from before some traffic until after it; with what was sent and what the kernel saw meanwhile."""
+        """Ticks from before some traffic until after it, with the octets sent and those that the kernel counted."""
         first = self.shell.wait_for_ticks(1, icon=4)[0]
         before = received_octets()
         with Traffic(self.RATE) as traffic:
@@ -138,7 +138,7 @@ class RealTraffic(NetworkTest):
 
     @staticmethod
     def octets_shown(calls, direction):
-        """Each rate times its tick: as many octets as the texts told."""
+        """The octets according to the texts: each rate times the duration of its tick."""
         return sum(rates_of(call)[direction] * (call.ms - last.ms) / 8000 for last, call in zip(calls, calls[1:]))
 
     def assert_tells_of(self, calls, sent, octets):
@@ -156,7 +156,7 @@ class RealTraffic(NetworkTest):
         self.assertEqual({label_of(call) for call in calls}, {"lo"})
         self.assert_tells_of(calls, sent, seen["lo"])
         self.assert_columns_follow_the_rates(self.network_changes(self.first))
-        # Before the traffic and behind it there was next to nothing, so the columns rise and fall.
+        # There was almost no traffic before and after, so the columns rise and fall.
         self.assertGreaterEqual(max(height for height, _ in self.heights_in(calls[-1])), 8)
         self.assertLessEqual(self.heights_in(calls[-1])[-1][0], 1)
 
@@ -179,7 +179,7 @@ def row(luid, alias, received, sent, kind=ETHERNET, state=1, flags=HARDWARE):
 
 
 class Tick:
-    """One tick on demand: what it showed, and between which two moments it read the clock."""
+    """One tick on demand: its result, and the two moments between which it read the clock."""
 
     def __init__(self, test):
         self.from_time = time.monotonic()
@@ -192,11 +192,11 @@ class ScriptedTable(NetworkTest):
     options = {"network": []}
     settings = every(10000)
 
-    # Apart enough for the moments to be told from each other.
+    # Long enough to tell the moments apart.
     PAUSE = 0.25
 
     def start_with(self, rows, *chosen):
-        """Starts with interfaces (numbers and names) chosen, and waits until there are rates."""
+        """Starts with these interfaces (numbers and names) chosen, and waits until there are rates."""
         self.desktop.write_network(rows)
         numbers = ",".join(f"{luid:X}" for luid, _ in chosen) or "*"
         names = "|".join(name for _, name in chosen)
@@ -210,7 +210,7 @@ class ScriptedTable(NetworkTest):
         return Tick(self)
 
     def between(self, before, after):
-        """The ticks with two tables one after the other, and no tick of the real timer in between."""
+        """Ticks with two tables in sequence, without a tick of the real timer in between."""
         while True:
             start = self.shell.mark()
             first = self.show(before)
@@ -220,7 +220,7 @@ class ScriptedTable(NetworkTest):
                 return first, second
 
     def assert_rates(self, before, after, down, up):
-        """From one table to the other so many octets go by: the rate is theirs over the time that really passed."""
+        """The rates between two tables with these differences in octets, over the time actually elapsed."""
         first, second = self.between(before, after)
         shortest = second.from_time - first.to_time - CLOCK_STEP
         longest = second.to_time - first.from_time + CLOCK_STEP
@@ -297,8 +297,8 @@ class Connections(ScriptedTable):
             ([(2, "")], "Loopback", 2 * n, n),
             ([(3, "")], "Filter", 4 * n, 3 * n),  # by its number, not by its name
             ([(3, ""), (1, "")], "Filter, Ethernet", 5 * n, 3 * n),
-            ([(1, ""), (1, "")], "Ethernet, Ethernet", 2 * n, 0),  # twice chosen counts twice
-            ([(1, ""), (4, "")], "Ethernet, Wi-Fi", n, 0),  # what is down is but named
+            ([(1, ""), (1, "")], "Ethernet, Ethernet", 2 * n, 0),  # chosen twice counts twice
+            ([(1, ""), (4, "")], "Ethernet, Wi-Fi", n, 0),  # one that is down is only named
             ([(1, ""), (9, "Gone")], "Ethernet, Gone", n, 0),
             ([(9, "eTHERNET")], "Ethernet", n, 0),
             ([(9, "Gone"), (8, "LOOPBACK")], "Gone, Loopback", 2 * n, n),
@@ -328,7 +328,7 @@ class Connections(ScriptedTable):
         self.start_with([row(1, "Conexión ñandú", 10**6, 10**6)], (1, "cONEXIón ñANDú"))
         second = [row(2, "Conexión ñandú", 10**6, 10**6)]
         zero = "Conexión ñandú\nDown: 0.0 kbps  Up: 0.0 kbps"
-        self.assertEqual(self.show(second).call.tip, zero)  # its own first tick
+        self.assertEqual(self.show(second).call.tip, zero)  # its first tick
         self.assert_rates(second, [row(2, "Conexión ñandú", 2 * 10**6, 4 * 10**6)], 10**6, 3 * 10**6)
 
     def test_a_list_that_is_malformed_means_all_connections(self):
@@ -397,7 +397,7 @@ class HostileTables(ScriptedTable):
         for name, shown in (
             ("", "Network" + rates),
             ("n" * 127, "n" * 127),  # the rates are cut away
-            ("n" * 257, "n" * 127),  # without an end mark
+            ("n" * 257, "n" * 127),  # without a terminator
             ("n" * 300, "n" * 127),
             ("n" * (127 - len(rates)), "n" * (127 - len(rates)) + rates),
             ("n" * (128 - len(rates)), "n" * (128 - len(rates)) + rates[:-1]),

@@ -1,11 +1,11 @@
-"""DLLs that somebody has put beside the program under names of the system's own: it loads none of them."""
+"""DLLs planted beside the program under the names of system DLLs: it loads none of them."""
 
 import shutil
 
 from harness import BUILD, main, wait_until, windows_path
 from onscreen import KINDS, WM_CONTEXTMENU, GraphTest, all_open, middle_of
 
-# What programs of this kind load sooner or later, by themselves or through the system's DLLs.
+# DLLs that programs of this kind load sooner or later, directly or through system DLLs.
 NAMES = """bcrypt comctl32 cryptbase dbghelp dnsapi dwmapi iphlpapi netapi32 ntmarta oleacc pdh profapi propsys secur32
     setupapi userenv uxtheme version winhttp winmm winsta wtsapi32""".split()
 
@@ -24,10 +24,10 @@ class PlantedDlls(GraphTest):
         cls.bare = shutil.copy(BUILD / "bare.exe", cls.folder)
 
     def loaded_folder(self, name):
-        """Where the files are left, and the environment that says so."""
+        """The folder for the marker files, and the environment that names it."""
         folder = self.desktop.folder / name
         folder.mkdir()
-        # Wine prefers its own DLL to a file of the same name; Windows does not.
+        # Wine prefers its own DLLs to files of the same name; Windows does not.
         overrides = self.desktop.environment["WINEDLLOVERRIDES"] + f";{','.join(NAMES)}=n,b"
         return folder, {"LOADED_FOLDER": windows_path(folder), "WINEDLLOVERRIDES": overrides}
 

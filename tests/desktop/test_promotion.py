@@ -1,4 +1,4 @@
-"""The icons' entries in the registry of a shell that keeps them, and what the real program makes of its own."""
+"""Promotion of the icons in the registry of a shell that keeps entries, by the real program."""
 
 from harness import DesktopTest, every, main
 
@@ -8,7 +8,7 @@ PROGRAM_FILES = "{6D809377-6AF0-444B-8957-A3773F02200E}"
 
 
 def entry(number, path):
-    """The options' line of an entry that names a program."""
+    """The Desktop option for an entry that names a program."""
     return (f"{ENTRIES}\\\\{number}", f'"ExecutablePath"="{path}"'.replace("\\", "\\\\"))
 
 

@@ -1,4 +1,4 @@
-"""A settings file that is ruined, hostile or out of reach: the program shows its defaults and leaves the file alone."""
+"""A settings file that is corrupt, hostile or inaccessible: the program uses its defaults and leaves the file alone."""
 
 import random
 import shutil
@@ -12,7 +12,7 @@ class Ruined(SettingsTest):
     GOOD = "[general]\nlanguage=1\n[colors]\ncpu_bg=000000\n[memory]\nbar=0\n"
 
     def assert_left_alone(self, content):
-        """The program shows the defaults, and the file is afterwards what it was, and as old as it was."""
+        """The program uses the defaults, and the file keeps its content and its time stamp."""
         path = self.desktop.ini_path
         before = path.stat().st_mtime_ns
         self.assert_defaults(self.run_with_the_file())

@@ -1,4 +1,4 @@
-"""The settings file: the icons obey it, whatever hand wrote it."""
+"""The settings file: the icons obey it, even if it was edited by hand."""
 
 import math
 
@@ -20,7 +20,7 @@ from settings_icons import (
 )
 
 
-# The periods that can be chosen, in milliseconds.
+# The available periods, in milliseconds.
 PERIODS = (500, 1000, 1500, 3000, 5000, 10000)
 
 
@@ -95,7 +95,7 @@ class Icons(SettingsTest):
 
 
 class Fonts(SettingsTest):
-    """The digits of two fonts are compared at the same percentage, never with pixels known beforehand."""
+    """Compares the digits of two fonts at the same percentage, never with fixed pixels."""
 
     def setUp(self):
         super().setUp()
@@ -107,7 +107,7 @@ class Fonts(SettingsTest):
         self.desktop.end_kestrane()
 
     def compare(self, one, other):
-        """The digits with each of two sections, at a percentage that both have shown."""
+        """The digits with each of two settings, at a percentage that both have shown."""
         for _ in range(20):
             common = self.images.get(one, {}).keys() & self.images.get(other, {}).keys()
             if common:
@@ -125,7 +125,7 @@ class Fonts(SettingsTest):
 
     @staticmethod
     def ink(image):
-        """How much of the colour is there, and over how many rows."""
+        """The total amount of the colour, and the number of rows it covers."""
         return sum(value >> 24 for row in image for value in row), sum(any(row) for row in image)
 
     def test_the_size(self):
@@ -153,7 +153,7 @@ class Presence(SettingsTest):
         start = self.shell.mark()
         self.desktop.start_kestrane()
         self.shell.wait_for(lambda call: call.message == NIM_ADD and call.answer, start)
-        self.tick(MEMORY_TIMER)  # dealt with after the start
+        self.tick(MEMORY_TIMER)  # processed after startup
         self.desktop.end_kestrane()
         return {call.id for call in self.shell.since(start) if call.message == NIM_ADD and call.answer}
 
@@ -166,7 +166,7 @@ class Presence(SettingsTest):
             ("1110", {1, 2, 3}),
             ("0010", {3}),
             ("0000", {1, 2, 3, 4}),
-            ("2000", {1}),  # what is neither 0 nor 1 is as if absent
+            ("2000", {1}),  # neither 0 nor 1, so as if absent
         ):
             with self.case(values):
                 lines = "".join(f"{name}={value}\n" for name, value in zip(names, values))
@@ -177,7 +177,8 @@ class Presence(SettingsTest):
         return (times[-1] - times[0]) / (len(times) - 1)
 
     def assert_periods(self, settings, slowest, **periods):
-        """On average an icon ticks nearer to its period than to any other choice, however busy this machine is."""
+        """On average an icon's ticks are closer to its period than to any other choice, however busy this machine
+        is."""
         icons = {"cpu": CPU, "disk": DISK, "memory": MEMORY, "network": NETWORK}
         self.desktop.write_ini(settings)
         self.start()
@@ -196,7 +197,7 @@ class Presence(SettingsTest):
     def test_each_icon_has_its_own_period(self):
         written = {"cpu": 500, "disk": 1000, "memory": 700, "network": 3000}
         settings = "".join(f"[{section}]\nrefresh_ms={period}\n" for section, period in written.items())
-        # 700 is none of the choices, so it is the default.
+        # 700 is not a choice, so it becomes the default.
         self.assert_periods(settings, "network", cpu=500, disk=1000, memory=1500, network=3000)
 
     def test_a_former_common_period_leaves_the_network_alone(self):

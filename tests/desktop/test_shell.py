@@ -1,4 +1,4 @@
-"""The four icons as the shell sees them, and what becomes of them when the shell refuses, forgets and restarts."""
+"""The four icons as the shell sees them, and when the shell refuses, forgets and restarts."""
 
 from harness import (
     CPU_TIMER,
@@ -26,7 +26,7 @@ ADD_REFUSED = "kestrane: NIM_ADD ha fallado"
 
 
 FAST = every(500)
-SLOW = every(10000)  # no tick comes between the calls that are looked at
+SLOW = every(10000)  # no tick comes between the checked calls
 
 ADDED = [(message, icon, True, 1) for icon in (1, 2, 3, 4) for message in (NIM_ADD, NIM_SETVERSION)]
 REFRESHED = [(NIM_MODIFY, icon, True, 1) for icon in (1, 2, 3, 4)]
@@ -37,7 +37,7 @@ def is_image(call):
 
 
 def steps(calls):
-    """Calls as the shell's protocol: message, icon, by GUID or not, answer."""
+    """Calls in short: message, icon, by GUID or not, result."""
     return [(call.message, call.id, bool(call.flags & NIF_GUID), call.answer) for call in calls]
 
 
@@ -103,11 +103,11 @@ class Misbehaviour(DesktopTest):
     settings = FAST
 
     def start_logged(self):
-        """Starts without waiting for anything; the process."""
+        """Starts without waiting for anything and returns the process."""
         return self.desktop.start_kestrane_logged()
 
     def wait_for_change(self, icon, start):
-        """The first change of an icon that the shell took."""
+        """The first change of an icon that the shell accepted."""
         matches = lambda call: call.message == NIM_MODIFY and call.id == icon and call.answer
         return self.shell.wait_for(matches, start, f"a change of icon {icon}")
 
@@ -143,7 +143,7 @@ class Misbehaviour(DesktopTest):
         start = self.shell.command("refuse all on")
         process = self.start_logged()
         adds = self.shell.wait_for_count(4, lambda call: call.id == 1 and call.message == NIM_ADD, start)
-        # At start once by GUID and once without; then once with the first image and once at each tick, without.
+        # At startup once by GUID and once without; then without, once with the first image and once per tick.
         self.assertEqual([bool(call.flags & NIF_GUID) for call in adds], [True, False, False, False])
         self.assertTrue(is_image(adds[2]))
         self.assertEqual({call.message for call in self.shell.since(start)}, {NIM_ADD})

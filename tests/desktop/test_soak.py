@@ -1,4 +1,4 @@
-"""Days of life in a minute: ticks by the thousand with the graphs open, the menu opened, the shell restarted.
+"""Days of use in a minute: thousands of ticks with the graphs open, the menu opened, the shell restarted.
 
 scripts/soak.sh runs the same with 200,000 ticks of each kind.
 """
@@ -27,17 +27,17 @@ from onscreen import KINDS, PLACES, WM_CONTEXTMENU, GraphTest, Picture, all_open
 TIMERS = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
 ICONS = {1, 2, 3, 4}
 
-# Of each of the four kinds; the shell restarts after every thousand. One GDI object lost with each of them would pass
-# the 16,000 that a process may have under Wine, and calls would fail; those of a single kind show as memory.
+# Per timer; the shell restarts after every thousand. A GDI object leaked in every tick would exceed the 16,000 that
+# Wine allows a process, and calls would fail; a leak in one kind of tick shows as memory growth.
 TICKS = int(os.environ.get("KESTRANE_SOAK_TICKS", 5000))
 ROUND = 1000
 
-# Each opening makes a menu and an image for each of its entries.
+# Each opening creates a menu and an image for each of its entries.
 MENUS_A_ROUND = 5
 PAINTS_A_ROUND = 100
 
-# What the rings take they have from the start, so after the first round nothing more should be needed. But Wine keeps
-# the path of the program with every icon that LoadImageW has made, DestroyIcon or not, and a menu takes four.
+# The rings are allocated at startup, so nothing more should be needed after the first round. But Wine keeps the
+# program's path for every icon that LoadImageW has created, even after DestroyIcon, and a menu loads four.
 ALLOWED_GROWTH_KB = 256
 WINE_KEEPS_BYTES = 4 * (2 * len(windows_path(BUILD / "kestrane.exe")) + 48) * MENUS_A_ROUND * TICKS / ROUND
 
@@ -47,7 +47,8 @@ class Soak(GraphTest):
     settings = all_open() + "[memory]\nrefresh_ms=10000\n"
 
     def run_ticks(self):
-        """A thousand ticks of each kind, and each has shown its icon; the program's own timers add one now and then."""
+        """A thousand ticks of each kind, each of which updates its icon; the program's own timers add one now and
+        then."""
         start = self.shell.mark()
         self.assertTrue(self.desktop.send_messages(len(TIMERS) * ROUND, WM_TIMER, *TIMERS))
         calls = self.shell.since(start)
@@ -67,7 +68,7 @@ class Soak(GraphTest):
         wait_until(lambda: not self.neighbour.mode().menu, "the end of the menu")
 
     def restart_shell(self):
-        """All icons come back. One may be added twice: a tick of its own may find it gone before the news arrives."""
+        """All icons come back. One may be added twice: its tick may find it gone before the broadcast arrives."""
         start = self.shell.mark()
         self.shell.command("restart")
         for icon in ICONS:
@@ -84,7 +85,8 @@ class Soak(GraphTest):
         self.desktop.check_for_crashes()
 
     def assert_shows_what_comes(self):
-        """New figures reach icons and graphs; the network's are the machine's own, so its readout moves instead."""
+        """New figures reach icons and graphs; the network's are the machine's real ones, so its readout is moved
+        instead."""
         icons = self.run_ticks()
         before = Picture(self.desktop)
         self.desktop.write_counters(counters(90, read=90000000, write=90000000))
@@ -99,7 +101,7 @@ class Soak(GraphTest):
 
     def test_a_long_life_leaves_nothing_behind(self):
         process = self.start_with(*KINDS)
-        self.point_at(*middle_of(PLACES["network"]))  # this graph shows its readout too
+        self.point_at(*middle_of(PLACES["network"]))  # so that this graph also paints its readout
         server = wineserver(self.desktop.prefix)
         sizes, server_sizes = [], []
         for done in range(ROUND, TICKS + 1, ROUND):
@@ -109,10 +111,10 @@ class Soak(GraphTest):
             if done % (TICKS // 10 or 1) < ROUND:
                 print(f"{done} ticks of each kind: {sizes[-1]} KB, the Wine server {server_sizes[-1]} KB", flush=True)
             self.assertIsNone(process.poll())
-        # What is lost stays lost; what is only borrowed for a while is not.
+        # The lower of the last two: a leak is permanent, temporary use is not.
         growth = min(sizes[-2:]) - sizes[0] - WINE_KEEPS_BYTES / 1024
         self.assertLessEqual(growth, ALLOWED_GROWTH_KB, f"KB after each thousand: {sizes}")
-        # Handles, windows and menus take their memory in the server.
+        # Handles, windows and menus take memory in the server.
         growth = min(server_sizes[-2:]) - server_sizes[0]
         self.assertLessEqual(growth, ALLOWED_GROWTH_KB, f"KB of the Wine server: {server_sizes}")
         self.assert_shows_what_comes()

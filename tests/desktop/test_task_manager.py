@@ -1,4 +1,4 @@
-"""Opening Task Manager: Wine's own really starts, and its settings file holds the page of what was clicked."""
+"""Opening Task Manager: Wine's own really starts, and the settings file has the page of the clicked icon."""
 
 import shutil
 import subprocess
@@ -21,7 +21,7 @@ from test_menu import MEMORY_ICON, MenuTest
 TITLE = "Task Manager"
 CPU_ICON, DISK_ICON, NETWORK_ICON = 1, 2, 4
 
-# Percent of the time with reading and writing: 5 and 5 on the first disk, 45 and 15 on the second, 3 and 48 on the third.
+# Read and write percentages: 5 and 5 on the first disk, 45 and 15 on the second, 3 and 48 on the third.
 READ_MOST, WRITTEN_MOST = disk("1 D:", 40, 300, 100), disk("2 E:", 49, 30, 480)
 MACHINE = disk("0 C:", 90, 100, 100) + READ_MOST + WRITTEN_MOST
 
@@ -72,7 +72,7 @@ class TaskManagerTest(MenuTest):
         self.shell.command(f"callback {MEMORY_ICON} {WM_LBUTTONDBLCLK} 600 500")
 
     def assert_opens(self, action, content):
-        """Task Manager comes up, with this in its file, and is ended again."""
+        """Task Manager starts with this content in its file, and is ended again."""
         action()
         self.wait_for_task_managers()
         self.assertEqual(self.file.read_bytes(), content)
@@ -99,7 +99,7 @@ class Pages(TaskManagerTest):
         for event in (NIN_SELECT, NIN_KEYSELECT):
             self.shell.command(f"callback {MEMORY_ICON} {event} 600 500")
         self.click_icon("cpu")
-        self.wait_for_graph("cpu")  # when this is done, so are those
+        self.wait_for_graph("cpu")  # once this is done, so are those
         self.assertFalse(self.folder.exists())
         self.assertEqual(self.task_managers(), [])
 
@@ -134,7 +134,7 @@ class Pages(TaskManagerTest):
             (one + disk("12 Z:", 0, 1, 0), 14),
             (one + disk("99 Z:", 0, 1, 0), 101),
             (one + disk("123 Z:", 0, 1, 0), 101),
-            ([], 2),  # no disk is known any more
+            ([], 2),  # no disk is left
         ):
             with self.subTest(counters):
                 self.desktop.write_counters(counters)
@@ -190,7 +190,7 @@ class File(TaskManagerTest):
         self.wait_for_task_managers()
         for number, open_it in enumerate((self.choose_performance, self.double_click_memory), start=2):
             open_it()
-            # Windows brings the one that runs to the front; Wine's has no such habit.
+            # On Windows the running instance comes to the front; Wine starts another.
             self.wait_for_task_managers(number)
         self.assertEqual((self.file.read_bytes(), self.file.stat().st_mtime_ns), (content, age))
         self.end_task_managers()

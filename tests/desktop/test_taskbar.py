@@ -1,4 +1,4 @@
-"""The icons in Wine's own taskbar: what is seen there, and what real clicks do."""
+"""The icons in Wine's own taskbar: their look, and real clicks."""
 
 import unittest
 
@@ -7,17 +7,17 @@ from onscreen import DIALOG_CLASS, GRAPH_CLASS, LEFT_BUTTON, MENU_CLASS, RIGHT_B
 
 EDGE = 16
 
-# The taskbar stands along the lower edge of the screen.
+# The taskbar is at the bottom edge of the screen.
 STRIP = range(770, 800 - EDGE + 1)
 
-# The memory icon is text on nothing, so what is seen of it depends on the taskbar.
+# The memory icon has a transparent background, so its look depends on the taskbar.
 OPAQUE_ICONS = {1: "cpu", 2: "disk", 4: "network"}
 
 DISK = r"value|\PhysicalDisk(*)"
 
 
 def counters(percent):
-    """The processor and the disk at so many percent, the disk with reading and writing."""
+    """CPU and disk at this percentage, the disk for both reading and writing."""
     return [
         rf"value|\Processor Information(_Total)\% Processor Utility||{percent}|0",
         rf"{DISK}\% Idle Time|0 C:|{100 - percent}|0",
@@ -29,7 +29,7 @@ def counters(percent):
 
 
 def find_image(picture, rows):
-    """Where these pixels stand on the taskbar; None if they are not there."""
+    """The position of these pixels on the taskbar; None if they are not there."""
     wanted = [[pixel & 0xFFFFFF for pixel in row] for row in rows]
     for y in STRIP:
         for x in range(picture.width - EDGE, picture.width // 2, -1):
@@ -42,7 +42,7 @@ class Taskbar(unittest.TestCase):
     def setUp(self):
         self.desktop = Desktop(counters=counters(50))
         self.addCleanup(self.desktop.close)
-        # Away from the icons, which the graphs would cover here: Wine does not take the taskbar off the work area.
+        # Away from the icons, which the graphs would cover here: Wine does not exclude the taskbar from the work area.
         place = "x=100\ny={}\nwidth=400\nheight=200\n"
         settings = every(10000).replace("[cpu]\n", "[cpu]\n" + place.format(100))
         self.desktop.write_ini(settings.replace("[disk]\n", "[disk]\n" + place.format(400)))
@@ -50,7 +50,7 @@ class Taskbar(unittest.TestCase):
         self.neighbour = Neighbour(self.desktop, TASKBAR_DESKTOP)
         self.desktop.start_kestrane_at_taskbar()
         self.shell.wait_for_ticks(2, icon=4, start=0)
-        for percent in (10, 90, 40, 70, 20):  # so that no two icons are alike
+        for percent in (10, 90, 40, 70, 20):  # so that all icons differ
             self.desktop.write_counters(counters(percent))
             self.shell.command(f"tick {CPU_TIMER}")
             self.shell.command(f"tick {DISK_TIMER}")
@@ -82,14 +82,14 @@ class Taskbar(unittest.TestCase):
         (x, y), (disk_x, disk_y) = self.wait_for_icon(1), self.wait_for_icon(2)
         self.desktop.use_mouse("mousemove", x + EDGE // 2, y + EDGE // 2, "click", "--repeat", 2, LEFT_BUTTON)
         wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - CPU"), "the CPU graph")
-        # When a later click has had its effect, all of the double click has.
+        # Once a later click has taken effect, so has all of the double click.
         self.desktop.use_mouse("mousemove", disk_x + EDGE // 2, disk_y + EDGE // 2, "click", LEFT_BUTTON)
         wait_until(lambda: self.neighbour.find(GRAPH_CLASS, "kestrane - disk"), "the disk graph")
         self.assertEqual(len(self.neighbour.windows(GRAPH_CLASS)), 2)
 
     def test_a_double_click_on_the_memory_icon_opens_task_manager(self):
         (disk_x, y), (network_x, _) = self.wait_for_icon(2), self.wait_for_icon(4)
-        x = (disk_x + network_x) // 2  # it stands between those two
+        x = (disk_x + network_x) // 2  # it is between those two
         self.desktop.use_mouse("mousemove", x + EDGE // 2, y + EDGE // 2, "click", "--repeat", 2, LEFT_BUTTON)
         wait_until(lambda: self.neighbour.find(DIALOG_CLASS, "Task Manager"), "Task Manager")
         file = self.desktop.ini_path.parents[2] / "Local" / "Microsoft" / "Windows" / "TaskManager" / "settings.json"

@@ -1,15 +1,15 @@
-"""Hours of ticks in a minute: the program stays alive, keeps painting, and keeps its size."""
+"""Hours of ticks in a minute: the program keeps running, painting, and its size."""
 
 from harness import NIM_MODIFY, WM_TIMER, DesktopTest, main, private_kilobytes
 
 CPU_TIMER, MEMORY_TIMER, NETWORK_TIMER, DISK_TIMER = 1, 3, 4, 5
 
-# More ticks than a process may have GDI objects under Wine (some 16,000): an icon or a bitmap lost per tick would stop
+# More ticks than the GDI objects that Wine allows a process (some 16,000): an icon or bitmap leaked per tick would stop
 # the painting before the end.
 WARM_UP = 2000
 TICKS = 20000
 
-# The rings have their full size from the start, so what a tick takes it gives back.
+# The rings have their full size from the start, so a tick must release all it allocates.
 ALLOWED_GROWTH_KB = 512
 
 DISK = r"\PhysicalDisk(*)"

@@ -131,6 +131,9 @@ std::size_t MemoryLevel(const AppSettings& settings, std::int32_t percent) {
 }
 
 MemoryColors MemoryLevelColors(const AppSettings& settings, std::int32_t percent) {
+    static_assert(Mem1Bg == MemBg + 2 && Mem2Bg == MemBg + 4 && Mem3Bg == MemBg + 6);
+    static_assert(Mem1Text == MemText + 2 && Mem2Text == MemText + 4 && Mem3Text == MemText + 6);
+    static_assert(Mem1Border == MemBorder + 1 && Mem2Border == MemBorder + 2 && Mem3Border == MemBorder + 3);
     const std::size_t level = MemoryLevel(settings, percent);
     return {settings.colors[MemBg + 2 * level], settings.colors[MemText + 2 * level],
             settings.colors[MemBorder + level]};

@@ -158,6 +158,7 @@ inline constexpr auto MarginChoices = CountFrom<21>(0);    // pixels
 inline constexpr auto FontSizeChoices = CountFrom<27>(6);  // pixels on a 16-pixel icon, or in a graph at 96 DPI
 /// By Lang. Each language is named in its own language, so these names need no translation.
 inline constexpr std::array<const wchar_t*, 3> LanguageChoices{L"Automático", L"Español", L"English"};
+static_assert(LanguageChoices.size() == LangEnglish + 1 && LangAutomatic == 0 && LangSpanish == 1);
 
 /// The settings of a user who never changed anything.
 AppSettings MakeDefaultSettings();

@@ -109,6 +109,13 @@ constexpr auto Rows = std::to_array<SettingRow>({
 // clang-format on
 #undef FIELD
 
+/// For the tabs up to Network.
+constexpr SettingOwner OwnerOf(SettingsTab tab) {
+    return static_cast<SettingOwner>(tab);
+}
+static_assert(OwnerOf(SettingsTab::Cpu) == Cpu && OwnerOf(SettingsTab::Disk) == Disk &&
+              OwnerOf(SettingsTab::Memory) == Memory && OwnerOf(SettingsTab::Network) == Network);
+
 static_assert(std::ranges::is_sorted(Rows, {}, &SettingRow::owner));
 
 SettingRows RowsOf(SettingOwner owner) {
@@ -132,7 +139,7 @@ SettingRows AllRows() {
 
 SettingRows TabRows(SettingsTab tab) {
     if (tab > SettingsTab::Network) return {};
-    return RowsOf(static_cast<SettingOwner>(tab));
+    return RowsOf(OwnerOf(tab));
 }
 
 SettingRows WindowRows(GraphKind kind) {

@@ -21,7 +21,7 @@ std::size_t BandOf(std::int64_t position, std::int64_t low, std::int64_t high, s
 Rect TaskbarAnchorRect(std::uint32_t edge, const Rect& workArea, std::int32_t width, std::int32_t height) {
     const std::int32_t left = edge == TaskbarLeft ? workArea.left : SubtractSaturated(workArea.right, width);
     const std::int32_t top = edge == TaskbarTop ? workArea.top : SubtractSaturated(workArea.bottom, height);
-    return {left, top, AddSaturated(left, width), AddSaturated(top, height)};
+    return RectOf(left, top, width, height);
 }
 
 Rect StackedGraphRect(std::uint32_t edge, const Rect& workArea, std::int32_t width, std::int32_t height,

@@ -14,6 +14,7 @@
 #include "app/entry_win32.h"
 #include "app/hidden_window_win32.h"
 #include "support/call_log.h"
+#include "support/fake_module_path_win32.h"
 #include "support/real_call_win32.h"
 
 namespace {
@@ -48,7 +49,6 @@ struct World {
     bool endsInDispatch = false;  // the program ends in a nested loop, which swallows WM_QUIT
     LSTATUS machineKeyStatus = ERROR_SUCCESS;
     LSTATUS machineValueStatus = ERROR_SUCCESS;  // of writing and deleting it
-    DWORD pathLength = 0;                        // of the executable; 0: the real one
 };
 World world;
 
@@ -198,16 +198,6 @@ LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
     return REAL(L"advapi32", RegDeleteValueW)(key, name);
 }
 
-DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
-    if (world.pathLength == 0) {
-        return REAL(L"kernel32", GetModuleFileNameW)(module, path, size);
-    }
-    const DWORD copied = std::min(world.pathLength, size - 1);
-    std::fill_n(path, copied, L'x');
-    path[copied] = 0;
-    return copied < world.pathLength ? size : copied;
-}
-
 void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
     std::string narrow;
     for (; *text != 0; ++text)
@@ -239,7 +229,6 @@ decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
 decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
-decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW = &FakeGetModuleFileNameW;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 }
 
@@ -250,6 +239,7 @@ class EntryTest : public testing::Test {
   protected:
     EntryTest() {
         world = World{};
+        toldPath.reset();
         Calls().clear();
     }
 
@@ -454,13 +444,13 @@ TEST_F(EntryTest, ClearingTakesAwayAValueOfAnyType) {
 }
 
 TEST_F(EntryTest, APathThatTheRunKeyCannotHoldIsAFailureAndNotCut) {
-    world.pathLength = 259;
+    toldPath = std::wstring(259, L'x');
     EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
-    const std::wstring longest = L"\"" + std::wstring(259, L'x') + L"\"";
+    const std::wstring longest = L"\"" + *toldPath + L"\"";
     EXPECT_EQ(MachineRunValue(), longest);
     EXPECT_TRUE(Calls().empty());
     for (const DWORD length : {260U, 261U, 519U, 520U, 32767U, 100000U}) {
-        world.pathLength = length;
+        toldPath = std::wstring(length, L'x');
         Calls().clear();
         EXPECT_EQ(Main(Module, L"--autostart-machine set"), 1) << length;
         EXPECT_EQ(MachineRunValue(), longest) << length;

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "base/handles_win32.h"
+#include "support/fake_module_path_win32.h"
 #include "support/real_call_win32.h"
 #include "support/recorded_log.h"
 
@@ -36,7 +37,6 @@ struct Refusals {
 };
 Refusals refusals;
 std::vector<REGSAM> subkeyAccess;
-std::wstring toldPath;  // of the executable; empty: the real one
 
 /// The one known folder.
 struct KnownFolder {
@@ -76,15 +76,6 @@ LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD 
     return real(key, name, reserved, type, data, size);
 }
 
-DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size) {
-    static const auto real = REAL(L"kernel32", GetModuleFileNameW);
-    if (toldPath.empty()) return real(module, path, size);
-    const std::size_t copied = std::min<std::size_t>(toldPath.size(), size - 1);
-    std::copy_n(toldPath.c_str(), copied, path);
-    path[copied] = 0;
-    return copied < toldPath.size() ? size : static_cast<DWORD>(copied);
-}
-
 void WINAPI FakeCoTaskMemFree(void* memory) {
     if (memory != nullptr) --programFiles.textsHeld;
     std::free(memory);
@@ -95,7 +86,6 @@ void WINAPI FakeCoTaskMemFree(void* memory) {
 
 extern "C" {
 decltype(&CoTaskMemFree) __imp_CoTaskMemFree = &kestrane::FakeCoTaskMemFree;
-decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW = &kestrane::FakeGetModuleFileNameW;
 decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &kestrane::FakeRegOpenKeyExW;
 decltype(&RegCloseKey) __imp_RegCloseKey = &kestrane::FakeRegCloseKey;
 decltype(&RegQueryValueExW) __imp_RegQueryValueExW = &kestrane::FakeRegQueryValueExW;
@@ -183,7 +173,7 @@ class PromotionTest : public testing::Test {
     static void Reset() {
         refusals = {};
         subkeyAccess.clear();
-        toldPath.clear();
+        toldPath.reset();
         programFiles = {};
         openKeys = 0;
         debugLines.clear();
@@ -236,8 +226,8 @@ TEST_F(PromotionTest, OtherProgramsAreLeftAlone) {
 
 TEST_F(PromotionTest, ALongOwnPathIsComparedWhole) {
     toldPath = L"C:\\" + std::wstring(300, L'x') + L"\\kestrane.exe";
-    SetPath(L"1", toldPath);
-    SetPath(L"2", toldPath.substr(0, 259));
+    SetPath(L"1", *toldPath);
+    SetPath(L"2", toldPath->substr(0, 259));
     PromoteIcons();
     EXPECT_EQ(Promoted(L"1"), 1U);
     EXPECT_EQ(Promoted(L"2"), std::nullopt) << "another program";

@@ -8,11 +8,11 @@
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "base/handles_win32.h"
 #include "support/real_call_win32.h"
+#include "support/test_folder_win32.h"
 
 namespace {
 
@@ -64,17 +64,10 @@ namespace {
 
 class FoldersTest : public testing::Test {
   protected:
-    FoldersTest() {
-        RemoveRoot();
-        fs::create_directory(root_);
-        world = {};
-    }
-    ~FoldersTest() override {
-        world = {};
-        RemoveRoot();
-    }
+    FoldersTest() { world = {}; }
+    ~FoldersTest() override { world = {}; }
 
-    std::wstring Below(const std::wstring& names) const { return root_ + L"\\" + names; }
+    std::wstring Below(const std::wstring& names) const { return folder_.Path().wstring() + L"\\" + names; }
 
     void WriteFileBelow(const std::wstring& name) const {
         const UniqueFile file(CreateFileW(Below(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
@@ -82,14 +75,7 @@ class FoldersTest : public testing::Test {
     }
 
   private:
-    /// Works for paths of any length.
-    void RemoveRoot() const {
-        std::error_code none;
-        fs::remove_all(L"\\\\?\\" + root_, none);
-    }
-
-    const std::wstring root_ =
-        (fs::temp_directory_path() / (L"kestrane-folders-" + std::to_wstring(GetCurrentProcessId()))).wstring();
+    const TestFolder folder_;
 };
 
 TEST_F(FoldersTest, AllThatAreMissingAreMade) {

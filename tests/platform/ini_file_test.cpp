@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -20,6 +21,7 @@
 #include "base/handles_win32.h"
 #include "support/random_settings.h"
 #include "support/real_call_win32.h"
+#include "support/test_folder_win32.h"
 
 namespace {
 
@@ -112,23 +114,17 @@ std::string Utf16WithMark(const std::wstring& text) {
     return bytes;
 }
 
-/// A fresh folder for each test, because the system may cache a file by its name.
 class IniFileTest : public testing::Test {
   protected:
     IniFileTest() { StartAnew(); }
 
     void StartAnew() {
-        RemoveRoot();
         world = {};
-        static int number = 0;
-        root_ = std::filesystem::temp_directory_path() /
-                (L"kestrane-ini-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number));
-        std::filesystem::create_directory(root_);
-        world.roaming = root_.wstring();
+        folder_.emplace();
+        world.roaming = folder_->Path().wstring();
     }
-    ~IniFileTest() override { RemoveRoot(); }
 
-    std::filesystem::path Folder() const { return root_ / L"kestrane"; }
+    std::filesystem::path Folder() const { return folder_->Path() / L"kestrane"; }
     std::wstring Ini() const { return (Folder() / L"kestrane.ini").wstring(); }
 
     void WriteBytes(const std::string& bytes) const {
@@ -173,12 +169,7 @@ class IniFileTest : public testing::Test {
     }
 
   private:
-    void RemoveRoot() {
-        if (root_.empty()) return;
-        std::filesystem::remove_all(root_);
-    }
-
-    std::filesystem::path root_;
+    std::optional<TestFolder> folder_;
 };
 
 AppSettings WithCpuForeground(ColorValue color) {

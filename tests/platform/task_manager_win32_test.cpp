@@ -26,6 +26,7 @@
 #include "support/call_log.h"
 #include "support/real_call_win32.h"
 #include "support/recorded_log.h"
+#include "support/test_folder_win32.h"
 
 namespace {
 
@@ -220,25 +221,19 @@ constexpr const wchar_t* WriteFailed = L"kestrane: no se pudo escribir settings.
 class TaskManagerTest : public testing::Test {
   protected:
     TaskManagerTest() { StartAnew(); }
-    ~TaskManagerTest() override {
-        EXPECT_THAT(world.streams, IsEmpty());
-        RemoveRoot();
-    }
+    ~TaskManagerTest() override { EXPECT_THAT(world.streams, IsEmpty()); }
 
     void StartAnew() {
-        RemoveRoot();
         world = {};
         debugLines.clear();
         Calls().clear();
-        static int number = 0;
-        root_ = std::filesystem::temp_directory_path() /
-                (L"kestrane-task-manager-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number));
-        std::filesystem::create_directory(root_);
-        world.localData = root_.wstring();
+        folder_.emplace();
+        world.localData = Root().wstring();
         world.settingsAtStart = Settings();
     }
 
-    std::filesystem::path Folder() const { return root_ / L"Microsoft" / L"Windows" / L"TaskManager"; }
+    const std::filesystem::path& Root() const { return folder_->Path(); }
+    std::filesystem::path Folder() const { return Root() / L"Microsoft" / L"Windows" / L"TaskManager"; }
     std::wstring Settings() const { return (Folder() / L"settings.json").wstring(); }
 
     void WriteSettings(const std::string& bytes) const {
@@ -259,13 +254,8 @@ class TaskManagerTest : public testing::Test {
         }
     }
 
-    std::filesystem::path root_;
-
   private:
-    void RemoveRoot() const {
-        std::error_code error;
-        if (!root_.empty()) std::filesystem::remove_all(root_, error);
-    }
+    std::optional<TestFolder> folder_;
 };
 
 TEST_F(TaskManagerTest, WithoutAnyFileBothFolderAndFileAreMade) {
@@ -287,7 +277,7 @@ TEST_F(TaskManagerTest, AFileIsReadClosedAndThenWrittenBeforeTheStart) {
 }
 
 TEST_F(TaskManagerTest, OnlyMissingFoldersAreMade) {
-    std::filesystem::create_directory(root_ / L"Microsoft");
+    std::filesystem::create_directory(Root() / L"Microsoft");
     Open(0);
     const std::wstring folder = Folder().wstring();
     const std::wstring parent = Folder().parent_path().wstring();
@@ -296,7 +286,7 @@ TEST_F(TaskManagerTest, OnlyMissingFoldersAreMade) {
 }
 
 TEST_F(TaskManagerTest, ALocalFolderThatIsNotThereYetIsMadeToo) {
-    world.localData = (root_ / L"perfil de José" / L"AppData" / L"Local").wstring();
+    world.localData = (Root() / L"perfil de José" / L"AppData" / L"Local").wstring();
     world.settingsAtStart = world.localData + L"\\Microsoft\\Windows\\TaskManager\\settings.json";
     Open(1);
     EXPECT_EQ(world.bytesAtStart, R"({"DefaultStartPage":1,"CurrentView":1})");
@@ -355,7 +345,7 @@ TEST_F(TaskManagerTest, ARunningOneKeepsItsFile) {
 TEST_F(TaskManagerTest, ARunningOneGetsNoFileNorFolder) {
     world.processes = {L"Taskmgr.exe"};
     Open(3);
-    EXPECT_FALSE(std::filesystem::exists(root_ / L"Microsoft"));
+    EXPECT_FALSE(std::filesystem::exists(Root() / L"Microsoft"));
 }
 
 TEST_F(TaskManagerTest, WithoutAListOfProcessesItCountsAsNotRunning) {
@@ -426,7 +416,7 @@ TEST_F(TaskManagerTest, AFileHeldByAnotherStaysAndIsTold) {
 
 TEST_F(TaskManagerTest, AFolderThatCannotBeMadeIsToldAsTheFileIs) {
     const UniqueFile inTheWay(
-        CreateFileW((root_ / L"Microsoft").c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, 0, nullptr));
+        CreateFileW((Root() / L"Microsoft").c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW, 0, nullptr));
     ASSERT_TRUE(inTheWay);
     Open(3);
     EXPECT_EQ(CountCalls("write"), 0);

@@ -1,6 +1,5 @@
 #include "hardware/disk_facts.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,9 +13,6 @@
 
 namespace kestrane {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A descriptor as drivers return it: the fields, then the null-terminated texts.
 Bytes Descriptor(std::uint32_t busType, std::string_view vendor, std::string_view product) {

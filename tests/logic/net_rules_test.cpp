@@ -14,7 +14,6 @@ namespace kestrane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr std::uint64_t Largest = std::numeric_limits<std::uint64_t>::max();
 

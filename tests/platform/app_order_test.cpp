@@ -42,7 +42,6 @@ constexpr UINT FakeTaskbarCreated = 0xC0DE;
 enum class Sight { None, Shown, Lost };
 
 struct World {
-    int iconSize = 16;
     BOOL menuAnswer = 0;
     std::array<Sight, kestrane::GraphCount> graphs{};  // at the last call
     std::array<bool, kestrane::GraphCount> clickThrough{};
@@ -113,7 +112,7 @@ void WINAPI FakePostQuitMessage(int) {
     Note("PostQuitMessage");
 }
 int WINAPI FakeGetSystemMetricsForDpi(int, UINT) {
-    return world.iconSize;
+    return 16;
 }
 /// No taskbar position, which the program must handle anyway.
 UINT_PTR WINAPI FakeSHAppBarMessage(DWORD, PAPPBARDATA) {

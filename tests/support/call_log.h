@@ -1,6 +1,7 @@
 #pragma once
 // The calls of a test's fake imports, in order, as short texts that read well when a comparison fails.
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kestrane::test {

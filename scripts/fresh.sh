@@ -10,6 +10,7 @@ if ! [[ $# -eq 1 && $suite =~ ^(bookworm|trixie)$ ]]; then
     echo "usage: scripts/fresh.sh bookworm|trixie" >&2
     exit 2
 fi
+mkdir -p build # before the rights of root, which would make it root's for good
 [ "$(id -u)" -eq 0 ] || exec sudo scripts/fresh.sh "$suite"
 scripts/packages.sh debootstrap debian-archive-keyring git
 
@@ -30,7 +31,7 @@ clean_up() {
         kill -KILL $(cat "/proc/$child/task/$child/children") 2>/dev/null || kill -KILL "$child" 2>/dev/null || true
         wait "$child" 2>/dev/null || true
     fi
-    rm -rf --one-file-system "$system" "$system.log"
+    rm -rf --one-file-system "$system" "$system.log" "$system.lock"
 }
 
 # Runs a command in the new system, with nothing of this one's environment but the way to the archive. The shell stays,
@@ -88,10 +89,9 @@ try_command() {
     [ "$code" -eq 0 ] || failed=1
 }
 
-mkdir -p build
-exec {lock}>"build/fresh-$suite.lock"
-flock --nonblock "$lock" || { echo "it runs already" >&2; exit 1; }
 system=$PWD/build/fresh-$suite
+exec {lock}>"$system.lock"
+flock --nonblock "$lock" || { echo "it runs already" >&2; exit 1; }
 proxies=()
 results=()
 failed=0

@@ -15,6 +15,7 @@
 #include "app/hidden_window_win32.h"
 #include "support/call_log.h"
 #include "support/fake_module_path_win32.h"
+#include "support/own_registry_win32.h"
 #include "support/real_call_win32.h"
 
 namespace {
@@ -259,6 +260,7 @@ using ExitTest = EntryTest;
 TEST_F(MainTest, BeforeAllElseDllsComeFromTheSystemsFolderAlone) {
     for (const wchar_t* text : {L"", L"--updated", L"--exit", L"--autostart-machine clear"}) {
         world = World{};
+        world.machineKeyStatus = ERROR_ACCESS_DENIED;  // of the machine's own Run key
         Calls().clear();
         Main(Module, text);
         EXPECT_EQ(world.firstAct, DWORD{LOAD_LIBRARY_SEARCH_SYSTEM32}) << testing::PrintToString(text);
@@ -425,7 +427,15 @@ std::wstring MachineRunValue() {
     return text;
 }
 
-TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
+class MachineAutostartTest : public EntryTest {
+  protected:
+    void SetUp() override { ASSERT_TRUE(registry_); }
+
+  private:
+    const OwnRegistry registry_{HKEY_LOCAL_MACHINE};
+};
+
+TEST_F(MachineAutostartTest, IsWrittenAndCleared) {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
@@ -436,14 +446,14 @@ TEST_F(EntryTest, MachineAutostartIsWrittenAndCleared) {
     EXPECT_TRUE(Calls().empty());
 }
 
-TEST_F(EntryTest, ClearingTakesAwayAValueOfAnyType) {
+TEST_F(MachineAutostartTest, ClearingTakesAwayAValueOfAnyType) {
     ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, RunKey, L"kestrane", REG_BINARY, "x", 1), ERROR_SUCCESS);
     EXPECT_EQ(Main(Module, L"--autostart-machine clear"), 0);
     EXPECT_EQ(RegGetValueW(HKEY_LOCAL_MACHINE, RunKey, L"kestrane", RRF_RT_ANY, nullptr, nullptr, nullptr),
               ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(EntryTest, APathThatTheRunKeyCannotHoldIsAFailureAndNotCut) {
+TEST_F(MachineAutostartTest, APathThatTheRunKeyCannotHoldIsAFailureAndNotCut) {
     toldPath = std::wstring(259, L'x');
     EXPECT_EQ(Main(Module, L"--autostart-machine set"), 0);
     const std::wstring longest = L"\"" + *toldPath + L"\"";
@@ -460,7 +470,7 @@ TEST_F(EntryTest, APathThatTheRunKeyCannotHoldIsAFailureAndNotCut) {
     EXPECT_EQ(MachineRunValue(), L"");
 }
 
-TEST_F(EntryTest, MachineAutostartWithoutTheRightsFails) {
+TEST_F(MachineAutostartTest, WithoutTheRightsItFails) {
     World noKey;
     noKey.machineKeyStatus = ERROR_ACCESS_DENIED;
     World noValue;

@@ -1,5 +1,5 @@
-// The promotion on a real registry: the shell's key is created for each case and removed afterwards. Only failures that
-// a real registry cannot produce on demand, of a single subkey or write, are faked.
+// The promotion on a real registry, but not on the user's: the shell's key is created for each case below a root of the
+// test's own. Only failures that a real registry cannot produce on demand, of a single subkey or write, are faked.
 #include <windows.h>
 
 #include <objbase.h>
@@ -20,6 +20,7 @@
 
 #include "base/handles_win32.h"
 #include "support/fake_module_path_win32.h"
+#include "support/own_registry_win32.h"
 #include "support/real_call_win32.h"
 #include "support/recorded_log.h"
 
@@ -165,20 +166,23 @@ void MakeEntriesKey() {
 class PromotionTest : public testing::Test {
   protected:
     PromotionTest() { Reset(); }
+    void SetUp() override { ASSERT_TRUE(registry_); }
     ~PromotionTest() override {
         EXPECT_EQ(openKeys, 0) << "every key is closed";
         EXPECT_EQ(programFiles.textsHeld, 0) << "every text is given back";
-        Reset();
     }
-    static void Reset() {
+    void Reset() {
         refusals = {};
         subkeyAccess.clear();
         toldPath.reset();
         programFiles = {};
         openKeys = 0;
         debugLines.clear();
-        RegDeleteTreeW(HKEY_CURRENT_USER, EntriesKey);
+        if (registry_) RegDeleteTreeW(HKEY_CURRENT_USER, EntriesKey);
     }
+
+  private:
+    const OwnRegistry registry_{HKEY_CURRENT_USER};
 };
 
 TEST_F(PromotionTest, WithoutTheKeyNothingHappensButALine) {

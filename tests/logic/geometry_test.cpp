@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "support/geometry_print.h"
+
 namespace kestrane {
 namespace {
 
@@ -39,6 +41,21 @@ TEST(ScaleForDpi, RoundsHalvesAwayFromZero) {
     for (const Row& row : rows) {
         EXPECT_EQ(ScaleForDpi(row.value, row.dpi), row.scaled) << row.value << " at " << row.dpi;
     }
+}
+
+TEST(Rect, IsMadeByCornerAndSizeAndStopsAtTheEndOfTheRange) {
+    EXPECT_EQ(RectOf(-10, 20, 30, 40), (Rect{-10, 20, 20, 60}));
+    EXPECT_EQ(RectOf(Highest - 1, Highest - 2, 5, 6), (Rect{Highest - 1, Highest - 2, Highest, Highest}));
+    EXPECT_EQ(RectOf(Lowest, Lowest, -1, -2), (Rect{Lowest, Lowest, Lowest, Lowest}));
+}
+
+TEST(Rect, HasASizeThatStopsAtTheEndOfTheRange) {
+    EXPECT_EQ(RectWidth({-10, 0, 20, 0}), 30);
+    EXPECT_EQ(RectHeight({0, -10, 0, 20}), 30);
+    EXPECT_EQ(RectWidth({Lowest, 0, Highest, 0}), Highest);
+    EXPECT_EQ(RectHeight({0, Lowest, 0, Highest}), Highest);
+    EXPECT_EQ(RectWidth({Highest, 0, Lowest, 0}), Lowest);
+    EXPECT_EQ(RectHeight({0, Highest, 0, Lowest}), Lowest);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 /// Only if `from` still has the foreground and `to` can take it.
 void HandForegroundOn(HWND from, HWND to) {
-    if (GetForegroundWindow() == from && IsWindowVisible(to) && IsWindowEnabled(to)) SetForegroundWindow(to);
+    if (GetForegroundWindow() == from && IsWindowVisible(to) && IsWindowEnabled(to)) GraphWindow::GiveForeground(to);
 }
 
 }  // namespace

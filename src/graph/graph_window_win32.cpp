@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <ranges>
+#include <utility>
 
 #include "base/geometry_win32.h"
 #include "graph/shell_surface.h"
@@ -35,6 +37,7 @@ GraphWindow::GraphWindow(HINSTANCE instance, AppSettings* settings, GraphWindowH
 
 GraphWindow::~GraphWindow() {
     std::erase(allGraphWindows, this);
+    std::erase(keptInFront, this);
     if (allGraphWindows.empty() && foregroundHook != nullptr) {
         UnhookWinEvent(foregroundHook);
         foregroundHook = nullptr;
@@ -77,6 +80,38 @@ void GraphWindow::Raise() {
     covered_ = false;
 }
 
+std::vector<GraphWindow*> GraphWindow::InFrontOf(HWND window) {
+    struct Walk {
+        HWND end;
+        std::vector<GraphWindow*> found;
+    };
+    Walk walk{window, {}};
+    const auto visit = [](HWND next, LPARAM param) -> BOOL {
+        auto& [end, found] = *reinterpret_cast<Walk*>(param);
+        if (next == end) return FALSE;
+        std::ranges::copy_if(allGraphWindows, std::back_inserter(found),
+                             [next](const GraphWindow* graph) { return graph->hwnd_ == next && graph->IsShown(); });
+        return TRUE;
+    };
+    EnumWindows(visit, reinterpret_cast<LPARAM>(&walk));
+    return std::move(walk.found);
+}
+
+void GraphWindow::RaiseKept() {
+    for (GraphWindow* graph : keptInFront | std::views::reverse) {
+        if (graph->IsShown()) graph->Raise();
+    }
+}
+
+/// The window comes to the front at once, or only when its own program looks at what has come for it. So the graphs are
+/// raised now, and again when the system tells of the new foreground.
+void GraphWindow::GiveForeground(HWND window) {
+    keptInFront = InFrontOf(window);
+    if (!SetForegroundWindow(window)) return;
+    foregroundGiven = window;
+    RaiseKept();
+}
+
 void GraphWindow::RecoverIfOffScreen() {
     if (hwnd_ != nullptr && EnsureOnScreen()) host_->GraphStateChanged(kind_);
 }
@@ -84,6 +119,10 @@ void GraphWindow::RecoverIfOffScreen() {
 void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG, DWORD, DWORD) {
     RECT rect = {};
     if (object != OBJID_WINDOW || window == nullptr) return;
+    if (window == std::exchange(foregroundGiven, nullptr)) {
+        RaiseKept();
+        return;
+    }
     if (!IsWindowVisible(window) || IsIconic(window) || !GetWindowRect(window, &rect)) return;
     if (IsShellSurface(window)) return;
     for (GraphWindow* graph : allGraphWindows) {

@@ -42,6 +42,8 @@ class GraphWindow {
     /// Another program's window has come to the foreground over this one since it was last raised. The shell's own
     /// surfaces do not count: they are gone by the time it matters.
     bool IsCovered() const { return covered_; }
+    /// Gives the foreground to a window. That brings it to the front too; the graphs that stand before it stay there.
+    static void GiveForeground(HWND window);
     /// If no monitor shows any part of the window, moves it back to the taskbar and saves that.
     void RecoverIfOffScreen();
 
@@ -51,6 +53,10 @@ class GraphWindow {
     static GraphWindow* Of(HWND window);
     static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
                                            DWORD thread, DWORD time);
+
+    /// The shown graphs that stand before a window, the foremost first.
+    static std::vector<GraphWindow*> InFrontOf(HWND window);
+    static void RaiseKept();
 
     class PlaceChange;
 
@@ -112,6 +118,8 @@ class GraphWindow {
 
     static inline std::vector<GraphWindow*> allGraphWindows;
     static inline HWINEVENTHOOK foregroundHook = nullptr;
+    static inline HWND foregroundGiven = nullptr;         // to this window, and no event has told of it yet
+    static inline std::vector<GraphWindow*> keptInFront;  // of that window, the foremost first
 };
 
 /// While one exists, the place is changing in steps, and its creator saves the result. The window, and the graph too,

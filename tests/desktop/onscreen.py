@@ -215,6 +215,11 @@ class GraphTest(DesktopTest):
     def wait_for_rect(self, kind, rect):
         wait_until(lambda: self.rect(kind) == rect, f"the {kind} graph at {rect}, which is at {self.rect(kind)}", 30)
 
+    def stack(self):
+        """The graphs and the neighbour, the topmost first."""
+        shown = [window for window in self.neighbour.ask("windows") if window.visible]
+        return [window.title for window in shown if window.name in (GRAPH_CLASS, "neighbour")]
+
     def saved(self, section):
         """A section of the current settings file, which may be half written: so wait for the expected content."""
         file = configparser.ConfigParser(strict=False)

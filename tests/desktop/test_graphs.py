@@ -5,7 +5,6 @@ import time
 from harness import every, main, wait_until
 from onscreen import (
     FIRST_PLACES,
-    GRAPH_CLASS,
     KINDS,
     NIN_KEYSELECT,
     NIN_SELECT,
@@ -118,11 +117,6 @@ class Clicks(GraphTest):
         left, top, right, bottom = PLACES[kind]
         self.neighbour.ask("show", left - 10, top - 10, right - left + 20, bottom - top + 20)
         self.assertTrue(self.neighbour.ask("front"))
-
-    def stack(self):
-        """The windows of this test, topmost first."""
-        shown = [window for window in self.neighbour.ask("windows") if window.visible]
-        return [window.title for window in shown if window.name in (GRAPH_CLASS, "neighbour")]
 
     def test_a_covered_graph_comes_to_the_front_with_one_click(self):
         self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))

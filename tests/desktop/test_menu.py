@@ -300,6 +300,19 @@ class Keyboard(MenuTest):
             wait_until(lambda: self.neighbour.ask("foreground") == "neighbour", "the neighbour in the foreground", 30)
         self.assertEqual(self.focused(start), [])
 
+    def test_a_graph_stays_in_front_of_the_window_that_has_it_back(self):
+        self.neighbour.ask("show", 50, 50, 600, 400)
+        self.assertTrue(self.neighbour.ask("front"))
+        self.desktop.write_ini(open_at("cpu", PLACES["cpu"], "topmost=0"))
+        self.start_with("cpu")
+        wait_until(lambda: self.stack() == ["kestrane - CPU", "neighbour"], "the graph in front")
+        self.click(300, 200, button=RIGHT_BUTTON)
+        self.read_menu()
+        self.click(30, 700)
+        self.wait_for_no_menu()
+        wait_until(lambda: self.neighbour.ask("foreground") == "neighbour", "the neighbour in the foreground", 30)
+        self.assertEqual(self.stack(), ["kestrane - CPU", "neighbour"])
+
 
 class About(MenuTest):
     TITLE = "Acerca de kestrane"

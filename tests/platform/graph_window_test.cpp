@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
@@ -470,6 +471,7 @@ class GraphWindowCover : public GraphWindowTest {
     }
     ~GraphWindowCover() override {
         if (other_ != nullptr) DestroyWindow(other_);
+        if (owner_ != nullptr) DestroyWindow(owner_);
     }
 
     /// Another program's window, as far as the graphs can tell.
@@ -500,11 +502,27 @@ class GraphWindowCover : public GraphWindowTest {
         Foreground(window);
         return Graph(GraphKind::Cpu).IsCovered();
     }
+    /// As the program's hidden window has the foreground while a menu is open.
+    void TakeForeground() {
+        static const auto create = REAL(L"user32", CreateWindowExW);
+        owner_ = create(0, L"STATIC", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+        SetForegroundWindow(owner_);
+        EXPECT_EQ(GetForegroundWindow(), owner_);
+    }
+    /// Those of the windows that are there, in the order in which they stand.
+    static std::vector<HWND> FrontToBack(const std::vector<HWND>& windows) {
+        std::vector<HWND> stack;
+        for (HWND next = GetTopWindow(nullptr); next != nullptr; next = GetWindow(next, GW_HWNDNEXT)) {
+            if (std::ranges::find(windows, next) != windows.end()) stack.push_back(next);
+        }
+        return stack;
+    }
     static void Foreground(HWND window, LONG object = OBJID_WINDOW) {
         world.hookProc(nullptr, EVENT_SYSTEM_FOREGROUND, window, object, 0, 0, 0);
     }
 
     HWND other_ = nullptr;
+    HWND owner_ = nullptr;
 };
 
 TEST_F(GraphWindowCover, AWindowOverItMarksIt) {
@@ -563,6 +581,56 @@ TEST_F(GraphWindowCover, StartCountsNotAndAnAppInItsFrameDoes) {
     EXPECT_TRUE(IsCoveredBy(Named(L"Windows.UI.Core.CoreWindow", frame)));
     DestroyWindow(std::exchange(other_, nullptr));
     DestroyWindow(frame);
+}
+
+// A window comes to the front with the foreground, at once or when its program gets round to it.
+TEST_F(GraphWindowCover, GraphsStayInFrontOfAWindowThatIsGivenTheForeground) {
+    const HWND other = Other({0, 0, 1000, 500});
+    Foreground(other);
+    Graph(GraphKind::Cpu).Raise();
+    const HWND cpu = world.windows[0];
+    const HWND disk = world.windows[1];
+    ASSERT_EQ(FrontToBack({cpu, disk, other}), (std::vector<HWND>{cpu, other, disk}));
+    TakeForeground();
+    world.positions.clear();
+    GraphWindow::GiveForeground(other);
+    EXPECT_EQ(GetForegroundWindow(), other);
+    ASSERT_FALSE(world.positions.empty()) << "raised at once";
+    EXPECT_EQ(world.positions.front().window, cpu);
+    EXPECT_EQ(FrontToBack({cpu, disk, other}), (std::vector<HWND>{cpu, other, disk}));
+    BringWindowToTop(other);
+    Foreground(other);
+    EXPECT_EQ(FrontToBack({cpu, disk, other}), (std::vector<HWND>{cpu, other, disk}));
+    EXPECT_FALSE(Graph(GraphKind::Cpu).IsCovered());
+    EXPECT_TRUE(Graph(GraphKind::Disk).IsCovered());
+
+    // Later it comes over them like any other.
+    Foreground(other);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsCovered());
+}
+
+TEST_F(GraphWindowCover, GraphsInFrontKeepTheirOrder) {
+    const HWND other = Other({0, 0, 1000, 500});
+    Graph(GraphKind::Disk).Raise();
+    Graph(GraphKind::Cpu).Raise();
+    TakeForeground();
+    GraphWindow::GiveForeground(other);
+    const HWND cpu = world.windows[0];
+    const HWND disk = world.windows[1];
+    EXPECT_EQ(FrontToBack({cpu, disk, other}), (std::vector<HWND>{cpu, disk, other}));
+}
+
+TEST_F(GraphWindowCover, AGraphMayEndBeforeTheEventOfTheForeground) {
+    const HWND other = Other({0, 0, 1000, 500});
+    Graph(GraphKind::Cpu).Raise();
+    Graph(GraphKind::Disk).Raise();
+    TakeForeground();
+    GraphWindow::GiveForeground(other);
+    Graph(GraphKind::Disk).SetShown(false);
+    graphs_[IndexOf(GraphKind::Cpu)].reset();
+    Show(GraphKind::Cpu);  // another one, perhaps at the same address
+    Foreground(other);
+    EXPECT_TRUE(world.positions.empty());
 }
 
 TEST_F(GraphWindowCover, ShowingItAgainRaisesIt) {

@@ -29,6 +29,7 @@ TEST(ScaleForDpi, RoundsHalvesAwayFromZero) {
         {1, 48, 1},     // 0.5
         {-1, 48, -1},
         {1, 47, 0},
+        {-1, 47, 0},
         {10, 0, 0},
         {0, 192, 0},
         {Highest, 96, Highest},

@@ -217,6 +217,7 @@ class Clicks(GraphTest):
 
     def test_a_click_on_the_disk_graph_switches_its_view(self):
         labels = lambda: Picture(self.desktop).part((600, 100, 640, 280))
+        wait_until(lambda: Picture(self.desktop).at(600, 100) == FRAME, "the painted disk graph")
         speeds = labels()
         self.click(*middle_of(PLACES["disk"]))
         self.wait_for_saved("disk", activity=1)

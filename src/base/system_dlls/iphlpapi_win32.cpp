@@ -3,9 +3,11 @@
 
 #include <windows.h>
 
-#include <iphlpapi.h>
 #include <winsock2.h>
+
 #include <ws2ipdef.h>
+
+#include <iphlpapi.h>
 
 namespace {
 

@@ -1,5 +1,4 @@
-// Whatever names and figures the performance counters give: no figure leaves its range, and no name is lost or
-// invented.
+// Performance counters with any names and figures: no figure leaves its range, and no name is lost or invented.
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
@@ -16,7 +15,7 @@ namespace {
 
 using fuzz::Require;
 
-/// Lines "name=figure", dealt out in turn to the five counters of the disks.
+/// Lines "name=figure", distributed in turn over the five disk counters.
 DiskReadings MakeReadings(fuzz::Bytes input) {
     DiskReadings readings;
     const std::array counters{&readings.idle, &readings.readTime, &readings.writeTime, &readings.readBytes,
@@ -48,7 +47,7 @@ void CheckProcessors(const std::vector<CounterValue>& values) {
     }
 }
 
-/// Both halves make the busy share, each rounded by itself. Times so large that a product overflows split it anyhow.
+/// The two parts add up to the busy share, each rounded on its own. Times so large that a product overflows are exempt.
 void CheckSplit(const DiskInstance& instance) {
     if (!(instance.readTime < 1e300 && instance.writeTime < 1e300)) return;
     const BusySplit split = SplitBusyTime(instance);

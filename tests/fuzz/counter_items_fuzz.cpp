@@ -1,5 +1,5 @@
-// Any bytes in place of an array of counter values: the first says how many items there are, and the rest stands where
-// the names' addresses say that it stood.
+// Any bytes as an array of counter values: the first is the number of items, and the rest is treated as if it were at
+// the address that the names point to.
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"

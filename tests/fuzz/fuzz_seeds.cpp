@@ -1,4 +1,5 @@
-// Replays the seeds of every fuzz target as ordinary tests: fuzz_seeds FOLDER, where FOLDER holds one folder a target.
+// Replays the seeds of every fuzz target as ordinary tests: fuzz_seeds FOLDER, where FOLDER contains one folder per
+// target.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -41,7 +42,7 @@ class SeedTest : public testing::Test {
     fs::path file;
 };
 
-/// The number of seeds; a target without any would be forgotten unnoticed.
+/// Returns the number of seeds, so that a target without any does not go unnoticed.
 int RegisterSeeds(const NamedTarget& named, const fs::path& folder) {
     int count = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {

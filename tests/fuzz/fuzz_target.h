@@ -1,7 +1,7 @@
 #pragma once
-// What every fuzz target is written with. A target takes any bytes, feeds them to one parser and demands of the answer
-// what must hold for all input. The same source serves twice: libFuzzer drives it with bytes that it invents, and the
-// program fuzz_seeds replays the files of seeds/<target>, where every finding is kept.
+// Shared by all fuzz targets. A target takes any bytes, feeds them to one parser and checks what must hold for all
+// input. The same source serves twice: libFuzzer generates its input, and the program fuzz_seeds replays the files in
+// seeds/<target>, where every finding is kept.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,16 +15,16 @@ namespace kestrane::fuzz {
 using Bytes = std::span<const std::uint8_t>;
 using Target = void (*)(Bytes);
 
-/// Makes a target known to fuzz_seeds.
+/// Registers a target with fuzz_seeds.
 bool RegisterTarget(const char* name, Target target);
 
-/// Ends the process where a rule does not hold; libFuzzer then keeps the bytes.
+/// Aborts if a rule does not hold; libFuzzer then keeps the input.
 inline void Require(bool holds) {
     if (!holds) std::abort();
 }
 
-/// A byte below 0x80 is that character; any other makes one of 0x0080 to 0x7FFF with the byte behind it. So seeds are
-/// plain text, and yet all kinds of characters occur.
+/// A byte below 0x80 is that character; any other forms one of 0x0080 to 0x7FFF with the next byte. So seeds are plain
+/// text, yet all kinds of characters occur.
 inline std::wstring WideText(Bytes bytes) {
     std::wstring text;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -47,7 +47,7 @@ inline std::vector<std::wstring> WideLines(Bytes bytes) {
     return lines;
 }
 
-/// Hands out the input in pieces, for targets that take numbers and no text. Behind the end there are zeros.
+/// Reads the input in pieces, for targets that take numbers. Past the end it gives zeros.
 class ByteSource {
   public:
     explicit ByteSource(Bytes input) : rest(input) {}
@@ -63,7 +63,7 @@ class ByteSource {
 
     bool Flag() { return (Byte() & 1) != 0; }
 
-    /// `count` bytes, the highest first.
+    /// `count` bytes, big-endian.
     std::uint64_t Bits(int count) {
         std::uint64_t bits = 0;
         for (int i = 0; i < count; ++i)
@@ -71,7 +71,7 @@ class ByteSource {
         return bits;
     }
 
-    /// Two bytes' worth of numbers from `low` to `high`.
+    /// A number from `low` to `high`, from two bytes.
     std::int32_t Number(std::int32_t low, std::int32_t high) {
         return low + static_cast<std::int32_t>(Bits(2)) % (high - low + 1);
     }

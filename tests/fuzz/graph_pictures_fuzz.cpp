@@ -1,5 +1,5 @@
-// A graph of any size, style and history under a mouse anywhere: every pixel lies in the buffer, which the sanitizer
-// watches, every curve within the plot, and a readout says something of the column under the mouse.
+// A graph of any size, style and history with the mouse anywhere: every pixel is in the buffer, which the sanitizer
+// checks, every curve is within the plot, and a readout belongs to the column under the mouse.
 #include <algorithm>
 #include <bit>
 
@@ -14,7 +14,7 @@ namespace {
 using fuzz::ByteSource;
 using fuzz::Require;
 
-/// What feeds a graph. Figures come as whole numbers, percentages, or doubles of any bits.
+/// The data of a graph: integers, percentages, or doubles with any bits.
 struct History {
     MetricRing<std::uint64_t> down{SeriesCapacity};
     MetricRing<std::uint64_t> up{SeriesCapacity};
@@ -90,7 +90,7 @@ HoverState MakeHover(ByteSource& source, const PlotFrame& frame) {
     return {source.Flag(), source.Number(-2, frame.width + 1), source.Number(-2, frame.height + 1)};
 }
 
-/// In a window without room for a plot a curve still takes the row above the baseline.
+/// In a window without room for a plot, a curve is still drawn in the row above the baseline.
 void CheckLines(const std::vector<PlotLine>& lines, const PlotLayout& layout, const PlotFrame& frame) {
     const std::int32_t top = std::min(layout.plotTop, layout.plotBottom - 1);
     for (const PlotLine& line : lines)

@@ -1,5 +1,5 @@
-// Icons of any size, colours and history: every pixel lies on the canvas, which the sanitizer watches, and is either
-// opaque or wholly transparent.
+// Icons of any size, colours and history: every pixel is on the canvas, which the sanitizer checks, and is either
+// opaque or fully transparent.
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"
@@ -30,7 +30,7 @@ AppSettings MakeSettings(ByteSource& source) {
     return settings;
 }
 
-/// The rings hold as many points as the icon had columns before the taskbar moved to another monitor.
+/// Rings sized for another icon size, as after the taskbar has moved to another monitor.
 Rings MakeRings(ByteSource& source) {
     const std::uint64_t capacity = source.Byte();
     Rings rings{MetricRing<std::int32_t>(capacity), MetricRing<std::int32_t>(capacity),

@@ -1,5 +1,4 @@
-// A whole settings file of any content: what it leads to is a permitted state, and writing that state and reading it
-// again changes nothing.
+// A whole settings file with any content: the result is a valid state, and writing and rereading it changes nothing.
 #include <algorithm>
 #include <map>
 #include <utility>

@@ -1,4 +1,4 @@
-// The value grammar of the settings file: what a parser accepts is within its range, and comes back from its own text.
+// The value grammar of the settings file: accepted values are within range and survive a round-trip.
 #include <algorithm>
 #include <set>
 

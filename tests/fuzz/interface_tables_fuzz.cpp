@@ -1,5 +1,5 @@
-// Some ticks of any interface tables, the octets and the clock free to jump: only interfaces that are up count, and of
-// all connections only real ones; no rate comes before the sampler has settled, without growth, or without time.
+// Some ticks with any interface tables; octets and clock may jump. Only interfaces that are up count, and for all
+// connections only real ones; there is no rate before the sampler has settled, without growth, or without elapsed time.
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"
@@ -12,7 +12,7 @@ using fuzz::Require;
 
 constexpr std::size_t RowBytes = 20;
 
-/// Key and flags in two bytes, a letter for a name, then the two octet counts.
+/// Key and flags in two bytes, a letter as name, then the two octet counts.
 NetRow MakeRow(fuzz::ByteSource source) {
     NetRow row;
     row.key = source.Byte();

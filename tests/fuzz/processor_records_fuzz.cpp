@@ -1,4 +1,4 @@
-// Any bytes in place of the system's records of processors: the counts agree with each other and the walk ends.
+// Any bytes as the system's processor records: the counts are consistent and parsing ends.
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"
@@ -14,7 +14,7 @@ FUZZ_TARGET(processor_records) {
     Require((facts.threadCount > 0) == !facts.isPerformanceThread.empty());
     Require(facts.l3Megabytes < 4096);
     Require(facts.isPerformanceThread.size() <= 65536 * 64);
-    // A table may hold four million flags, and looking at each would be most of the work.
+    // A table may have four million flags; checking each would be most of the work.
     const kestrane::ByteSpan table = facts.isPerformanceThread;
     const kestrane::ByteSpan flags = table.first(std::min<std::size_t>(table.size(), 4096));
     Require(std::ranges::all_of(flags, [](std::uint8_t flag) { return flag <= 1; }));

@@ -1,5 +1,5 @@
-// What the shell and other programs hand over: any message in the name of an icon, any registry entry of an icon, any
-// command line. A message asks for nothing that its icon cannot do, and no entry of another program is taken for ours.
+// Input from the shell and other programs: any icon message, any registry entry of an icon, any command line. A message
+// triggers nothing that its icon cannot do, and another program's entry is never taken for ours.
 #include <algorithm>
 #include <array>
 #include <optional>

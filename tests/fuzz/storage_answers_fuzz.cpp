@@ -1,4 +1,4 @@
-// Any bytes in place of what disk drivers answer. The first byte says how much the driver claims to have returned.
+// Any bytes as disk drivers' replies. The first byte is the size that the driver claims to have returned.
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"
@@ -15,7 +15,7 @@ FUZZ_TARGET(storage_answers) {
     Require(facts.model.size() <= 2 * answer.size() + 1);
     Require(facts.model.empty() || (facts.model.front() != L' ' && facts.model.back() != L'\t'));
     Require(claimed >= 40 || (facts.isFixed && facts.model.empty() && facts.bus.empty()));
-    // A text that would begin behind what was returned is none.
+    // A text that would begin beyond the returned bytes does not exist.
     const auto begins = [&](std::size_t field) { return U32At(answer, field) > 0 && U32At(answer, field) < claimed; };
     Require(begins(12) || begins(16) || facts.model.empty());
     Require(answer.size() >= 32 || ParseDiskSize(answer) == 0);

@@ -1,5 +1,5 @@
-// Any bytes in place of Task Manager's own settings file: all that changes are the two numbers, and what stood there is
-// still there to the last byte. The first byte is the page.
+// Any bytes as Task Manager's settings file: only the two numbers change, and every other byte stays. The first byte is
+// the page.
 #include <algorithm>
 #include <optional>
 
@@ -14,7 +14,7 @@ using fuzz::Require;
 constexpr std::string_view View = "\"CurrentView\":";
 constexpr std::string_view Tab = "\"DefaultStartPage\":";
 
-/// A text cut in three: around the number behind a key's colon, blanks before it left where they are.
+/// A text cut in three, around the number after a key's colon; blanks stay in the first part.
 struct Cut {
     std::string_view before;
     std::string_view number;
@@ -37,7 +37,7 @@ bool EqualAround(const Cut& a, const Cut& b) {
     return a.before == b.before && a.after == b.after;
 }
 
-/// What one edit of one key leads to.
+/// Checks the result of one edit of one key.
 void CheckEdit(const std::string& text, std::string_view key, std::string_view pattern, std::int64_t value) {
     const std::string edited = SetJsonNumber(text, key, value);
     const std::optional<Cut> before = CutAtKey(text, pattern);
@@ -51,7 +51,7 @@ void CheckEdit(const std::string& text, std::string_view key, std::string_view p
     if (before) {
         Require(EqualAround(*before, *after));
     } else {
-        // A member more, the object's first; without it the text is as it was.
+        // A new first member of the object; without it the text is unchanged.
         const std::size_t next = std::min(text.find_first_not_of(" \t\r\n", brace + 1), text.size());
         const bool alone = text.substr(next, 1) == "}";
         const std::size_t added = pattern.size() + after->number.size() + (alone ? 0 : 1);
@@ -61,7 +61,7 @@ void CheckEdit(const std::string& text, std::string_view key, std::string_view p
         Require(edited.substr(brace + 1 + added) == text.substr(brace + 1));
     }
     Require(SetJsonNumber(edited, key, value) == edited);
-    // There and back: no value leaves anything of itself behind.
+    // There and back: a value leaves nothing behind.
     Require(SetJsonNumber(SetJsonNumber(edited, key, -7), key, value) == edited);
 }
 
@@ -83,7 +83,7 @@ void CheckPatch(const std::string& text, std::int64_t page) {
         Require(patched == PatchTaskManagerSettings("{}", page));
         return;
     }
-    // No byte of the text is lost but for its two numbers.
+    // No byte of the text is lost except for its two numbers.
     const std::size_t least = SizeWithout(text, View) + SizeWithout(text, Tab) - text.size() + view->number.size() + 1;
     const std::size_t commas = 2;
     Require(patched.size() >= least && patched.size() <= least + commas);
@@ -97,7 +97,7 @@ void CheckStartPage(std::wstring_view diskName, std::int64_t diskCount) {
     Require(page >= 2 && page <= 101);
     const bool begins = !diskName.empty() && diskName.front() >= L'0' && diskName.front() <= L'9';
     if (!begins) Require(page == 2);
-    // The text behind the number says nothing.
+    // The text after the number does not matter.
     const std::size_t end = std::min(diskName.find_first_not_of(L"0123456789"), diskName.size());
     Require(StartPage(MetricKind::Disk, diskName.substr(0, end), 0) == page);
 }

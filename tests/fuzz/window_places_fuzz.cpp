@@ -1,6 +1,5 @@
-// Graph windows among windows, monitors and a mouse that may be anywhere, since other programs and the settings file
-// can put them there: nothing overflows, a snap never reaches further than its distance, and no drag makes a window too
-// small.
+// Graph windows, other windows, monitors and the mouse anywhere, as other programs and the settings file can place
+// them: nothing overflows, a snap never exceeds its distance, and no drag makes a window too small.
 #include <algorithm>
 #include <cstdlib>
 
@@ -17,7 +16,7 @@ using fuzz::Require;
 constexpr std::int32_t MinWidth = 100;
 constexpr std::int32_t MinHeight = 50;
 
-/// Mostly a place on a desktop of monitors, seldom one anywhere.
+/// Mostly a coordinate on a realistic desktop, rarely any number.
 std::int32_t Coordinate(ByteSource& source) {
     return source.Byte() < 16 ? static_cast<std::int32_t>(source.Bits(4)) : source.Number(-8000, 8000);
 }

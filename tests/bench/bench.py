@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the benchmarks named, or all, prints their tables and writes each into the JSON file named first, which keeps
-what it holds of the others.
+"""Runs the named benchmarks, or all, prints their tables and writes each into the JSON file, which keeps its figures
+for the others.
 
     bench.py FILE [growth] [size] [ticks] [paint] [minute]
 """

@@ -1,5 +1,5 @@
 """A minute of the program at its default periods against Wine's own task manager: processor time, memory, threads, and
-the time from the start to the first icon. One program at a time on the same screen, in turn."""
+the time from start to first icon. One program at a time on the same screen, in turn."""
 
 import time
 
@@ -11,7 +11,7 @@ SETTLE_SECONDS = 5
 
 TASK_MANAGER_WINDOW = "#32770"
 TASK_MANAGER_KEY = r"HKCU\Software\Wine\TaskManager"
-# Behind the flag of a maximised window and the four edges of the window; in hexadecimal digits.
+# In hexadecimal digits, after the maximised flag and the four edges of the window.
 ACTIVE_PAGE = slice(40, 48)
 APPLICATIONS, PERFORMANCE = "00000000", "02000000"
 
@@ -32,7 +32,7 @@ class Kestrane:
         return self.desktop.start_kestrane()
 
     def settle(self):
-        """Nothing to do once it runs."""
+        """Nothing to do once it is running."""
 
 
 class TaskManager:
@@ -46,7 +46,7 @@ class TaskManager:
         return self.desktop.run("reg.exe", *arguments).output
 
     def set_up(self):
-        """It keeps the page that it shows among its settings, which it writes at its end."""
+        """It stores the current page in its settings, which it writes on exit."""
         words = self._registry("query", TASK_MANAGER_KEY, "/v", "Preferences").split()
         if "REG_BINARY" not in words:
             raise RuntimeError("the task manager has left no settings")
@@ -68,7 +68,7 @@ def end(desktop, program, process):
 
 
 def start(shell, program):
-    """The process, and the seconds from its start to its first icon."""
+    """Returns the process, and the seconds from its start to its first icon."""
     mark = shell.mark()
     started = time.monotonic()
     process = program.start()
@@ -77,14 +77,14 @@ def start(shell, program):
 
 
 def spent_milliseconds(pids, seconds):
-    """What each process spends in that time."""
+    """The processor time of each process over that period."""
     before = [measure.cpu_seconds(pid) for pid in pids]
     time.sleep(seconds)
     return [(measure.cpu_seconds(pid) - seconds_before) * 1000 for pid, seconds_before in zip(pids, before)]
 
 
 def watch(desktop, shell, program, seconds, idle_server):
-    """`idle_server` is what the server spends in that time without the program."""
+    """`idle_server` is the server's processor time over that period without the program."""
     program.set_up()
     process, first_icon = start(shell, program)
     program.settle()
@@ -108,7 +108,7 @@ def run(rounds=3, seconds=60):
             "kestrane, three graphs": Kestrane(desktop, GRAPHS),
             "taskmgr, performance page": TaskManager(desktop, PERFORMANCE, False),
         }
-        # Once for nothing: so that the files are in memory, and the task manager has settings to be changed.
+        # A warm-up run, so that the files are cached and the task manager has settings to change.
         for program in programs.values():
             process, _ = start(shell, program)
             end(desktop, program, process)

@@ -1,7 +1,7 @@
 """PaintGraph against filling the same buffer once and blitting it, for each view, from a small window to a full screen.
 
-Processor time of the painting process. "fresh" is the floor with a buffer made anew, which every paint has to make: its
-pages come from the system one by one and zeroed. What "paint" costs beyond "fresh" is layout, columns and text.
+Processor time of the painting process. "fresh" is the floor with a new buffer, which every paint must allocate: the
+system supplies its pages one by one, zeroed. The cost of "paint" beyond "fresh" is layout, columns and text.
 """
 
 import subprocess
@@ -14,7 +14,7 @@ VIEWS = [f"{view} {style}" for view in ("network", "cpu", "disk", "activity", "g
          for style in ("bars", "lines")]
 SIDES = ("paint", "floor", "fresh")
 
-# So many paints at once that the clock's grain and the pipe do not count.
+# Paints per job, enough that the clock's resolution and the pipe do not matter.
 COUNTS = {490: 100, 1920: 8, 3840: 3}
 
 
@@ -29,7 +29,7 @@ class Painter:
             raise RuntimeError("paint_bench has ended")
 
     def cost(self, side, view, size):
-        """Microseconds a paint: the difference of two jobs, which takes off what a job costs besides."""
+        """Microseconds per paint: the difference of two jobs, which cancels the fixed cost of a job."""
         spent = []
         for count in (1, 1 + COUNTS[size[0]]):
             before = measure.cpu_seconds(self.process.pid)
@@ -50,7 +50,7 @@ def measure_view(painter, view, size, rounds):
 
 
 def add_growth(rows):
-    """Against the width plus the area, as both goals count; 1 is linear, less is better."""
+    """Growth relative to width plus area, since both matter; 1 is linear, less is better."""
     cost = {row["size"]: row["paint us"] for row in rows}
     for row, (smaller, larger) in zip(rows[1:], zip(SIZES, SIZES[1:])):
         expected = (larger[0] + larger[0] * larger[1]) / (smaller[0] + smaller[0] * smaller[1])

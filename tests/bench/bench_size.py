@@ -1,4 +1,4 @@
-"""The size of kestrane.exe and where it goes, by what the linker's map says that it took from each object file."""
+"""The size of kestrane.exe by object file, according to the linker's map."""
 
 import collections
 import pathlib
@@ -16,11 +16,11 @@ ROOMS = {source.name + ".obj": source.relative_to(SRC).parts[0] for source in SR
 
 
 def contributions(map_text):
-    """Pairs of a file and a number of bytes, for everything that is in the image."""
+    """Pairs of file and number of bytes, for everything in the image."""
     section = None
     for line in map_text.split("Linker script and memory map")[1].splitlines():
         if alone := SECTION_ALONE.match(line):
-            section = alone[1]  # a long name stands on a line of its own
+            section = alone[1]  # a long name has its own line
             continue
         if part := CONTRIBUTION.match(line):
             name = part["section"] or section or ""

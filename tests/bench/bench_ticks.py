@@ -1,7 +1,7 @@
 """One tick of each metric in the real program against its floor, in processor time of the process and the Wine server.
 
-Both programs stand on the same screen before the same recording shell. They take their ticks in turn, as the same
-messages from the same sender; what the mere delivery of a message costs is measured too and taken off both.
+Both programs run on the same screen with the same recording shell. They get their ticks in turn, as the same messages
+from the same sender; the cost of delivering a message is measured too and subtracted from both.
 """
 
 import measure
@@ -10,10 +10,10 @@ from harness import WM_TIMER, Desktop, every, wineserver
 TIMERS = {"cpu": 1, "disk": 5, "memory": 3, "network": 4}
 NO_TIMER = 99
 
-# The floor's tick of the memory without the number on its icon.
+# The floor's memory tick without the number on its icon.
 BARE_MEMORY = 6
 
-# So slow that next to nothing but the messages makes them tick.
+# So slow that almost all ticks come from the messages.
 SLOW = every(10000)
 
 DISK = r"\PhysicalDisk(*)"
@@ -47,7 +47,7 @@ class Contest:
         self.desktop.close()
 
     def cost(self, side, timer, count):
-        """Microseconds for each of `count` messages."""
+        """Microseconds per message, over `count` messages."""
         pid, window = self.sides[side]
         before = measure.cpu_seconds(pid) + measure.cpu_seconds(self.server)
         if not self.desktop.send_messages(count, WM_TIMER, timer, class_name=window):

@@ -1,5 +1,5 @@
-// How the cost of the pure operations grows with their input. Each runs over growing inputs; Google Benchmark fits the
-// growth and reports it with the figures.
+// How the cost of the pure operations grows with their input. Each runs over growing inputs; Google Benchmark fits and
+// reports the growth.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -14,9 +14,9 @@ namespace kestrane {
 namespace {
 
 constexpr std::int64_t FirstSize = 128;
-constexpr std::int64_t LastSize = 4096;  // what the rings of the graphs hold
+constexpr std::int64_t LastSize = 4096;  // the capacity of the graphs' rings
 
-/// A full ring of values that go up and down.
+/// A full ring of values that rise and fall.
 template <typename Value>
 MetricRing<Value> MakeRing(std::uint64_t capacity) {
     MetricRing<Value> ring(capacity);
@@ -65,7 +65,7 @@ void LayOutCores(benchmark::State& state) {
 }
 BENCHMARK(LayOutCores)->Name("ComputeCoreGrid, processors")->RangeMultiplier(2)->Range(8, 1024)->Complexity();
 
-/// The argument is the position of the row in the table; its size is what a text without a row costs.
+/// The argument is the row's position in the table; the table's size stands for a text without a row.
 void Translate(benchmark::State& state) {
     SetLanguage(ActiveEnglish);
     const auto row = static_cast<std::size_t>(state.range(0));

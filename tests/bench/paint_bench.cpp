@@ -1,10 +1,10 @@
-// Paints graphs for bench_paint.py, which measures from outside what that costs. Each line on the standard input is one
-// job, and "done" answers it:
+// Paints graphs for bench_paint.py, which measures the cost from outside. Each line on the standard input is one job,
+// answered by "done":
 //
 //     SIDE VIEW STYLE WIDTH HEIGHT COUNT
 //
-// SIDE is "paint" for PaintGraph, "floor" for filling a buffer that is there and blitting it, "fresh" for the same with
-// a buffer made anew each time, as every paint has to. The target is a picture in memory.
+// SIDE is "paint" for PaintGraph, "floor" for filling an existing buffer and blitting it, "fresh" for the same with a
+// new buffer each time, which every paint needs. The target is a bitmap in memory.
 #include <windows.h>
 
 #include <cstdio>
@@ -28,7 +28,7 @@ MetricRing<Value> MakeRing(std::uint64_t capacity, std::uint64_t seed, std::uint
     return ring;
 }
 
-/// All rings full, so that no column of any graph is empty.
+/// All rings are full, so that no column of any graph is empty.
 struct History {
     MetricRing<std::uint64_t> down = MakeRing<std::uint64_t>(SeriesCapacity, 1, 90'000'000);
     MetricRing<std::uint64_t> up = MakeRing<std::uint64_t>(SeriesCapacity, 2, 50'000'000);

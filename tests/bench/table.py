@@ -1,4 +1,4 @@
-"""Rows of figures as a table of aligned columns, the first one to the left."""
+"""Rows of figures as a table of aligned columns, the first one left-aligned."""
 
 
 def format_cell(value):

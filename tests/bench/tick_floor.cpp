@@ -1,10 +1,10 @@
-// The least that a tick of each metric can cost: a window that answers WM_TIMER with only the platform calls that the
-// tick cannot do without. They are the counter read, one icon from a bitmap, and one NIM_MODIFY with an image of the
-// same size; for the memory, whose icon shows a number, also one font and one text, unless the tick is a bare one.
-// Bitmap, mask and context are kept.
+// The minimum cost of a tick of each metric: a window that handles WM_TIMER with only the indispensable platform calls.
+// They are reading the counters, creating one icon from a bitmap, and one NIM_MODIFY with an image of the same size;
+// for memory, whose icon shows a number, also one font and one text, unless it is the bare tick. Bitmap, mask and DC
+// are reused.
 #include <winsock2.h>
 #include <ws2ipdef.h>
-// The sockets come before <windows.h>.
+// <winsock2.h> comes before <windows.h>.
 #include <windows.h>
 // <windows.h> comes before the rest.
 #include <iphlpapi.h>
@@ -37,9 +37,9 @@ struct Picture {
 Counters cpuCounters;
 Counters diskCounters;
 Picture picture;
-std::array<std::uint64_t, 512> buffer;  // any answer of the counters fits
+std::array<std::uint64_t, 512> buffer;  // large enough for any answer of the counters
 
-/// A missing counter leaves the query empty, and the tick then goes without.
+/// If a counter is missing the query is empty, and the tick does without it.
 Counters OpenCounters(const wchar_t* total, const std::vector<const wchar_t*>& arrays) {
     Counters counters;
     PdhOpenQueryW(nullptr, 0, &counters.query);
@@ -60,7 +60,7 @@ void ReadCounters(const Counters& counters) {
     PDH_FMT_COUNTERVALUE value;
     if (counters.total != nullptr) PdhGetFormattedCounterValue(counters.total, Format, nullptr, &value);
     for (const PDH_HCOUNTER counter : counters.arrays) {
-        // The size has to be asked for first.
+        // The size must be queried first.
         DWORD size = 0;
         DWORD count = 0;
         auto* const items = reinterpret_cast<PDH_FMT_COUNTERVALUE_ITEM_W*>(buffer.data());
@@ -125,7 +125,7 @@ void ReadMetric(WPARAM timer) {
     MIB_IF_TABLE2* table = nullptr;
     switch (timer) {
         case CpuTimer:
-            GetSystemTimes(&idle, &kernel, &user);  // says whether the tick counts, whatever the counters say
+            GetSystemTimes(&idle, &kernel, &user);  // decides whether the tick counts, whatever the counters say
             ReadCounters(cpuCounters);
             break;
         case DiskTimer:

@@ -1,25 +1,25 @@
 #!/usr/bin/env python3
-"""Keeps the house in order: who may include whom, what the program may use, and nothing left lying about.
+"""Checks the architecture: include rules, what the program may use, and no leftovers.
 
-Prints each breach as FILE:LINE: MESSAGE and exits with 1 if there is any. An argument names another tree to check.
+Prints each violation as FILE:LINE: MESSAGE and exits with 1 if there are any. An argument names another tree to check.
 """
 
 import pathlib
 import re
 import sys
 
-# From the ground up: a room includes from itself and from those before it.
+# From the bottom up: a room may include itself and those before it.
 ROOMS = ["base", "text", "settings", "metrics", "history", "graph", "tray", "hardware", "update", "dialog", "app"]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
-# Streams, regular expressions and the file system drag in the locale machinery, which makes the program several times as
-# large.
+# Streams, regular expressions and std::filesystem pull in the locale machinery, which makes the program several times
+# larger.
 HEAVY_HEADERS = {
     "iostream", "istream", "ostream", "sstream", "fstream", "iomanip", "locale", "regex", "format", "filesystem",
 }
 
-# A call of the narrow half of a Win32 pair.
+# A call of the ANSI variant of a Win32 function.
 NARROW_CALL = re.compile(r"\b(?!LANG)[A-Z][A-Za-z]*[a-z]A\(")
 
 MARKERS = re.compile(
@@ -38,8 +38,8 @@ def is_platform(path):
 
 
 def check_first_include(src, path):
-    """A header that is the first of some file is seen to need nothing before it. So each file begins with its own; one that
-    has none, as a part of a larger thing, with that thing's."""
+    """A header that some file includes first is proven self-contained. So each file begins with its own header or, if
+    it is part of something larger and has none, with that one's."""
     includes = (INCLUDE.match(line) for _, line in lines_of(path))
     quote, name = next((match.groups() for match in includes if match), ("", ""))
     own = path.with_suffix(".h")
@@ -51,7 +51,7 @@ def check_first_include(src, path):
 
 
 def check_includes(src, path):
-    """The include rules of one file, and the files of the house that it includes."""
+    """Checks the include rules of one file; returns the project files that it includes."""
     breaches, targets = [], []
     room = path.relative_to(src).parts[0]
     if path.suffix == ".cpp":
@@ -63,7 +63,7 @@ def check_includes(src, path):
         quote, name = match.groups()
         where = f"{path}:{number}: "
         if quote == "<":
-            # The standard library's own headers, and only they, have no suffix.
+            # Only the standard library's headers have no suffix.
             if "." in name and not is_platform(path):
                 breaches.append(where + f"a pure file includes the platform header <{name}>")
             if name in HEAVY_HEADERS:
@@ -83,7 +83,7 @@ def check_includes(src, path):
 
 
 def find_circle(graph):
-    """A circle of files that include each other, as a list whose ends are the same; empty when there is none."""
+    """A cycle of files that include each other, as a list whose ends are the same; empty if there is none."""
     finished = set()
 
     def visit(path, road):
@@ -129,7 +129,7 @@ def check_markers(root):
         for path in sorted((root / folder).rglob("*")):
             if not path.is_file() or path.suffix not in TEXT_SUFFIXES or path.resolve() == pathlib.Path(__file__).resolve():
                 continue
-            for number, line in lines_of(path, errors="replace"):  # hostile test data need not be text
+            for number, line in lines_of(path, errors="replace"):  # test data may be binary
                 if MARKERS.search(line):
                     breaches.append(f"{path}:{number}: left over: {line.strip()}")
     return breaches

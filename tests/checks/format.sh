@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# All C++ files have the form that .clang-format describes. Prints the command that mends those which have not.
-# Each clang-format reads a description a little differently, so only the one that the tree is written with is a judge
-# of it; without that one this check ends with 77 and says what is missing.
+# Checks that all C++ files conform to .clang-format. Prints the command that fixes those that do not. clang-format
+# versions differ slightly, so only the one used for this tree decides; without it this check exits with 77 and says
+# what is missing.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 judge=14

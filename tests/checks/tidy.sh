@@ -1,23 +1,23 @@
 #!/usr/bin/env bash
-# The sources are clean under .clang-tidy: tidy.sh BUILD_FOLDER [COMPILER], the folder whose compile_commands.json is to
-# be used. Without a compiler the pure files, with one for Windows the platform files. Prints the command that looks at a
-# failing file again.
+# Checks the sources with .clang-tidy: tidy.sh BUILD_FOLDER [COMPILER], with the compile_commands.json of that folder.
+# Without a compiler it checks the pure files, with a compiler for Windows the platform files. Prints the command that
+# checks a failing file again.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 build=$1
-# The compiler commands are GCC's, some of whose warnings Clang does not know.
+# The compile commands are GCC's, and Clang does not know some of its warnings.
 tidy=(clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option)
 files=(! -name '*_win32.cpp')
 
-# What is switched off for platform files alone, where the system's interface wants it otherwise:
-#  - misc-misplaced-const: a handle is a pointer by another name, and a constant handle is what is meant.
-#  - performance-no-int-to-ptr: LPARAM and the data of a window carry pointers.
+# Switched off for the platform files alone, because of how the system's interface is made:
+#  - misc-misplaced-const: a handle is a pointer typedef, and a constant handle is meant.
+#  - performance-no-int-to-ptr: LPARAM and a window's user data carry pointers.
 #  - readability-implicit-bool-conversion: BOOL is an int.
-#  - readability-make-member-function-const: what changes a window is not constant because no member changes.
-#  - readability-named-parameter: callbacks are told more than they need.
-#  - readability-inconsistent-declaration-parameter-name: what the system's headers declare and this house defines.
-#  - modernize-avoid-c-arrays: the system's records and operations take and hold arrays.
-#  - modernize-return-braced-init-list: an owner that owns nothing is returned by its name.
+#  - readability-make-member-function-const: changing a window is not const, even if no member changes.
+#  - readability-named-parameter: callbacks get more parameters than they use.
+#  - readability-inconsistent-declaration-parameter-name: the system's headers declare what system_dlls defines.
+#  - modernize-avoid-c-arrays: the system's records and functions use them.
+#  - modernize-return-braced-init-list: an empty owner is returned by the name of its type.
 if [ $# -eq 2 ]; then
     compiler=$2
     files=(-name '*_win32.cpp')
@@ -26,7 +26,7 @@ if [ $# -eq 2 ]; then
     checks+=,-readability-inconsistent-declaration-parameter-name,-modernize-avoid-c-arrays
     checks+=,-modernize-return-braced-init-list
     tidy+=("--checks=$checks")
-    # The headers that the compiler reads, but for GCC's own of the processor's instructions: Clang has others.
+    # The compiler's include folders, except for GCC's own intrinsics: Clang has its own.
     own=$("$compiler" -print-file-name=include)
     tidy+=("--extra-arg=--target=$("$compiler" -dumpmachine)")
     while read -r folder; do

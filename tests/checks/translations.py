@@ -1,30 +1,31 @@
 #!/usr/bin/env python3
-"""Every text that the program shows has its row in the translation table, and finished features use all of theirs.
+"""Every text that the program shows has a row in the translation table, and finished features use all of theirs.
 
-A text need not stand in the call of Tr itself: it may come from a table. So every wide literal in src counts as a text,
-unless it looks like a word of the machine's (a key, a path, a class name, a debug line) or is named below. Prints each
-breach as FILE:LINE: MESSAGE and exits with 1 if there is any; then the rows that wait for their feature. An argument
-names another tree to check.
+A text need not be in the call of Tr itself: it may come from a table. So every wide literal in src counts as a text,
+unless it looks like an internal name (a key, a path, a class name, a debug line) or is listed below. Prints each
+violation as FILE:LINE: MESSAGE and exits with 1 if there are any; then the rows that wait for their feature. An
+argument names another tree to check.
 """
 
 import pathlib
 import re
 import sys
 
-# What reads the same in both languages, and names that Windows gives as plain words.
+# Texts that are the same in both languages, and Windows names that are plain words.
 SAME_IN_BOTH = {"CPU: ", " kbps", " Mbps", " Gbps", "Español", "English", "kestrane - CPU"}
 NAMES_OF_WINDOWS = {"Progman", "Segoe UI", "Segoe UI Variable Display Semibold"}
 
-# Units and marks are no texts: those have a word of three letters.
+# Texts have a word of at least three letters; units and marks do not.
 WORD = re.compile(r"[^\W\d_]{3}")
-# Keys of the settings and classes of windows; words with a capital inside, such as SATA or TaskbarCreated, or with a
-# dot; paths and whatever else holds an underscore; switches; debug lines, which are Spanish in all cases.
+# Settings keys and window classes; words with an inner capital, such as SATA or TaskbarCreated, or with a dot; paths
+# and anything with an underscore; switches; debug lines, which are always Spanish.
 MACHINE_WORD = re.compile(
     r"[a-z0-9._-]+|~?[A-Za-z0-9]+[A-Z][A-Za-z0-9]*|\w+(?:\.\w+)+|.*[\\_].*|--[a-z -]+|kestrane: .*",
     re.DOTALL | re.ASCII,
 )
 
-# The groups of the table, by the comment above each, whose features are there: all their rows are in use, but these.
+# The table's groups (named by the comment above each) whose features are finished: all their rows must be in use,
+# except these.
 FINISHED_GROUPS = {"Tray menu", "Tooltips", "Graphs"}
 STILL_TO_COME = {"Nueva versión {0} disponible..."}
 
@@ -37,21 +38,21 @@ ESCAPE = re.compile(r'\\(?:u([0-9A-Fa-f]{4})|([n"\\t]))')
 
 
 def tokens_of(text):
-    """The kind, the text and the line of each token, without preprocessor lines."""
+    """Kind, text and line of each token, without preprocessor lines."""
     text = re.sub(r"^[ \t]*#[^\n]*", "", text, flags=re.MULTILINE)
     for match in TOKEN.finditer(text):
         yield match.lastgroup, match.group(), text.count("\n", 0, match.start()) + 1
 
 
 def plain(literal):
-    """What the program sees of a literal."""
+    """A literal's value as the program sees it."""
     signs = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
     content = literal[literal.index('"') + 1 : -1]
     return ESCAPE.sub(lambda match: chr(int(match[1], 16)) if match[1] else signs[match[2]], content)
 
 
 def literals_of(text):
-    """Each wide literal, its parts put together, with its line and whether it is what Tr or FormatText translates."""
+    """Each wide literal, its parts joined, with its line and whether it is an argument of Tr or FormatText."""
     found, depth, first_arguments = [], 0, []
     joined = False
     for kind, token, line in tokens_of(text):
@@ -75,7 +76,7 @@ def literals_of(text):
 
 
 def read_table(path):
-    """The rows as their Spanish text, with line and group."""
+    """The Spanish text of each row, with line and group."""
     group, rows = "", {}
     pending = []
     for kind, token, line in tokens_of(path.read_text(encoding="utf-8")):
@@ -99,7 +100,7 @@ def is_shown(text):
 
 
 def shown(text):
-    """On one line, as it would stand in the source."""
+    """On one line, as in the source."""
     return '"' + text.replace("\n", "\\n") + '"'
 
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Measures the program against what it cannot do without and against Wine's own task manager: scripts/bench.sh [NAME ...]
-# with the names growth, size, ticks, paint and minute, all by default (some 20 minutes). Prints tables and writes all
-# single figures to build/bench.json, which keeps those of the names that are left out. What is compared runs in turn,
-# and the figures are medians.
+# scripts/bench.sh [NAME ...] measures the program against the minimum of platform calls and against Wine's own task
+# manager. Names are growth, size, ticks, paint and minute, all by default (some 20 minutes). Prints tables and writes
+# all individual figures to build/bench.json, which keeps those of benchmarks not run. Competitors run in turn, and the
+# figures are medians.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh libbenchmark-dev

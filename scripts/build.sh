@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the program on a fresh machine and says where it is.
+# Builds the program, even on a fresh machine, and prints its path.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Line and branch coverage of the pure code by the logic tests and the fuzz targets' seeds: two tables here, and a page
-# for each file in build/coverage/index.html. Built without exceptions, of which the program has none of its own, so that
-# the compiler's clean-up paths do not count; nor do the comparisons that the compiler writes itself.
+# Line and branch coverage of the pure code by the logic tests and the fuzz targets' seeds: prints two tables, and
+# writes a page per file to build/coverage/index.html. Built without exceptions, so that the compiler's clean-up paths
+# do not count; nor do defaulted comparisons.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh gcovr

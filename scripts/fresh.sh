@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Tries the two commands of the README on a machine that has nothing yet: scripts/fresh.sh bookworm|trixie
-# Makes a bare Debian of that name below build/, clones what is committed here into it, runs scripts/run.sh and
-# scripts/test.sh there, and says how long each took and how it ended. Takes about an hour and 6 GB, and the rights of
-# root. Whatever happens, nothing of it stays: neither files nor mounts nor programs.
+# Tries the README's two commands on a bare system: scripts/fresh.sh bookworm|trixie creates a minimal Debian of that
+# name below build/, clones the committed tree into it, runs scripts/run.sh and scripts/test.sh there, and reports how
+# long each took and its result. Takes about an hour, 6 GB and root rights. Always cleans up: no files, mounts or
+# processes remain.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 suite=${1:-}
@@ -14,8 +14,8 @@ mkdir -p build # before the rights of root, which would make it root's for good
 [ "$(id -u)" -eq 0 ] || exec sudo scripts/fresh.sh "$suite"
 scripts/packages.sh debootstrap debian-archive-keyring git
 
-# Runs a command among processes and mounts of its own, which the kernel takes away with it. In the background, because
-# a trap of this script would wait for the end of a command in the foreground.
+# Runs a command in its own PID and mount namespaces, which the kernel cleans up when it ends. In the background,
+# because a trap of this script would have to wait for a foreground command.
 isolated() {
     setpriv --pdeathsig KILL unshare --mount --mount-proc --pid --ipc --fork --kill-child "$@" &
     child=$!
@@ -27,15 +27,15 @@ isolated() {
 
 clean_up() {
     if [ -n "${child:-}" ]; then
-        # The first process takes all others along; unshare ends when they are gone.
+        # Killing the first process kills all others; unshare ends when they are gone.
         kill -KILL $(cat "/proc/$child/task/$child/children") 2>/dev/null || kill -KILL "$child" 2>/dev/null || true
         wait "$child" 2>/dev/null || true
     fi
     rm -rf --one-file-system "$system" "$system.log" "$system.lock"
 }
 
-# Runs a command in the new system, with nothing of this one's environment but the way to the archive. The shell stays,
-# for somebody has to see to the processes whose parents have ended.
+# Runs a command in the new system, with only the archive settings of this one's environment. The shell stays as the
+# process that reaps orphans.
 in_system() {
     isolated bash -c '
         set -e
@@ -48,7 +48,7 @@ in_system() {
         exit' "$system" "${proxies[@]}" "$@"
 }
 
-# The archive, and the way to it, are those of this machine.
+# The package archive and the proxy are those of this machine.
 find_archive() {
     archive=$(apt-get indextargets --format '$(REPO_URI)' 'Label: Debian' 'Created-By: Packages' | head -1)
     if [ -z "$archive" ]; then
@@ -65,7 +65,7 @@ find_archive() {
 }
 
 make_system() {
-    rm -rf --one-file-system "$system" # of a run that was killed
+    rm -rf --one-file-system "$system" # left over from a killed run
     if ! isolated debootstrap --variant=minbase "$suite" "$system" "$archive" >"$system.log" 2>&1; then
         tail -n 20 "$system.log" >&2
         return 1

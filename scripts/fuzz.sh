@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Fuzzes every target: scripts/fuzz.sh [SECONDS], 60 seconds each by default. Inputs that reach new code are kept in
-# build/fuzz/corpus, so a second run goes on from there; a finding stays in build/fuzz/findings and makes this script
-# fail. A finding is mended together with a copy of it in tests/fuzz/seeds, which the ordinary tests replay.
+# build/fuzz/corpus, so a second run continues from there; a finding is kept in build/fuzz/findings and makes this
+# script fail. Fix a finding together with a copy of it in tests/fuzz/seeds, which the ordinary tests replay.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}
-# libFuzzer takes anything else for 0, and 0 for no end.
+# libFuzzer treats anything else as 0, and 0 as unlimited.
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "usage: scripts/fuzz.sh [SECONDS]" >&2; exit 2; }
 scripts/packages.sh clang libclang-rt-dev
 cmake --preset fuzz >/dev/null

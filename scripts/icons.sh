@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the .ico files of res/icons from the drawings beside them: scripts/icons.sh
-# The .ico files are kept in the tree, so only somebody who changes a drawing needs this.
-# A size with a drawing of its own, NAME-SIZE.svg, is made from that; all others from NAME.svg.
+# Generates the .ico files in res/icons from the drawings beside them: scripts/icons.sh. The .ico files are committed,
+# so this is needed only after changing a drawing. A size with its own drawing, NAME-SIZE.svg, is made from that; all
+# others from NAME.svg.
 set -euo pipefail
 cd "$(dirname "$0")/../res/icons"
 
@@ -14,7 +14,7 @@ install_tools() {
         apt-get install -y -qq --no-install-recommends librsvg2-bin icoutils optipng >/dev/null
 }
 
-# make_icon NAME SIZE...: 32-bit images with straight alpha, the 256 one as a PNG as Windows wants it.
+# make_icon NAME SIZE...: 32-bit images with straight alpha; 256 pixels as PNG, as Windows expects.
 make_icon() {
     local name=$1 size drawing images=()
     shift
@@ -30,7 +30,7 @@ make_icon() {
             images+=("$work/$name-$size.png")
         fi
     done
-    # The depth is said because icotool would store a drawing of few colours as a palette without soft edges.
+    # The depth is explicit because icotool would store a drawing of few colours with a palette and without soft edges.
     icotool --create --bit-depth=32 --output "$name.ico" "${images[@]}"
 }
 

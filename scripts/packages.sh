@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs from the Debian archive what building and testing need and this machine lacks. Asks nothing, and says
-# nothing when there is nothing to do.
+# Installs the Debian packages that building and testing need and this machine lacks. Non-interactive, and silent if
+# nothing is missing.
 set -euo pipefail
 packages=(
     # building
@@ -9,10 +9,10 @@ packages=(
     clang-format clang-tidy python3 python3-pefile
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
     wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
-    # what Wine loads only if it is there: encryption, and the finer parts of windows, mouse and text
+    # optional for Wine: encryption, and details of windows, mouse and text
     libgnutls30 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 ca-certificates
 )
-# Also the names that a package stands in for: Debian 13 has libgnutls30t64, which provides libgnutls30.
+# Includes the names that a package provides: Debian 13 has libgnutls30t64, which provides libgnutls30.
 installed=$(dpkg-query -W -f='${Status}, ${Package}, ${Provides}\n' |
     sed -n 's/^[a-z]* ok installed, //p' | tr -s ',' '\n' | sed 's/^ *//; s/[ :(].*//')
 missing=()
@@ -31,7 +31,7 @@ install_missing() {
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 echo "installing: ${missing[*]}"
-# The lists of the archive may be fresh enough; a machine that has none yet needs them first.
+# The package lists may be recent enough; a machine without any needs them first.
 install_missing && exit 0
 as_root apt-get update -qq >>"$log" 2>&1 && install_missing && exit 0
 cat "$log" >&2

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the pictures of the README again, in docs/.
+# Regenerates the README's pictures in docs/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh

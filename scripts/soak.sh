@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# The real program takes 200,000 ticks of each kind with its graphs open and painted, its menu opened and closed and the
-# shell restarted after every thousand: scripts/soak.sh [TICKS]. Half an hour. Says how its memory goes; fails if it grows
-# after the first thousand, if an icon is lost, or if the program stops painting or answering.
+# Runs the real program through 200,000 ticks of each kind with its graphs open; after every thousand they are painted,
+# the menu is opened and closed, and the shell restarts: scripts/soak.sh [TICKS]. Takes half an hour. Reports its
+# memory; fails if it grows after the first thousand, if an icon is lost, or if the program stops painting or
+# responding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ticks=${1:-200000}
-# The first thousand is what the others are compared to.
+# The first thousand is the baseline for the others.
 if ! [[ $ticks =~ ^[1-9][0-9]*000$ && $ticks -ge 2000 ]]; then
     echo "usage: scripts/soak.sh [TICKS], in thousands from 2000" >&2
     exit 2

@@ -1,11 +1,13 @@
-# Sourced by the scripts that run Windows programs: a quiet Wine, with a screen and a prefix that leave with the script.
+# Sourced by the scripts that run Windows programs: a quiet Wine, with a screen and a prefix that last as long as the
+# script.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 pristine_prefix=$root/build/wine/pristine
 export WINEDEBUG=${WINEDEBUG:--all}
-# No offer to download .NET or a browser; and no debugger that waits beside a program that crashed.
+# No offer to download .NET or a browser, and no debugger that waits after a crash.
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"mscoree,mshtml,winedbg.exe="}
 
-# A prefix takes some ten seconds to make. So one is made, under a lock, and never run in: all others are copies of it.
+# Creating a prefix takes some ten seconds. So one is created, under a lock, and never used to run anything: all others
+# are copies of it.
 make_pristine_prefix() {
     [ ! -e "$pristine_prefix/system.reg" ] || return 0
     mkdir -p "$root/build/wine"
@@ -14,20 +16,20 @@ make_pristine_prefix() {
     flock "$lock"
     if [ ! -e "$pristine_prefix/system.reg" ]; then
         rm -rf "$pristine_prefix.new"
-        # Nothing that outlives this function may hold the lock.
+        # No process that outlives this function may hold the lock.
         WINEPREFIX=$pristine_prefix.new wineboot --init >/dev/null 2>&1 {lock}>&-
-        # No window manager runs on these screens; Wine would wait two seconds for one whenever a window is hidden.
+        # These screens have no window manager; Wine would wait two seconds for one whenever a window is hidden.
         WINEPREFIX=$pristine_prefix.new wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f \
             >/dev/null 2>&1 {lock}>&-
         WINEPREFIX=$pristine_prefix.new wineserver --wait {lock}>&-
-        # "Documents" and its like are links into the home folder. What runs here stays here.
+        # "Documents" and the like are links into the home folder, which tests must not touch.
         find "$pristine_prefix.new/drive_c/users" -type l -exec rm {} \; -exec mkdir {} \;
         mv "$pristine_prefix.new" "$pristine_prefix"
     fi
     exec {lock}>&-
 }
 
-# What a killed run left behind: folders that bear the number of a process that is gone.
+# Removes leftovers of killed runs: folders named after a process that no longer exists.
 sweep_leftovers() {
     local folder owner
     for folder in "$root"/build/wine/*-*-*; do
@@ -47,7 +49,7 @@ copy_prefix() {
     cp --remove-destination "$pristine_prefix"/*.reg "$1"
 }
 
-# A prefix and a screen of this script's own, for whichever of the two the caller has not set, until the script ends.
+# Sets up a private prefix and screen, unless the caller has set them, until the script ends.
 begin_session() {
     trap end_session EXIT
     trap 'exit 130' INT TERM
@@ -62,7 +64,7 @@ begin_session() {
 
 start_display() {
     local numbers number
-    # Even if this script is killed, the screen goes with it.
+    # The screen ends with this script, even if the script is killed.
     exec {numbers}< <(exec setpriv --pdeathsig TERM Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp 2>/dev/null)
     display_pid=$!
     if ! read -r -t 60 -u "$numbers" number; then

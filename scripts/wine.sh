@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs one Windows program: scripts/wine.sh PROGRAM [ARGUMENT ...]. Its exit code is the program's; but 1 where the program
-# ends with 0 after a crash in a window callback, which Wine swallows: it says so on the error output and goes on.
-# DISPLAY and WINEPREFIX are used if set; otherwise the program gets a screen and a prefix for this run alone.
+# Runs one Windows program: scripts/wine.sh PROGRAM [ARGUMENT ...]. The exit code is the program's, but 1 if it exits
+# with 0 after a crash in a window callback, which Wine swallows and only reports on stderr. DISPLAY and WINEPREFIX are
+# used if set; otherwise the program gets a screen and a prefix for this run only.
 set -euo pipefail
 source "$(dirname "$0")/wine-env.sh"
 export WINEDEBUG=$WINEDEBUG,err+seh
@@ -11,7 +11,7 @@ fi
 errors=$(mktemp)
 trap 'rm -f "$errors"; end_session' EXIT
 
-# Into a file, not a pipe: Wine's own services start with the first program and keep its error output open.
+# Into a file, not a pipe: Wine's own services start with the first program and keep its stderr open.
 code=0
 wine "$@" 2>"$errors" || code=$?
 cat "$errors" >&2

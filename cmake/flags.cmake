@@ -1,4 +1,4 @@
-# The one place for compiler flags: `kestrane_flags` is linked by everything that is compiled here.
+# The one place for compiler flags: everything compiled here links `kestrane_flags`.
 add_library(kestrane_flags INTERFACE)
 target_compile_features(kestrane_flags INTERFACE cxx_std_20)
 target_compile_options(kestrane_flags INTERFACE
@@ -6,7 +6,7 @@ target_compile_options(kestrane_flags INTERFACE
     -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
     -Wold-style-cast -Wcast-qual -Wcast-align -Wextra-semi
     -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wformat=2 -Wmissing-declarations
-    # GCC 12 sees overlapping copies in std::string's own operator+ where there are none (its bug 105651).
+    # GCC 12 falsely reports overlapping copies in std::string's operator+ (GCC bug 105651).
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wnull-dereference>)
 
@@ -20,8 +20,8 @@ if(WIN32)
     target_compile_definitions(kestrane_flags INTERFACE
         UNICODE _UNICODE _WIN32_WINNT=0x0A00 WINVER=0x0A00 NTDDI_VERSION=0x0A000000
         WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
-    # Each thing in a section of its own, so that the linker can leave out what nobody uses. The unwind table holds on to
-    # every function that has an entry there, so this is for the rest: 47 KB of the program.
+    # One section per function and object, so that the linker can drop unused ones. The unwind table references every
+    # function with an entry there, so this works only for the rest: 47 KB of the program.
     target_compile_options(kestrane_flags INTERFACE -ffunction-sections -fdata-sections)
     target_link_options(kestrane_flags INTERFACE -static -Wl,--no-insert-timestamp -Wl,--gc-sections)
 endif()

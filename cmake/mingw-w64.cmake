@@ -1,5 +1,6 @@
-# The -win32 compilers, whose C++ runtime stands on Windows' own threads. That of the -posix ones brings a library of POSIX
-# threads: 25 KB, and imports such as SuspendThread and SetThreadContext, by which virus scanners know what injects code.
+# The -win32 compilers, whose C++ runtime uses Windows' own threads. That of the -posix ones brings a POSIX threads
+# library: 25 KB, and imports such as SuspendThread and SetThreadContext, which virus scanners associate with code
+# injection.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-win32)

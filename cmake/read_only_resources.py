@@ -1,6 +1,6 @@
-"""Takes the right to write away from the resources of a Windows program: read_only_resources.py FILE.
+"""Makes the resource section of a Windows program read-only: read_only_resources.py FILE.
 
-The linker of binutils gives it to every section called .rsrc, whatever its input and options say.
+The binutils linker marks every .rsrc section writable, whatever its input and options say.
 """
 
 import pathlib
@@ -11,7 +11,7 @@ MEM_WRITE = 0x80000000
 
 
 def checksum(image, place):
-    """The sum that the header holds of the whole file, itself left out."""
+    """The header's checksum of the whole file, except for the checksum field itself."""
     words = image[:place] + bytes(4) + image[place + 4 :]
     words += bytes(len(words) % 2)
     total = sum(struct.unpack(f"<{len(words) // 2}H", words))

@@ -9,7 +9,7 @@ namespace kestrane {
 
 using ByteSpan = std::span<const std::uint8_t>;
 
-/// The little-endian number of `Size` bytes at `offset`; 0 if it does not lie wholly within `bytes`.
+/// The little-endian number of `Size` bytes at `offset`; 0 if it is not entirely within `bytes`.
 template <std::size_t Size>
 constexpr std::uint64_t LittleEndianAt(ByteSpan bytes, std::size_t offset) {
     static_assert(Size <= sizeof(std::uint64_t));

@@ -224,7 +224,7 @@ class Desktop:
             "WINEPREFIX": str(self.prefix),
             "WINEDEBUG": "-all,err+seh",
             "WINEDLLOVERRIDES": "mscoree,mshtml,winedbg.exe=",
-            # Wine takes the locale from this variable even where the C library has never heard of it.
+            # Wine takes the locale from this variable even if the C library does not have it.
             "LC_ALL": language + ".UTF-8",
         }
         if counters is not None:

@@ -209,7 +209,7 @@ def assert_images(test, menu):
 
 
 class RightAligned(MenuTest):
-    """As on a tablet, or with the setting for handedness."""
+    """As on a tablet, or with the handedness setting."""
 
     options = {
         "registry": [("Control Panel\\\\Desktop", '"MenuDropAlignment"="1"')]

@@ -112,7 +112,7 @@ TEST(DrawBars, TheNewestIsAtTheRightAndTheLeftStays) {
 .aaa
 .aaa
 )");
-    EXPECT_EQ(Bars(4, {100, 100, 0, 34, 67, 100}), Bars(4, {0, 34, 67, 100})) << "older samples are not seen";
+    EXPECT_EQ(Bars(4, {100, 100, 0, 34, 67, 100}), Bars(4, {0, 34, 67, 100})) << "older samples are not shown";
 }
 
 TEST(DrawBars, ReadsARingThatHasWrapped) {
@@ -166,7 +166,7 @@ TEST(DrawPairedBars, HistoriesAreAlignedByTheirNewestSample) {
 }
 
 TEST(DrawPairedBars, ClampsBeforeComparing) {
-    EXPECT_EQ(Paired(3, {Most}, {101}), Paired(3, {}, {100})) << "both are 100, so the second is seen";
+    EXPECT_EQ(Paired(3, {Most}, {101}), Paired(3, {}, {100})) << "both are 100, so the second is in front";
     EXPECT_EQ(Paired(3, {Least}, {-1}), Picture(Canvas(3)));
 }
 

@@ -110,7 +110,7 @@ TEST_F(CoreGridPicture, LinesOnlyWhereThereIsHistory) {
     EXPECT_EQ(drawing.polylines[0].color, Performance);
     EXPECT_EQ(drawing.polylines[0].points, (Points{{11, 14}, {12, 2}, {13, 8}}));
     EXPECT_TRUE(drawing.polylines[1].points.empty());
-    EXPECT_EQ(picture_.Rows(Legend)[14], "+o............o..o............o+") << "no fill, no pixel";
+    EXPECT_EQ(picture_.Rows(Legend)[14], "+o............o..o............o+") << "no fill, no pixels";
 }
 
 TEST_F(CoreGridPicture, LinesAreSmoothedAndFilled) {
@@ -220,7 +220,7 @@ TEST_F(CoreGridPicture, HolesHaveCellsThatShowZero) {
         EXPECT_EQ(picture_.Rows(Legend)[static_cast<std::size_t>(y)].substr(17), "#............#+");
     ASSERT_TRUE(drawing.readout.has_value());
     EXPECT_EQ(drawing.readout->lines[0].text, L"Hilo 1 (rendimiento): 0 %");
-    EXPECT_EQ(drawing.readout->markers[0].y, 14) << "one over the border";
+    EXPECT_EQ(drawing.readout->markers[0].y, 14) << "one above the border";
 }
 
 TEST_F(CoreGridPicture, AHoleIsOfTheClassThatTheTableSays) {

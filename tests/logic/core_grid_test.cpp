@@ -90,7 +90,8 @@ TEST(ComputeCoreGrid, LaysCellsRowByRow) {
     // Five in two rows: the cells of the shorter row are wider, and each row ends at the full width.
     EXPECT_EQ(ComputeCoreGrid(5, 100, 50, 2),
               (Cells{{0, 0, 32, 24}, {34, 0, 32, 24}, {68, 0, 32, 24}, {0, 26, 49, 24}, {51, 26, 49, 24}}));
-    EXPECT_EQ(ComputeCoreGrid(2, 100, 20, -7), (Cells{{0, 0, 50, 20}, {50, 0, 50, 20}})) << "a negative gap is none";
+    EXPECT_EQ(ComputeCoreGrid(2, 100, 20, -7), (Cells{{0, 0, 50, 20}, {50, 0, 50, 20}}))
+        << "a negative gap counts as 0";
     EXPECT_EQ(ComputeCoreGrid(2, 0, 0, 3), (Cells{{0, 0, 1, 1}, {3, 0, 1, 1}})) << "at least 1 by 1";
 }
 

@@ -192,7 +192,7 @@ TEST_F(PlotPicture, TheMarginStaysFree) {
     DrawPlot(picture.Buffer(), view_, scale_, MakePlotWindow(view_, scale_), 3);
     const std::int32_t axis = scale_.layout.axisX;
     EXPECT_EQ(picture.At(axis, 3), Background);
-    EXPECT_EQ(picture.At(axis, 4), Contrast) << "the axis begins under the margin";
+    EXPECT_EQ(picture.At(axis, 4), Contrast) << "the axis starts below the margin";
     EXPECT_EQ(picture.At(3, scale_.layout.plotBottom), Background);
     EXPECT_EQ(picture.At(4, scale_.layout.plotBottom), FrameColor) << "and so does the baseline beside it";
     EXPECT_EQ(picture.At(25, scale_.layout.plotBottom), FrameColor);
@@ -218,7 +218,7 @@ TEST_F(PlotPicture, LinesAreGivenBackSecondSeriesFirst) {
     EXPECT_EQ(lines[1].color, First);
     // A value of 0 is drawn one pixel above the baseline, like a value of 1.
     EXPECT_EQ(lines[1].points, (Points{{11, 7}, {12, 7}, {13, 6}, {14, 2}}));
-    EXPECT_EQ(Rows()[7], "+....|.........+") << "no fill, no pixel";
+    EXPECT_EQ(Rows()[7], "+....|.........+") << "no fill, no pixels";
 }
 
 TEST_F(PlotPicture, LinesAreSmoothedAndOfOneSeriesForOne) {

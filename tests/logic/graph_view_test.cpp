@@ -95,7 +95,7 @@ TEST_F(GraphViewOf, StyleAndFill) {
     EXPECT_EQ(View(GraphKind::Cpu).alpha, 0.25);
     settings_.cpu.style = 0;
     EXPECT_FALSE(View(GraphKind::Cpu).lines);
-    EXPECT_EQ(View(GraphKind::Cpu).smoothing, 0) << "smoothing plays no part in bars";
+    EXPECT_EQ(View(GraphKind::Cpu).smoothing, 0) << "bars are not smoothed";
     settings_.cpu.style = 2;
     EXPECT_FALSE(View(GraphKind::Cpu).lines) << "only 1 is lines";
 }

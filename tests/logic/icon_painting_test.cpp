@@ -20,7 +20,7 @@ const PixelLegend Legend = {{0xFF101010, '.'}, {0xFFEEEEEE, 'o'}, {0, ' '},     
                             {0xFFDD00DD, 'b'}, {0xFF183858, 't'}};
 constexpr ColorValue Background = 0x101010;
 constexpr ColorValue Border = 0xEEEEEE;
-constexpr ColorValue Foreground = 0x2060A0;  // halfway to the background lies 0x183858
+constexpr ColorValue Foreground = 0x2060A0;  // 0x183858 is halfway to the background
 
 AppSettings TestSettings() {
     AppSettings settings = MakeDefaultSettings();

@@ -65,7 +65,7 @@ TEST(ScaleMaximum, IsTheGreatestVisibleValueOverAFloor) {
 
     GraphView alone = ViewOf(GraphKind::Network, RefTo(down), RefTo(up));
     alone.twoSeries = false;
-    EXPECT_EQ(ScaleMaximum(alone, 3), 20000) << "the second series does not count where it plays no part";
+    EXPECT_EQ(ScaleMaximum(alone, 3), 20000) << "an unused second series does not count";
 }
 
 TEST(ScaleMaximum, FollowsTheCurveThatIsDrawn) {

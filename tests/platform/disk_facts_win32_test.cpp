@@ -139,7 +139,7 @@ DWORD WINAPI FakeGetLogicalDriveStringsW(DWORD length, wchar_t* buffer) {
 
 FakeVolume& VolumeOf(const wchar_t* root) {
     const auto found = std::ranges::find(fakeMachine.volumes, root, [](const auto& pair) { return pair.first; });
-    EXPECT_NE(found, fakeMachine.volumes.end()) << "asked for a root that was not given";
+    EXPECT_NE(found, fakeMachine.volumes.end()) << "unknown root";
     return found->second;
 }
 

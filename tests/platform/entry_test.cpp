@@ -189,7 +189,7 @@ LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD
 }
 
 LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
-    EXPECT_EQ(size, (std::wcslen(reinterpret_cast<LPCWSTR>(data)) + 1) * sizeof(wchar_t)) << "with its end mark";
+    EXPECT_EQ(size, (std::wcslen(reinterpret_cast<LPCWSTR>(data)) + 1) * sizeof(wchar_t)) << "including its terminator";
     if (world.machineValueStatus != ERROR_SUCCESS) return world.machineValueStatus;
     return REAL(L"advapi32", RegSetValueExW)(key, name, 0, type, data, size);
 }

@@ -133,7 +133,7 @@ BOOL WINAPI FakeDeleteObject(HGDIOBJ object) {
     Closed(object);
     static const auto real = REAL(L"gdi32", DeleteObject);
     const BOOL deleted = real(object);
-    EXPECT_TRUE(deleted) << "an object that is still selected is not deleted";
+    EXPECT_TRUE(deleted) << "an object must not be deleted while selected";
     return deleted;
 }
 
@@ -474,7 +474,7 @@ TEST_F(GraphPainter, HoldsWithoutADpi) {
     EXPECT_EQ(world.lines[0].width, 1);
     ASSERT_GT(world.texts.size(), 8U);
     EXPECT_EQ(world.texts[8].at.y, 78) << "the legend, after eight ticks: a line of text is 1 pixel high at least";
-    EXPECT_EQ(target.At(196, 74), ReadableColor(0x167B04, 0)) << "the marker keeps its least size";
+    EXPECT_EQ(target.At(196, 74), ReadableColor(0x167B04, 0)) << "the marker keeps its minimum size";
     EXPECT_EQ(target.At(195, 73), 0U);
 }
 
@@ -518,7 +518,7 @@ TEST_F(GraphPainter, OneCellAProcessor) {
         EXPECT_EQ(text.backgroundMode, TRANSPARENT) << testing::PrintToString(text.text);
     }
     EXPECT_EQ(texts, (std::vector<std::wstring>{L"(Máx núcleo: 100 %)", L"CPU: 42 %"}))
-        << "no labels, and nothing to read where there is no history";
+        << "no labels, and no readout without history";
 
     world.texts.clear();
     Paint(target, GraphKind::Cpu, NormalDpi, {true, 99, 15});
@@ -577,7 +577,8 @@ TEST_F(GraphPainter, TheGridIsDrawnFromTheBackToTheFront) {
         const HoverState hover = {true, end.x - 9, end.y - 2};
         const Point outline = {hover.x - 11, end.y};
         EXPECT_EQ(plain.At(outline.x, outline.y), performance);
-        EXPECT_EQ(plain.At(outline.x, outline.y + 1), performance) << "the curve of zeros lies over the lower border";
+        EXPECT_EQ(plain.At(outline.x, outline.y + 1), performance)
+            << "the curve of zeros is drawn over the lower border";
 
         world.texts.clear();
         const Target hovered(width, height);
@@ -625,7 +626,7 @@ TEST_F(GraphPainter, RefusedPicturesLeaveTheTargetAsItIs) {
     expectUntouched("a bitmap that cannot be selected");
     world.refuseBitmapSelection = false;
     Paint(target, GraphKind::Cpu);
-    EXPECT_EQ(target.At(0, 0), FrameColor) << "and all is well again";
+    EXPECT_EQ(target.At(0, 0), FrameColor) << "and works again";
 }
 
 TEST_F(GraphPainter, OtherRefusalsCostOnlyTheirPart) {

@@ -171,7 +171,7 @@ TEST_F(GraphWindowHover, NotWhenPinnedHiddenOrDragged) {
     SendMessageW(window, WM_ENTERSIZEMOVE, 0, 0);
     EXPECT_FALSE(HoverOf(window).active) << "the drag ends it";
     hover();
-    EXPECT_FALSE(HoverOf(window).active) << "while it lasts";
+    EXPECT_FALSE(HoverOf(window).active) << "during the drag";
     SendMessageW(window, WM_EXITSIZEMOVE, 0, 0);
     hover();
     EXPECT_TRUE(HoverOf(window).active);
@@ -237,7 +237,7 @@ TEST_F(GraphWindowClick, ARightClickAsksForTheMenu) {
     EXPECT_FALSE(hoverAtMenu);
     world.cursor = Cursor(-5, 700);
     EXPECT_EQ(SendMessageW(window, WM_CONTEXTMENU, 0, At(20, 30)), 0);
-    EXPECT_EQ(SendMessageW(window, WM_CONTEXTMENU, 0, -1), 0) << "the menu key: where the cursor is";
+    EXPECT_EQ(SendMessageW(window, WM_CONTEXTMENU, 0, -1), 0) << "the menu key: at the cursor";
     const std::vector<std::pair<GraphKind, Point>> expected = {
         {GraphKind::Network, {-130, 150}}, {GraphKind::Network, {20, 30}}, {GraphKind::Network, {-5, 700}}};
     EXPECT_EQ(host_.menus, expected);
@@ -283,9 +283,9 @@ TEST_F(GraphWindowDrag, MovesWithTheMouseFromTheStart) {
 TEST_F(GraphWindowDrag, SnapsToTheWorkArea) {
     EXPECT_EQ(Move(-293, -306), (Rect{0, 0, 490, 150}));
     EXPECT_EQ(Move(1130 - 8, 590 + 9), (Rect{1430, 890, 1920, 1040}));
-    EXPECT_EQ(Move(-289, -289), (Rect{11, 11, 501, 161})) << "11 away is out of reach";
+    EXPECT_EQ(Move(-289, -289), (Rect{11, 11, 501, 161})) << "11 away is too far";
     world.dpi = 192;
-    EXPECT_EQ(Move(-289, -289), (Rect{0, 0, 490, 150})) << "the reach grows with the DPI";
+    EXPECT_EQ(Move(-289, -289), (Rect{0, 0, 490, 150})) << "the range grows with the DPI";
 }
 
 TEST_F(GraphWindowDrag, SnapsToShownSisters) {
@@ -295,27 +295,27 @@ TEST_F(GraphWindowDrag, SnapsToShownSisters) {
     EXPECT_EQ(Move(604, 0).left, 900) << "inside, at its left";
     EXPECT_EQ(Move(0, 94).top, 400) << "below it";
     Graph(GraphKind::Disk).SetShown(false);
-    EXPECT_EQ(Move(113, 6), (Rect{413, 306, 903, 456})) << "a hidden one does not pull";
+    EXPECT_EQ(Move(113, 6), (Rect{413, 306, 903, 456})) << "a hidden one does not attract";
 }
 
 TEST_F(GraphWindowDrag, SizesTheDraggedSides) {
     EXPECT_EQ(Size(WMSZ_LEFT, -50, 70), (Rect{250, 300, 790, 450}));
     EXPECT_EQ(Size(WMSZ_TOPLEFT, -50, -70), (Rect{250, 230, 790, 450}));
     EXPECT_EQ(Size(WMSZ_BOTTOMRIGHT, 50, 70), (Rect{300, 300, 840, 520}));
-    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the least width";
-    EXPECT_EQ(Size(WMSZ_BOTTOM, 0, -1000), (Rect{300, 300, 790, 380})) << "the least height";
+    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the minimum width";
+    EXPECT_EQ(Size(WMSZ_BOTTOM, 0, -1000), (Rect{300, 300, 790, 380})) << "the minimum height";
     EXPECT_EQ(Size(WMSZ_LEFT, -293, 0), (Rect{0, 300, 790, 450})) << "it snaps";
     EXPECT_EQ(Size(WMSZ_BOTTOM, 0, 582), (Rect{300, 300, 790, 1040}));
-    EXPECT_EQ(Size(99, 50, 50), (Rect{300, 300, 790, 450})) << "no side that there is";
+    EXPECT_EQ(Size(99, 50, 50), (Rect{300, 300, 790, 450})) << "not a valid side";
     world.dpi = 144;
-    EXPECT_EQ(Size(WMSZ_RIGHT, -1000, 0), (Rect{300, 300, 600, 450})) << "the least size grows with the DPI";
+    EXPECT_EQ(Size(WMSZ_RIGHT, -1000, 0), (Rect{300, 300, 600, 450})) << "the minimum size grows with the DPI";
 }
 
 TEST_F(GraphWindowDrag, AltTurnsSnappingOff) {
     world.altDown = true;
     EXPECT_EQ(Move(-293, -306), (Rect{7, -6, 497, 144}));
     EXPECT_EQ(Size(WMSZ_LEFT, -293, 0), (Rect{7, 300, 790, 450}));
-    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the least size holds";
+    EXPECT_EQ(Size(WMSZ_LEFT, 1000, 0), (Rect{590, 300, 790, 450})) << "the minimum size still applies";
 }
 
 TEST_F(GraphWindowDrag, EachStepIsSeen) {
@@ -347,7 +347,7 @@ TEST_F(GraphWindowDrag, ANewDpiBeginsItAnew) {
 
 TEST_F(GraphWindowDrag, AStepToAMonitorOfAnotherDpiKeepsTheNewSize) {
     world.onMove = CrossToLargerDpi;
-    EXPECT_EQ(Move(100, 100), (Rect{400, 400, 1135, 625})) << "the system is to take what stands";
+    EXPECT_EQ(Move(100, 100), (Rect{400, 400, 1135, 625})) << "the system must take the actual rectangle";
     EXPECT_EQ(PlaceOf(window_), (Rect{400, 400, 1135, 625}));
     EXPECT_EQ(Move(120, 90), (Rect{420, 390, 1155, 615}));
 }
@@ -370,7 +370,7 @@ TEST_F(GraphWindowDrag, TheCursorMayBeAnywhere) {
     RECT rect = {};
     SendMessageW(window_, WM_MOVING, 0, reinterpret_cast<LPARAM>(&rect));
     EXPECT_EQ(rect.left, highest - 200);
-    EXPECT_EQ(rect.right, highest) << "held at the end of the range";
+    EXPECT_EQ(rect.right, highest) << "clamped to the end of the range";
 }
 
 /// The ways into the system's modal move loop: the mouse, and a command sent by another program.

@@ -378,7 +378,7 @@ TEST_F(GraphWindowPlace, AMonitorThatIsGoneIsReplacedAndStored) {
 TEST_F(GraphWindowPlace, ADisplayChangeBringsItBackAndSaves) {
     Show(GraphKind::Disk);
     Graph(GraphKind::Disk).RecoverIfOffScreen();
-    EXPECT_TRUE(host_.changes.empty()) << "seen, if only in part";
+    EXPECT_TRUE(host_.changes.empty()) << "partly visible";
     EXPECT_TRUE(world.positions.empty());
     world.offScreen = true;
     Graph(GraphKind::Disk).RecoverIfOffScreen();
@@ -398,7 +398,7 @@ TEST_F(GraphWindowPlace, AStoredPlaceOnAMonitorOfAnotherDpiKeepsItsSize) {
     world.onMove = CrossToLargerDpi;
     Graph(GraphKind::Cpu).SetShown(true);
     EXPECT_EQ(PlaceOf(world.windows.back()), (Rect{33, 44, 333, 164}));
-    EXPECT_EQ(StoredRect(GraphKind::Cpu), (Rect{33, 44, 333, 164})) << "what lies between is not stored";
+    EXPECT_EQ(StoredRect(GraphKind::Cpu), (Rect{33, 44, 333, 164})) << "the intermediate place is not stored";
     EXPECT_TRUE(host_.changes.empty());
 }
 

@@ -37,7 +37,7 @@ class IconRenderTest : public testing::Test {
         debugLines.clear();
     }
     ~IconRenderTest() override {
-        EXPECT_THAT(world.live, IsEmpty()) << "everything that was made is given back";
+        EXPECT_THAT(world.live, IsEmpty()) << "every object is released";
         EXPECT_EQ(world.strayCloses, 0);
     }
 };
@@ -363,7 +363,7 @@ TEST_F(IconRenderTest, TheMachinesOwnTextLandsOnTheCanvas) {
     for (std::size_t i = 0; i < read.pixels.size(); ++i) {
         if (read.pixels[i] == 0) continue;
         ++inked;
-        EXPECT_EQ(read.pixels[i] & 0xFFFFFF, 0xFF8000U) << "on nothing the text has its own colour";
+        EXPECT_EQ(read.pixels[i] & 0xFFFFFF, 0xFF8000U) << "on a transparent pixel the text has its own colour";
     }
     EXPECT_GT(inked, 40U);
     EXPECT_LT(inked, 24U * 32U);
@@ -396,8 +396,8 @@ TEST_F(IconRenderTest, TextThatFitsNowhereIsCutAtBothEdges) {
         }
     }
     EXPECT_GT(inked, 0U);
-    EXPECT_GT(inkedLeft, 0U) << "it does fit, so nothing is cut";
-    EXPECT_GT(inkedRight, 0U) << "it does fit, so nothing is cut";
+    EXPECT_GT(inkedLeft, 0U) << "it fits, so nothing is clipped";
+    EXPECT_GT(inkedRight, 0U) << "it fits, so nothing is clipped";
 }
 
 TEST_F(IconRenderTest, WithoutColourOrTextTheCanvasGoesAsItIs) {
@@ -417,7 +417,7 @@ TEST_F(IconRenderTest, WithoutAFontThereIsAnIconWithoutText) {
 
     const AppSettings settings = MakeDefaultSettings();
     EXPECT_EQ(Pixels(RenderMemoryIcon(settings, 42, 16)).pixels, PaintMemoryIcon(settings, 42, 16).canvas.pixels)
-        << "and no digits stand in";
+        << "without substitute digits";
 }
 
 TEST_F(IconRenderTest, TextWithoutBitmapMaskOrContextGivesNone) {

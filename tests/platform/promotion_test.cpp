@@ -94,7 +94,7 @@ decltype(&RegSetValueExW) __imp_RegSetValueExW = &kestrane::FakeRegSetValueExW;
 
 // Declared without dllimport, so the function itself is replaced. It returns a text to free after a failure too.
 HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD flags, HANDLE token, PWSTR* path) {
-    EXPECT_EQ(flags, 0x4000U) << "not whether the folder is there";
+    EXPECT_EQ(flags, 0x4000U) << "without checking that the folder exists";
     EXPECT_EQ(token, nullptr);
     using kestrane::programFiles;
     ++programFiles.questions;
@@ -169,7 +169,7 @@ class PromotionTest : public testing::Test {
     void SetUp() override { ASSERT_TRUE(registry_); }
     ~PromotionTest() override {
         EXPECT_EQ(openKeys, 0) << "every key is closed";
-        EXPECT_EQ(programFiles.textsHeld, 0) << "every text is given back";
+        EXPECT_EQ(programFiles.textsHeld, 0) << "every text is freed";
     }
     void Reset() {
         refusals = {};
@@ -288,7 +288,7 @@ TEST_F(PromotionTest, ADecisionIsLeftAloneEitherWay) {
     EXPECT_EQ(Promoted(L"1"), 0U);
     EXPECT_EQ(Promoted(L"2"), 1U);
     EXPECT_EQ(Promoted(L"3"), 7U);
-    EXPECT_EQ(Promoted(L"4"), std::nullopt) << "it is still no number";
+    EXPECT_EQ(Promoted(L"4"), std::nullopt) << "it is still not a number";
     EXPECT_THAT(debugLines, ElementsAre(Report(L"0")));
 }
 

@@ -423,7 +423,7 @@ TEST_F(TrayCommandsTest, AMenuLeftWithoutAChoiceGivesTheKeyboardBackToItsIcon) {
     for (const std::uint32_t id : {1U, 2U, 3U, 4U}) {
         Calls().clear();
         Event(id, EventContextMenu);
-        EXPECT_EQ(Calls().back(), "focus " + std::to_string(id)) << "behind the menu";
+        EXPECT_EQ(Calls().back(), "focus " + std::to_string(id)) << "after the menu";
     }
     for (const std::uint32_t command : {CommandPinFirst, CommandAbout, CommandPerformance}) {
         Calls().clear();
@@ -447,7 +447,7 @@ TEST_F(TrayCommandsTest, TheEndCanComeWhileTheShellTakesTheKeyboard) {
     const std::weak_ptr<TrayIconSet> icons = app->trayIcons;
     world.whileFocusIsGiven = [&] {
         SendMessageW(app->window, WM_CLOSE, 0, 0);
-        EXPECT_FALSE(icons.expired()) << "they are being asked";
+        EXPECT_FALSE(icons.expired()) << "a call is in progress";
     };
     Event(1, EventContextMenu);
     EXPECT_TRUE(app->shuttingDown);

@@ -190,7 +190,7 @@ TEST_F(TrayIconSetTest, AddsAllInOrderAndAsksForVersionFour) {
         EXPECT_EQ(call.data.uVersion, 4U);
         EXPECT_EQ(call.data.uFlags, 0xA5U) << "no image yet, so no NIF_ICON";
     }
-    EXPECT_EQ(icons.AddAll(), 4U) << "those that are there count, without a call";
+    EXPECT_EQ(icons.AddAll(), 4U) << "existing ones count, without a call";
     EXPECT_THAT(Order(), IsEmpty());
     EXPECT_THAT(debugLines, IsEmpty());
 }
@@ -442,7 +442,7 @@ TEST_F(TrayIconSetTest, ARefusedVersionDoesNotMatter) {
 TEST_F(TrayIconSetTest, VisibilityActsOnlyOnAChange) {
     TrayIconSet icons(Window);
     icons.SetVisible(2, true);
-    EXPECT_THAT(Order(), IsEmpty()) << "wanted from the start, although not there";
+    EXPECT_THAT(Order(), IsEmpty()) << "wanted from the start, though not added";
     icons.SetVisible(2, false);
     icons.SetVisible(2, false);
     EXPECT_THAT(Order(), IsEmpty()) << "hidden before it was ever added";
@@ -501,7 +501,7 @@ TEST_F(TrayIconSetTest, ATextIsCutAt127Characters) {
     }
     icons.Update(1, UniqueIcon(), L"ab");
     for (std::size_t i = 2; i < 128; ++i)
-        EXPECT_EQ(shell.calls.back().data.szTip[i], L'\0') << "nothing old stays";
+        EXPECT_EQ(shell.calls.back().data.szTip[i], L'\0') << "nothing old remains";
     icons.Update(1, UniqueIcon(), L"Red\nBajada: 1  Subida: 2");
     EXPECT_STREQ(shell.calls.back().data.szTip, L"Red\nBajada: 1  Subida: 2");
 }
@@ -535,12 +535,12 @@ TEST_F(TrayIconSetTest, ABalloonGoesToTheFirstIconThatCan) {
     EXPECT_FALSE(icons.ShowBalloon(L"Title", L"Text"));
     EXPECT_EQ(Order().size(), 3U);
     for (std::size_t i = 1; i < 4; ++i)
-        EXPECT_TRUE(icons.slots[i].added) << "a refused balloon says nothing of the icon";
+        EXPECT_TRUE(icons.slots[i].added) << "a refused balloon does not affect the icon";
 }
 
 TEST_F(TrayIconSetTest, ABalloonWithoutIconsIsLost) {
     TrayIconSet icons(Window);
-    EXPECT_FALSE(icons.ShowBalloon(L"Title", L"Text")) << "wanted, but not there";
+    EXPECT_FALSE(icons.ShowBalloon(L"Title", L"Text")) << "wanted, but not added";
     icons.AddAll();
     for (std::uint32_t id = 1; id <= 4; ++id)
         icons.SetVisible(id, false);
@@ -591,7 +591,7 @@ TEST_F(TrayIconSetTest, RemovingDeletesWhatIsThereAndDestroysEachImageOnce) {
 
         icons.Update(1, Image(13), L"c");
         icons.Update(2, Image(14), L"d");
-        EXPECT_THAT(Order(), ElementsAre("add 1 guid icon", "version 1 guid icon")) << "what is wanted comes back";
+        EXPECT_THAT(Order(), ElementsAre("add 1 guid icon", "version 1 guid icon")) << "wanted icons come back";
     }
     EXPECT_THAT(Order(), ElementsAre("delete 1 guid", "destroy 13", "destroy 14")) << "the end removes all";
     for (const auto& [icon, times] : shell.destroyed)

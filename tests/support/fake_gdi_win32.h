@@ -134,7 +134,7 @@ inline BOOL WINAPI FakeDeleteObject(HGDIOBJ object) {
     Closed(object);
     static const auto real = REAL(L"gdi32", DeleteObject);
     const BOOL deleted = real(object);
-    EXPECT_TRUE(deleted) << "an object that is still selected is not deleted";
+    EXPECT_TRUE(deleted) << "an object must not be deleted while selected";
     return deleted;
 }
 

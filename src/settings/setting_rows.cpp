@@ -138,6 +138,10 @@ SettingRows AllRows() {
 }
 
 SettingRows TabRows(SettingsTab tab) {
+    static_assert(static_cast<SettingOwner>(SettingsTab::Cpu) == Cpu &&
+                  static_cast<SettingOwner>(SettingsTab::Disk) == Disk &&
+                  static_cast<SettingOwner>(SettingsTab::Memory) == Memory &&
+                  static_cast<SettingOwner>(SettingsTab::Network) == Network);
     if (tab > SettingsTab::Network) return {};
     return RowsOf(OwnerOf(tab));
 }

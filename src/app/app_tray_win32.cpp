@@ -84,7 +84,9 @@ void App::ToggleGraph(GraphKind kind) {
 }
 
 void App::ShowTrayMenu(std::uint32_t iconId, int x, int y) {
-    if (RunTrayMenu(iconId, x, y) == NothingChosen) HeldIcons()->GiveFocus(iconId);
+    if (RunTrayMenu(iconId, x, y) != NothingChosen) return;
+    // A click on another window, which ends the menu too, has given the keyboard to that one.
+    if (GetForegroundWindow() == window) HeldIcons()->GiveFocus(iconId);
 }
 
 std::optional<std::uint32_t> App::RunTrayMenu(std::uint32_t iconId, int x, int y) {

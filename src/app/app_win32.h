@@ -72,7 +72,8 @@ struct App final : GraphWindowHost {
     void OnTrayNotify(WPARAM wParam, LPARAM lParam);
     /// Opens, hides or raises a graph.
     void ToggleGraph(GraphKind kind);
-    /// The menu of an icon; dismissed without a choice, it returns the keyboard focus to the icon.
+    /// The menu of an icon; dismissed without a choice, it returns the keyboard focus to the icon, unless the user has
+    /// clicked another window.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
     // Graphs (app_graphs_win32.cpp).

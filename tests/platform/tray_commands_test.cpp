@@ -680,6 +680,16 @@ TEST_F(TrayCommandsTest, AGraphsMenuGivesTheForegroundBack) {
     }
 }
 
+TEST_F(TrayCommandsTest, AnIconsMenuThatAClickElsewhereEndsLeavesTheKeyboardThere) {
+    Start();
+    const HWND users = MakeUsersWindow();
+    world.whileMenuIsOpen = [users] { world.foreground = users; };
+    Event(1, EventContextMenu);
+    EXPECT_EQ(CountCalls("focus 1"), 0);
+    EXPECT_EQ(world.foreground, users);
+    DestroyWindow(users);
+}
+
 TEST_F(TrayCommandsTest, AGraphsMenuThatDoesNotOpenLeavesTheForegroundAlone) {
     Start();
     const HWND users = MakeUsersWindow();

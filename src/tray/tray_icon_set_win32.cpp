@@ -67,12 +67,20 @@ bool Notify(DWORD message, NOTIFYICONDATAW& data) {
     return Shell_NotifyIconW(message, &data) != FALSE;
 }
 
+NOTIFYICONDATAW AddData(const TrayIconSlot& slot) {
+    NOTIFYICONDATAW data = CallData(slot);
+    if (!slot.icon) return data;
+    data.uFlags |= NIF_ICON;
+    data.hIcon = slot.icon.Get();
+    return data;
+}
+
 /// NIM_ADD, retried as ChooseAddRetry says.
 bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
     // Checked first: a taskbar that appears after the failure is not the one that refused.
     const bool hadTaskbar = FindTaskbar() != nullptr;
     if (Notify(NIM_ADD, data)) return true;
-    switch (ChooseAddRetry({hadTaskbar, slot.everAdded, slot.useGuid})) {
+    switch (ChooseAddRetry({hadTaskbar && !slot.addAgain, slot.everAdded, slot.useGuid})) {
         case AddRetry::None:
             return false;
         case AddRetry::DeleteFirst:
@@ -87,20 +95,28 @@ bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
     return Notify(NIM_ADD, data);
 }
 
-/// True if the icon is on the taskbar afterwards.
+/// True if the icon is on the taskbar afterwards. "TaskbarCreated" is sent, so it can arrive while an add waits for its
+/// result. A nested add would find an icon whose state is not known yet; so the outer one repeats itself for the new
+/// taskbar.
 bool AddSlot(TrayIconSlot& slot) {
     if (slot.added) return true;
     if (!slot.wanted) return false;
-    NOTIFYICONDATAW data = CallData(slot);
-    if (slot.icon) {
-        data.uFlags |= NIF_ICON;
-        data.hIcon = slot.icon.Get();
+    if (slot.adding) {
+        slot.addAgain = true;
+        return false;
     }
-    if (!TryAdd(slot, data)) {
+    NOTIFYICONDATAW data{};
+    slot.adding = true;
+    do {
+        slot.addAgain = false;
+        data = AddData(slot);
+        slot.added = TryAdd(slot, data);
+    } while (!slot.added && slot.addAgain);
+    slot.adding = false;
+    if (!slot.added) {
         LogDebug(L"kestrane: NIM_ADD ha fallado\n");
         return false;
     }
-    slot.added = true;
     slot.everAdded = true;
     Notify(NIM_SETVERSION, data);
     return true;

@@ -19,6 +19,7 @@
 namespace kestrane {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -27,10 +28,18 @@ struct Shell {
     bool runs = true;
     bool losesNextChange = false;  // busy: the call times out and the icon stays unchanged
     std::set<std::string> icons;   // "guid 1" or "id 1"
+    // What comes in from elsewhere while the next call waits, once: before the shell has got round to it, or after.
+    std::function<void()> before;
+    std::function<void()> after;
+    int starts = 0;
 };
 Shell shell;
 
-BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
+void Happen(std::function<void()>& what) {
+    if (const auto happen = std::exchange(what, nullptr)) happen();
+}
+
+BOOL Answer(DWORD message, const NOTIFYICONDATAW* data) {
     const bool byGuid = (data->uFlags & NIF_GUID) != 0;
     if (!shell.runs) return FALSE;
     const std::string icon = (byGuid ? "guid " : "id ") + std::to_string(data->uID);
@@ -44,6 +53,16 @@ BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
         default:
             return shell.icons.contains(icon) ? TRUE : FALSE;
     }
+}
+
+/// A call to a shell that ends before its answer has failed.
+BOOL WINAPI FakeShellNotifyIcon(DWORD message, PNOTIFYICONDATAW data) {
+    const int asked = shell.starts;
+    Happen(shell.before);
+    if (shell.starts != asked) return FALSE;
+    const BOOL answer = Answer(message, data);
+    Happen(shell.after);
+    return shell.starts == asked ? answer : FALSE;
 }
 
 HWND WINAPI FakeFindWindow(LPCWSTR className, LPCWSTR title) {
@@ -81,6 +100,13 @@ void Tick(TrayIconSet& icons) {
 void StartShell() {
     shell.runs = true;
     shell.icons.clear();
+    ++shell.starts;
+}
+
+/// "TaskbarCreated", as the program answers it.
+void Refresh(TrayIconSet& icons) {
+    icons.ReAddAll();
+    Tick(icons);
 }
 
 struct Event {
@@ -113,13 +139,38 @@ const std::vector<Event> Events = {
     {"end of the session", [](TrayIconSet& icons) { icons.RemoveAll(); }},
 };
 
-constexpr std::size_t Steps = 6;
+/// The shell sends its message, so it arrives also while a call waits for its answer.
+const std::vector<Event> EventsWithinCalls = {
+    {"tick", Tick},
+    {"change of the screen", Refresh},
+    {"hide", [](TrayIconSet& icons) { icons.SetVisible(Id, false); }},
+    {"show", [](TrayIconSet& icons) { icons.SetVisible(Id, true); }},
+    {"silent restart", [](TrayIconSet&) { StartShell(); }},
+    {"change of the screen before a call is served",
+     [](TrayIconSet& icons) { shell.before = [&icons] { Refresh(icons); }; }},
+    {"change of the screen before a call is answered",
+     [](TrayIconSet& icons) { shell.after = [&icons] { Refresh(icons); }; }},
+    {"restart before a call is served",
+     [](TrayIconSet& icons) {
+         shell.before = [&icons] {
+             StartShell();
+             Refresh(icons);
+         };
+     }},
+    {"restart before a call is answered",
+     [](TrayIconSet& icons) {
+         shell.after = [&icons] {
+             StartShell();
+             Refresh(icons);
+         };
+     }},
+};
 
 /// The order with this number: its digits, in base number of events, select the events.
-std::vector<const Event*> OrderOf(std::size_t number) {
+std::vector<const Event*> OrderOf(const std::vector<Event>& events, std::size_t steps, std::size_t number) {
     std::vector<const Event*> order;
-    for (std::size_t step = 0; step < Steps; ++step, number /= Events.size())
-        order.push_back(&Events[number % Events.size()]);
+    for (std::size_t step = 0; step < steps; ++step, number /= events.size())
+        order.push_back(&events[number % events.size()]);
     return order;
 }
 
@@ -138,6 +189,7 @@ void WalkThrough(const std::vector<const Event*>& order) {
         icons.SetVisible(other, false);
     for (const Event* event : order)
         event->happen(icons);
+    shell.before = shell.after = nullptr;
     shell.runs = true;
     Tick(icons);
     ASSERT_EQ(icons.slots[Id - 1].added, icons.slots[Id - 1].wanted);
@@ -150,25 +202,47 @@ void WalkThrough(const std::vector<const Event*>& order) {
     ASSERT_THAT(shell.icons, IsEmpty()) << "after the end";
 }
 
-void WalkThroughEveryOrder(bool takesGuids) {
+void WalkThroughEveryOrder(bool takesGuids, const std::vector<Event>& events, std::size_t steps) {
     shell = {};
     shell.takesGuids = takesGuids;
     std::size_t orders = 1;
-    for (std::size_t step = 0; step < Steps; ++step)
-        orders *= Events.size();
+    for (std::size_t step = 0; step < steps; ++step)
+        orders *= events.size();
     for (std::size_t number = 0; number < orders; ++number) {
-        const std::vector<const Event*> order = OrderOf(number);
+        const std::vector<const Event*> order = OrderOf(events, steps, number);
         WalkThrough(order);
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << NamesOf(order);
     }
 }
 
 TEST(TrayIconOrders, AShellThatTakesGuidsHasTheIconOnceWhileItIsWanted) {
-    WalkThroughEveryOrder(true);
+    WalkThroughEveryOrder(true, Events, 6);
 }
 
 TEST(TrayIconOrders, AShellThatRefusesGuidsHasTheIconOnceWhileItIsWanted) {
-    WalkThroughEveryOrder(false);
+    WalkThroughEveryOrder(false, Events, 6);
+}
+
+TEST(TrayIconOrders, AnAddThatMeetsANewShellAddsToItAtOnce) {
+    shell = {};
+    StartShell();
+    TrayIconSet icons(nullptr);
+    for (const Event& event : EventsWithinCalls) {
+        event.happen(icons);
+        icons.SetVisible(Id, true);
+        icons.ReAddAll();
+        ASSERT_THAT(shell.icons, Contains("guid 1")) << event.name;
+        StartShell();
+        icons.slots[Id - 1].added = false;
+    }
+}
+
+TEST(TrayIconOrders, AShellThatTakesGuidsMayComeAnewWithinACall) {
+    WalkThroughEveryOrder(true, EventsWithinCalls, 5);
+}
+
+TEST(TrayIconOrders, AShellThatRefusesGuidsMayComeAnewWithinACall) {
+    WalkThroughEveryOrder(false, EventsWithinCalls, 5);
 }
 
 }  // namespace

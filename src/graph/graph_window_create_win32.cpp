@@ -75,7 +75,7 @@ bool GraphWindow::Create() {
     const PlaceChange placing(*this);
     const GraphSettings& stored = Settings();
     if (stored.width >= 1) {
-        PlaceAt(stored.x, stored.y, stored.width, stored.height);
+        PlaceAt(RectOf(stored.x, stored.y, stored.width, stored.height));
         EnsureOnScreen();
     } else {
         PlaceAtTaskbar();
@@ -107,15 +107,13 @@ bool GraphWindow::PlaceAtTaskbar() {
     if (Of(window) != this) return false;
     const Rect workArea = WorkAreaOf(MonitorFromPoint(ToPlatform(taskbar.center), MONITOR_DEFAULTTOPRIMARY));
     MoveAcrossMonitors(hwnd_, [&] {
-        const Rect place =
-            StackedGraphRect(taskbar.edge, workArea, Scaled(GraphDefaultWidth), Scaled(GraphDefaultHeight), kind_);
-        MoveTo(place.left, place.top, RectWidth(place), RectHeight(place));
+        MoveTo(StackedGraphRect(taskbar.edge, workArea, Scaled(GraphDefaultWidth), Scaled(GraphDefaultHeight), kind_));
     });
     return true;
 }
 
-void GraphWindow::PlaceAt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
-    MoveAcrossMonitors(hwnd_, [&] { MoveTo(x, y, width, height); });
+void GraphWindow::PlaceAt(const Rect& rect) {
+    MoveAcrossMonitors(hwnd_, [&] { MoveTo(rect); });
 }
 
 bool GraphWindow::EnsureOnScreen() {
@@ -127,13 +125,14 @@ bool GraphWindow::EnsureOnScreen() {
 }
 
 void GraphWindow::StoreRect() {
-    RECT rect = {};
-    if (!GetWindowRect(hwnd_, &rect)) return;
+    RECT window = {};
+    if (!GetWindowRect(hwnd_, &window)) return;
+    const Rect rect = FromPlatform(window);
     GraphSettings& settings = Settings();
     settings.x = rect.left;
     settings.y = rect.top;
-    settings.width = RectWidth(FromPlatform(rect));
-    settings.height = RectHeight(FromPlatform(rect));
+    settings.width = RectWidth(rect);
+    settings.height = RectHeight(rect);
 }
 
 void GraphWindow::SaveIfMoved(const Rect& from) {

@@ -39,7 +39,7 @@ void GraphWindow::OnDragCommand(WPARAM wParam, LPARAM lParam) {
         if (Of(window) != this) return;
         // On Esc the system restores only what it has moved itself, and a window that comes back from a monitor of
         // another DPI has another size.
-        if (HasReadEsc() && !hadReadEsc) PlaceAt(before.left, before.top, RectWidth(before), RectHeight(before));
+        if (HasReadEsc() && !hadReadEsc) PlaceAt(before);
     }
     SaveIfMoved(before);
     RecoverIfOffScreen();  // Esc may have put it back on a monitor that is now gone
@@ -76,7 +76,7 @@ std::vector<Rect> GraphWindow::OtherShownRects() const {
 void GraphWindow::OnDragStep(RECT& rect, std::uint32_t edges, bool isMove) {
     const Rect dragged = DraggedRect(rect, edges, isMove);
     const UINT dpi = GetDpiForWindow(hwnd_);
-    MoveTo(dragged.left, dragged.top, RectWidth(dragged), RectHeight(dragged));
+    MoveTo(dragged);
     rect = ToPlatform(GetDpiForWindow(hwnd_) == dpi ? dragged : WindowRect());
 }
 

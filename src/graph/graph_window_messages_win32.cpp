@@ -172,8 +172,7 @@ void GraphWindow::ShowMenu(const Point& screenPoint) {
 
 void GraphWindow::OnDpiChanged(const RECT& suggested) {
     const Rect before = WindowRect();
-    const Rect rect = FromPlatform(suggested);
-    MoveTo(rect.left, rect.top, RectWidth(rect), RectHeight(rect));
+    MoveTo(FromPlatform(suggested));
     Invalidate();
     if (inSizeMove_) BeginDragHere();  // otherwise the next step would start from the old size
     SaveIfMoved(before);

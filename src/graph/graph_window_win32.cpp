@@ -133,8 +133,8 @@ void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, 
     }
 }
 
-void GraphWindow::MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) {
-    SetWindowPos(hwnd_, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+void GraphWindow::MoveTo(const Rect& rect) {
+    SetWindowPos(hwnd_, nullptr, rect.left, rect.top, RectWidth(rect), RectHeight(rect), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 std::int32_t GraphWindow::Scaled(std::int32_t value) const {

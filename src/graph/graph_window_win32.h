@@ -68,9 +68,9 @@ class GraphWindow {
     bool PlaceAtTaskbar();
     /// True if the window had to be moved.
     bool EnsureOnScreen();
-    void MoveTo(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
+    void MoveTo(const Rect& rect);
     /// The same, but also to a monitor of another DPI.
-    void PlaceAt(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
+    void PlaceAt(const Rect& rect);
     void StoreRect();
     /// Stores and saves the place if it differs from `from`; does nothing while it is still changing.
     void SaveIfMoved(const Rect& from);

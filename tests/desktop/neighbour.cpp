@@ -19,37 +19,18 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <iterator>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <utility>
 
+#include "commands.h"
+
 namespace {
 
-constexpr UINT CommandMessage = WM_APP;
 constexpr UINT AnswerTimeoutMs = 10000;
 constexpr COLORREF OwnColor = RGB(0x12, 0x90, 0x34);
 constexpr wchar_t ClassName[] = L"neighbour";
-
-/// ASCII unchanged, everything else as \uXXXX: any UTF-16, valid or not, becomes valid JSON.
-std::string JsonText(const wchar_t* text) {
-    std::string json = "\"";
-    for (; *text != 0; ++text) {
-        char escaped[8];
-        const bool plain = *text >= 0x20 && *text < 0x7F && *text != L'"' && *text != L'\\';
-        std::snprintf(escaped, sizeof escaped, plain ? "%c" : "\\u%04x", static_cast<unsigned>(*text));
-        json += escaped;
-    }
-    return json + '"';
-}
-
-void Print(const std::string& line) {
-    std::fprintf(stdout, "%s\n", line.c_str());
-    std::fflush(stdout);
-}
 
 std::string TextOf(HWND window) {
     wchar_t text[1024] = {};
@@ -200,8 +181,7 @@ void TellClick(HWND window, LPARAM lParam) {
 LRESULT CALLBACK NeighbourProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case CommandMessage:
-            Print("{\"answer\":" + Obey(window, *std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam))) +
-                  '}');
+            Print("{\"answer\":" + Obey(window, TakeCommand(lParam)) + '}');
             return 0;
         case WM_MOUSEACTIVATE:
             return MA_NOACTIVATE;  // a click does not change its place in the Z order
@@ -243,24 +223,6 @@ HWND CreateOwnWindow() {
                            nullptr);
 }
 
-/// Passes the lines of the standard input to the window's thread. At the end of input the program exits.
-DWORD WINAPI ReadCommands(void* window) {
-    std::string line;
-    int character = 0;
-    while ((character = std::getchar()) != EOF) {
-        if (character == '\r') continue;
-        if (character != '\n') {
-            line += static_cast<char>(character);
-            continue;
-        }
-        auto command = std::make_unique<std::string>(std::exchange(line, {}));
-        if (PostMessageW(static_cast<HWND>(window), CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
-            static_cast<void>(command.release());
-    }
-    PostMessageW(static_cast<HWND>(window), WM_QUIT, 0, 0);
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -268,12 +230,5 @@ int main(int argc, char** argv) {
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     const HWND window = CreateOwnWindow();
     if (window == nullptr) return 1;
-    CloseHandle(CreateThread(nullptr, 0, &ReadCommands, window, 0, nullptr));
-    Print("{\"answer\":true}");
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-    std::_Exit(0);  // the reading thread may still wait for input
+    ObeyCommands(window, "{\"answer\":true}");
 }

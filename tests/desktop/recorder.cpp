@@ -28,19 +28,18 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <cwchar>
 #include <sstream>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
+#include "commands.h"
 #include "notify_record.h"
 
 namespace {
 
-constexpr UINT CommandMessage = WM_APP;
 constexpr UINT ShellTimeoutMs = 60000;
 constexpr DWORD PollMs = 50;
 
@@ -84,21 +83,8 @@ std::string GuidText(const GUID& guid) {
     return text;
 }
 
-/// ASCII unchanged, everything else as \uXXXX, unit by unit: any UTF-16, valid or not, becomes valid JSON.
-std::string JsonText(const WCHAR* text, std::size_t capacity) {
-    std::string json = "\"";
-    for (std::size_t i = 0; i < capacity && text[i] != 0; ++i) {
-        const WCHAR unit = text[i];
-        char escaped[8];
-        const bool plain = unit >= 0x20 && unit < 0x7F && unit != L'"' && unit != L'\\';
-        std::snprintf(escaped, sizeof escaped, plain ? "%c" : "\\u%04x", static_cast<unsigned>(unit));
-        json += escaped;
-    }
-    return json + '"';
-}
-
-/// The rows of the mask have one bit per pixel, padded to 16 bits. An image whose alpha is all zero has no alpha: then
-/// the mask decides what is transparent.
+/// The rows of the mask have one bit a pixel, padded to 16 bits. An image whose alpha is zero everywhere has none: then
+/// the mask says what is transparent.
 Image ReadImage(const NotifyRecord& record) {
     if (record.bitsPerPixel != 32) return {};
     const auto mask = record.bits.first(MaskBytes(record));
@@ -130,9 +116,10 @@ std::string PixelRows(const Image& image) {
     return '[' + json + (json.empty() ? "]" : "\"]");
 }
 
-void Print(const std::string& line) {
-    std::fprintf(stdout, "%s\n", line.c_str());
-    std::fflush(stdout);
+/// A text of a record: it ends with its first zero, or with its room.
+template <std::size_t Room>
+std::wstring_view TextOf(const WCHAR (&text)[Room]) {
+    return {text, wcsnlen(text, Room)};
 }
 
 void PrintCall(ULONG_PTR message, const NotifyRecord& record, const Image& image, bool answer) {
@@ -140,9 +127,8 @@ void PrintCall(ULONG_PTR message, const NotifyRecord& record, const Image& image
     json << "{\"message\":" << message << ",\"answer\":" << answer << ",\"ms\":" << GetTickCount64()
          << ",\"window\":" << record.window << ",\"id\":" << record.id << ",\"flags\":" << record.flags
          << ",\"callback\":" << record.callbackMessage << ",\"version\":" << record.version << ",\"guid\":\""
-         << GuidText(record.guid) << "\",\"tip\":" << JsonText(record.tip, std::size(record.tip))
-         << ",\"info\":" << JsonText(record.info, std::size(record.info))
-         << ",\"infoTitle\":" << JsonText(record.infoTitle, std::size(record.infoTitle))
+         << GuidText(record.guid) << "\",\"tip\":" << JsonText(TextOf(record.tip))
+         << ",\"info\":" << JsonText(TextOf(record.info)) << ",\"infoTitle\":" << JsonText(TextOf(record.infoTitle))
          << ",\"infoFlags\":" << record.infoFlags << ",\"width\":" << image.width << ",\"height\":" << image.height
          << ",\"pixels\":" << PixelRows(image) << '}';
     Print(json.str());
@@ -258,7 +244,7 @@ LRESULT CALLBACK RecorderProc(HWND window, UINT message, WPARAM wParam, LPARAM l
         case WM_COPYDATA:
             return OnCall(window, wParam, *reinterpret_cast<const COPYDATASTRUCT*>(lParam));
         case CommandMessage:
-            Obey(*std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam)));
+            Obey(TakeCommand(lParam));
             return 0;
         default:
             return DefWindowProcW(window, message, wParam, lParam);
@@ -289,24 +275,6 @@ HWND CreateRecorderWindow() {
     return window;
 }
 
-/// Passes the lines of the standard input to the window's thread. At the end of input the program exits.
-DWORD WINAPI ReadCommands(void* window) {
-    std::string line;
-    int character = 0;
-    while ((character = std::getchar()) != EOF) {
-        if (character == '\r') continue;
-        if (character != '\n') {
-            line += static_cast<char>(character);
-            continue;
-        }
-        auto command = std::make_unique<std::string>(std::exchange(line, {}));
-        if (PostMessageW(static_cast<HWND>(window), CommandMessage, 0, reinterpret_cast<LPARAM>(command.get())))
-            static_cast<void>(command.release());
-    }
-    PostMessageW(static_cast<HWND>(window), WM_QUIT, 0, 0);
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -315,12 +283,5 @@ int main(int argc, char** argv) {
     if (argc == 2 && !EnterDesktop(argv[1])) return 1;
     const HWND window = CreateRecorderWindow();
     if (window == nullptr) return 1;
-    CloseHandle(CreateThread(nullptr, 0, &ReadCommands, window, 0, nullptr));
-    Print("{\"ready\":true}");
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-    std::_Exit(0);  // the reading thread may still wait for input
+    ObeyCommands(window, "{\"ready\":true}");
 }

@@ -39,6 +39,11 @@ WM_TIMER = 0x113
 CPU_TIMER, MEMORY_TIMER, NETWORK_TIMER, DISK_TIMER = 1, 3, 4, 5
 HIDDEN_WINDOW = "kestrane.hidden"
 
+# The counters that the program queries; DISK stands before their names.
+TOTAL = r"\Processor Information(_Total)\% Processor Utility"
+CORES = r"\Processor Information(*)\% Processor Utility"
+DISK = r"\PhysicalDisk(*)"
+
 # Wine swallows a crash inside a window callback: the program goes on and exits with 0, and only this line reveals it.
 # Any other crash prints such a line too and ends the program; an unhandled exception becomes its exit code.
 CRASH = re.compile(r".*(?:ignoring exception|Unhandled).*")

@@ -7,7 +7,7 @@ import subprocess
 import threading
 import types
 
-from harness import HIDDEN_WINDOW, TIMEOUT, DesktopTest, wait_until
+from harness import CORES, DISK, HIDDEN_WINDOW, TIMEOUT, TOTAL, DesktopTest, wait_until
 
 GRAPH_CLASS = "kestrane.graph"
 MENU_CLASS = "#32768"
@@ -54,11 +54,6 @@ def all_open(*more):
 def double_click_time(milliseconds):
     """The options of a Desktop with this double-click time."""
     return {"registry": [("Control Panel\\\\Mouse", f'"DoubleClickSpeed"="{milliseconds}"')]}
-
-
-TOTAL = r"\Processor Information(_Total)\% Processor Utility"
-CORES = r"\Processor Information(*)\% Processor Utility"
-DISK = r"\PhysicalDisk(*)"
 
 
 def counters(value, read=None, write=None, cores=8):

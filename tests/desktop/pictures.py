@@ -12,22 +12,21 @@ import time
 
 from harness import (
     COLORS,
+    CORES,
     CPU_TIMER,
     DARK_TASKBAR,
+    DISK,
     DISK_TIMER,
     MEMORY_TIMER,
     NETWORK_TIMER,
     TASKBAR_DESKTOP,
+    TOTAL,
     Desktop,
     every,
     wait_until,
 )
 from onscreen import GRAPH_CLASS, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture, all_open, shows_readout
 from show import latest_changes, save_icons
-
-TOTAL = r"\Processor Information(_Total)\% Processor Utility"
-CORES = r"\Processor Information(*)\% Processor Utility"
-DISK = r"\PhysicalDisk(*)"
 
 TICKS = 420
 TICK_SECONDS = 0.05

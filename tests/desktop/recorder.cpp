@@ -83,8 +83,8 @@ std::string GuidText(const GUID& guid) {
     return text;
 }
 
-/// The rows of the mask have one bit a pixel, padded to 16 bits. An image whose alpha is zero everywhere has none: then
-/// the mask says what is transparent.
+/// The rows of the mask have one bit per pixel, padded to 16 bits. An image whose alpha is all zero has no alpha: then
+/// the mask decides what is transparent.
 Image ReadImage(const NotifyRecord& record) {
     if (record.bitsPerPixel != 32) return {};
     const auto mask = record.bits.first(MaskBytes(record));

@@ -4,10 +4,7 @@ import multiprocessing
 import pathlib
 import re
 
-from harness import NIM_MODIFY, DesktopTest, column_height, column_heights, main
-
-TOTAL = r"\Processor Information(_Total)\% Processor Utility"
-CORES = r"\Processor Information(*)\% Processor Utility"
+from harness import CORES, NIM_MODIFY, TOTAL, DesktopTest, column_height, column_heights, main
 
 FOREGROUND = 0xFF007BB7
 INVALID_DATA = "C0000BBA"

@@ -2,7 +2,20 @@
 
 import unittest
 
-from harness import CPU_TIMER, DISK_TIMER, NIM_DELETE, NIM_MODIFY, TASKBAR_DESKTOP, Desktop, every, main, pixels, wait_until
+from harness import (
+    CPU_TIMER,
+    DISK,
+    DISK_TIMER,
+    NIM_DELETE,
+    NIM_MODIFY,
+    TASKBAR_DESKTOP,
+    TOTAL,
+    Desktop,
+    every,
+    main,
+    pixels,
+    wait_until,
+)
 from onscreen import DIALOG_CLASS, GRAPH_CLASS, LEFT_BUTTON, MENU_CLASS, RIGHT_BUTTON, Neighbour, Picture
 
 EDGE = 16
@@ -13,18 +26,16 @@ STRIP = range(770, 800 - EDGE + 1)
 # The memory icon has a transparent background, so its look depends on the taskbar.
 OPAQUE_ICONS = {1: "cpu", 2: "disk", 4: "network"}
 
-DISK = r"value|\PhysicalDisk(*)"
-
 
 def counters(percent):
     """CPU and disk at this percentage, the disk for both reading and writing."""
     return [
-        rf"value|\Processor Information(_Total)\% Processor Utility||{percent}|0",
-        rf"{DISK}\% Idle Time|0 C:|{100 - percent}|0",
-        rf"{DISK}\% Disk Read Time|0 C:|1|0",
-        rf"{DISK}\% Disk Write Time|0 C:|2|0",
-        rf"{DISK}\Disk Read Bytes/sec|0 C:|1000|0",
-        rf"{DISK}\Disk Write Bytes/sec|0 C:|2000|0",
+        f"value|{TOTAL}||{percent}|0",
+        rf"value|{DISK}\% Idle Time|0 C:|{100 - percent}|0",
+        rf"value|{DISK}\% Disk Read Time|0 C:|1|0",
+        rf"value|{DISK}\% Disk Write Time|0 C:|2|0",
+        rf"value|{DISK}\Disk Read Bytes/sec|0 C:|1000|0",
+        rf"value|{DISK}\Disk Write Bytes/sec|0 C:|2000|0",
     ]
 
 

@@ -104,9 +104,9 @@ void GraphWindow::RaiseKept() {
 }
 
 /// The window comes to the front at once, or only when its own program looks at what has come for it. So the graphs are
-/// raised now, and again when the system tells of the new foreground.
+/// raised now, and again when the system tells of the new foreground. A surface of the shell covers none.
 void GraphWindow::GiveForeground(HWND window) {
-    keptInFront = InFrontOf(window);
+    keptInFront = IsShellSurface(window) ? std::vector<GraphWindow*>() : InFrontOf(window);
     if (!SetForegroundWindow(window)) return;
     foregroundGiven = window;
     RaiseKept();

@@ -620,6 +620,18 @@ TEST_F(GraphWindowCover, GraphsInFrontKeepTheirOrder) {
     EXPECT_EQ(FrontToBack({cpu, disk, other}), (std::vector<HWND>{cpu, disk, other}));
 }
 
+TEST_F(GraphWindowCover, TheDesktopGetsTheForegroundWithoutAChange) {
+    const HWND desktop = Named(L"Progman");
+    Graph(GraphKind::Cpu).Raise();
+    TakeForeground();
+    world.positions.clear();
+    GraphWindow::GiveForeground(desktop);
+    Foreground(desktop);
+    EXPECT_EQ(GetForegroundWindow(), desktop);
+    EXPECT_TRUE(world.positions.empty());
+    EXPECT_FALSE(Graph(GraphKind::Cpu).IsCovered());
+}
+
 TEST_F(GraphWindowCover, AGraphMayEndBeforeTheEventOfTheForeground) {
     const HWND other = Other({0, 0, 1000, 500});
     Graph(GraphKind::Cpu).Raise();

@@ -1,5 +1,6 @@
 #include "app/entry_win32.h"
 
+#include <array>
 #include <utility>
 
 #include "app/app_win32.h"
@@ -61,11 +62,19 @@ UniqueKernelHandle OpenProcessOfWindow(HWND window) {
     return UniqueKernelHandle(OpenProcess(SYNCHRONIZE, FALSE, processId));
 }
 
+/// Keeps system DLLs from loading others by bare name from the program's folder, and ShellExecuteW from finding
+/// programs in the folder from which this one was started. That folder is then not held open either.
+void LookInSystemFolderOnly() {
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    std::array<wchar_t, MAX_PATH> folder{};
+    const UINT length = GetSystemDirectoryW(folder.data(), MAX_PATH);
+    if (length > 0 && length < MAX_PATH) SetCurrentDirectoryW(folder.data());
+}
+
 }  // namespace
 
 int Main(HINSTANCE instance, const wchar_t* commandLine) {
-    // Keep system DLLs from loading others by bare name from the program's folder.
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    LookInSystemFolderOnly();
     if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
     if (!mutex) return 0;

@@ -267,6 +267,21 @@ TEST_F(MainTest, BeforeAllElseDllsComeFromTheSystemsFolderAlone) {
     }
 }
 
+TEST_F(MainTest, TheProgramLeavesTheFolderFromWhichItWasStarted) {
+    const auto currentFolder = [] {
+        wchar_t folder[MAX_PATH] = {};
+        GetCurrentDirectoryW(MAX_PATH, folder);
+        return std::wstring(folder);
+    };
+    wchar_t system[MAX_PATH] = {};
+    GetSystemDirectoryW(system, MAX_PATH);
+    wchar_t windows[MAX_PATH] = {};
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    ASSERT_TRUE(SetCurrentDirectoryW(windows));
+    Main(Module, L"");
+    EXPECT_EQ(currentFolder(), system);
+}
+
 TEST_F(MainTest, NoMutexMeansNothingIsStarted) {
     world.mutex = nullptr;
     EXPECT_EQ(Main(Module, L""), 0);

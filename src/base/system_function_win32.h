@@ -15,6 +15,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <bit>
 
 namespace kestrane {
 
@@ -26,8 +27,7 @@ template <auto Function>
 decltype(Function) SystemFunction(const wchar_t* dll, const char* name) {
     static constinit std::atomic<decltype(Function)> found = nullptr;
     if (found == nullptr) {
-        // Through void*: the compiler warns of a direct cast between function types.
-        found = reinterpret_cast<decltype(Function)>(reinterpret_cast<void*>(LoadSystemFunction(dll, name)));
+        found = std::bit_cast<decltype(Function)>(LoadSystemFunction(dll, name));
     }
     return found;
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <ranges>
 #include <utility>
 
 #include "base/geometry_win32.h"
@@ -98,9 +97,10 @@ std::vector<GraphWindow*> GraphWindow::InFrontOf(HWND window) {
 }
 
 void GraphWindow::RaiseKept() {
-    for (GraphWindow* graph : keptInFront | std::views::reverse) {
+    // From the back to the front, so that they keep their order.
+    std::for_each(keptInFront.rbegin(), keptInFront.rend(), [](GraphWindow* graph) {
         if (graph->IsShown()) graph->Raise();
-    }
+    });
 }
 
 /// The window comes to the front at once, or only when its own program looks at what has come for it. So the graphs are

@@ -3,7 +3,7 @@
 //
 //     windows              all top-level windows, topmost first
 //     texts CLASS          the texts of the children of the first visible window of this class
-//     mode CLASS           the state of this window's thread: {"moving":...,"menu":...}
+//     mode CLASS           the state of this window's thread: {"moving":HANDLE or 0,"menu":true or false}
 //     foreground           the class of the window that has the keyboard
 //     move HANDLE X Y      moves any window, as the system does when a monitor is removed
 //     paint HANDLE COUNT   repaints a window COUNT times, each time completely
@@ -92,15 +92,15 @@ std::string ListTexts(const std::string& className) {
     return '[' + list + ']';
 }
 
-/// Whether a modal loop of the system is running: moving or sizing a window, or a menu.
+/// Which modal loop of the system is running: the window that it moves or sizes, or a menu.
 std::string TellMode(const std::string& className) {
     const std::wstring name(className.begin(), className.end());
     GUITHREADINFO info = {};
     info.cbSize = sizeof info;
     GetGUIThreadInfo(GetWindowThreadProcessId(FindWindowW(name.c_str(), nullptr), nullptr), &info);
-    const bool moving = (info.flags & GUI_INMOVESIZE) != 0;
+    const HWND moving = (info.flags & GUI_INMOVESIZE) != 0 ? info.hwndMoveSize : nullptr;
     const bool menu = (info.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0;
-    return std::string("{\"moving\":") + (moving ? "true" : "false") + ",\"menu\":" + (menu ? "true}" : "false}");
+    return "{\"moving\":" + std::to_string(HandleToLong(moving)) + ",\"menu\":" + (menu ? "true}" : "false}");
 }
 
 bool Paint(HWND window, int count) {

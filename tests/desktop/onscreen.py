@@ -152,6 +152,11 @@ def size_of(rect):
     return right - left, bottom - top
 
 
+def holds(rect, x, y):
+    left, top, right, bottom = rect
+    return left <= x < right and top <= y < bottom
+
+
 def middle_of(rect):
     left, top, right, bottom = rect
     return (left + right) // 2, (top + bottom) // 2
@@ -251,9 +256,11 @@ class GraphTest(DesktopTest):
         self.desktop.use_mouse("mousemove", "--", x, y, "click", button)
 
     def press(self, x, y):
-        """Presses the left button on a graph and waits until the system's move loop is running."""
+        """Presses the left button on a graph and waits until the system's move loop is running for it. It may still be
+        running for another graph, from an earlier click."""
+        graphs = [graph.handle for graph in self.neighbour.windows(GRAPH_CLASS) if holds(graph.rect, x, y)]
         self.desktop.use_mouse("mousemove", "--", x, y, "mousedown", LEFT_BUTTON)
-        wait_until(lambda: self.neighbour.mode().moving, f"a drag that begins at {x}, {y}")
+        wait_until(lambda: self.neighbour.mode().moving in graphs, f"a drag that begins at {x}, {y}")
 
     def release(self):
         self.desktop.use_mouse("mouseup", LEFT_BUTTON)

@@ -12,7 +12,7 @@ import re
 import sys
 
 # Texts that are the same in both languages, and Windows names that are plain words.
-SAME_IN_BOTH = {"CPU: ", " kbps", " Mbps", " Gbps", "FB-DIMM", "Español", "English", "kestrane - CPU"}
+SAME_IN_BOTH = {"CPU: ", " kbps", " Mbps", " Gbps", " GHz base", "FB-DIMM", "Español", "English", "kestrane - CPU"}
 NAMES_OF_WINDOWS = {"Progman", "Segoe UI", "Segoe UI Variable Display Semibold"}
 
 # Texts have a word of at least three letters; units and marks do not.

@@ -12,8 +12,14 @@ import re
 import sys
 
 # Texts that are the same in both languages, and Windows names that are plain words.
-SAME_IN_BOTH = {"CPU: ", " kbps", " Mbps", " Gbps", " GHz base", "FB-DIMM", "Español", "English", "kestrane - CPU"}
+SAME_IN_BOTH = {
+    "CPU: ", " kbps", " Mbps", " Gbps", " GHz base", "FB-DIMM", "Español", "English", "kestrane - CPU", "General", "Normal",
+    "Windows",
+}
 NAMES_OF_WINDOWS = {"Progman", "Segoe UI", "Segoe UI Variable Display Semibold"}
+
+# Before the titles of the settings dialog's tabs, and skipped before they are translated.
+TITLE_INDENT = " " * 7
 
 # Texts have a word of at least three letters; units and marks do not.
 WORD = re.compile(r"[^\W\d_]{3}")
@@ -113,6 +119,7 @@ def check(root):
         if path.suffix not in {".h", ".cpp"} or path == table:
             continue
         for text, line, translated in literals_of(path.read_text(encoding="utf-8")):
+            text = text.removeprefix(TITLE_INDENT)
             if text in rows:
                 used.add(text)
             elif translated or is_shown(text):

@@ -1,7 +1,7 @@
 #pragma once
 // Every control of the settings dialog's pages, one row each, and the groups in which they stand. A group is a
-// horizontal band of a page; the groups of a page stack from top to bottom. Positions are in dialog units, so that font
-// and DPI need no thought here.
+// horizontal band of a page; the groups of a page stack from top to bottom. Positions are in dialog units, which grow
+// with the dialog's font.
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -115,6 +115,7 @@ Rect TabIconRect(const Rect& rect, std::uint32_t dpi) {
 }
 
 Rect HardwareBox(SettingsTab tab, const GroupLayout& layout, const MeasuredHeights& heights) {
+    if (IndexOf(tab) >= HardwareCount) return {};
     const HardwarePanel& panel = HardwarePanels[IndexOf(tab)];
     if (!layout.group_visible[panel.first_group]) return {};
     const std::int32_t height = HeightOf(DialogGroups[panel.last_group], heights) - HardwareBoxGap;
@@ -130,7 +131,7 @@ Rect GraphBox(GraphKind kind, const GroupLayout& layout) {
             AddSaturated(layout.group_top[panel.last_group], height)};
 }
 
-std::array<Rect, 2> NoteRects(std::int32_t contentHeight) {
+std::array<Rect, PageNotes.size()> NoteRects(std::int32_t contentHeight) {
     return {{{PageLeft, AddSaturated(contentHeight, 1), PageRight, AddSaturated(contentHeight, 10)},
              {PageLeft, AddSaturated(contentHeight, 11), PageRight, AddSaturated(contentHeight, 32)}}};
 }

@@ -63,12 +63,12 @@ Rect BoxTitleRect(const Rect& rect, std::int32_t textWidth, std::uint32_t dpi);
 /// A tab icon's pixels: a square in the middle of `rect`.
 Rect TabIconRect(const Rect& rect, std::uint32_t dpi);
 
-/// The box around a tab's hardware, or around a graph's settings; empty while its tab is not the current one.
+/// The box around a tab's hardware, or around a graph's settings; empty if its tab is not the current one or has none.
 Rect HardwareBox(SettingsTab tab, const GroupLayout& layout, const MeasuredHeights& heights);
 Rect GraphBox(GraphKind kind, const GroupLayout& layout);
 
 /// The two notes below the page, in the order of PageNotes.
-std::array<Rect, 2> NoteRects(std::int32_t contentHeight);
+std::array<Rect, PageNotes.size()> NoteRects(std::int32_t contentHeight);
 
 // Tabs.
 

@@ -430,8 +430,8 @@ TEST(TextOf, ATabTitleIsTheTabsText) {
     EXPECT_STREQ(TextOf({NoId, ControlType::Label, L" a", 0, 0, 0, 0, 0}), L" a") << "only titles have blanks";
 }
 
-// The controls of a row's kind: those that only show text have one, those that show a setting have none.
-TEST(DialogRows, HaveATextIfTheirTypeShowsIt) {
+// A control that shows a setting has no text of its own.
+TEST(DialogRows, HaveATextUnlessTheyShowASetting) {
     using enum ControlType;
     const std::set<ControlType> silent = {TabIcon,   ColorWell,   Sample,        Combo,
                                           FontCombo, NumberField, InterfaceList, HardwareText};

@@ -192,6 +192,8 @@ TEST(Boxes, AreThoseOfTheCurrentTab) {
         const GroupLayout layout = LayoutGroups(settings, heights, row.current);
         for (std::size_t i = 0; i < HardwareCount; ++i)
             EXPECT_EQ(HardwareBox(Tabs.at(i), layout, heights), row.hardware.at(i)) << IndexOf(row.current);
+        EXPECT_EQ(HardwareBox(SettingsTab::Network, layout, heights), Rect{});
+        EXPECT_EQ(HardwareBox(SettingsTab::General, layout, heights), Rect{});
         for (const GraphKind kind : GraphKinds)
             EXPECT_EQ(GraphBox(kind, layout), row.graphs.at(IndexOf(kind))) << IndexOf(row.current);
     }
@@ -321,6 +323,7 @@ TEST(ResizedDialog, MovesUpButNotAboveTheWorkArea) {
         {"exactly the work area", {100, 200, 500, 600}, 1000, {100, 40, 550, 1040}},
         {"lower than before stays in place", {100, 340, 500, 1040}, 300, {100, 340, 550, 640}},
         {"above the work area stays there while it fits", {100, -60, 500, 300}, 400, {100, -60, 550, 340}},
+        {"and while it just fits", {100, -60, 500, 300}, 1100, {100, -60, 550, 1040}},
         {"beside the work area stays there", {-900, 200, -500, 600}, 700, {-900, 200, -450, 900}},
         {"at the end of the range", {100, Highest - 10, 500, Highest}, 700, {100, 340, 550, 1040}},
     };
@@ -362,7 +365,7 @@ TEST(MovedIntoWorkArea, KeepsTheWholeWindowThere) {
 
 // The pages as they appear, at several DPIs.
 
-/// The average character of the dialog font, and what a scaled length needs.
+/// A DPI, and the average character of the dialog font there.
 struct Screen {
     std::uint32_t dpi;
     std::int32_t charWidth;

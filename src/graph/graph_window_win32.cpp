@@ -123,6 +123,10 @@ void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, 
         RaiseKept();
         return;
     }
+    // When another program's foreground window goes, its thread may give the foreground to a graph: such an event comes
+    // in spite of WINEVENT_SKIPOWNPROCESS, which goes by the thread.
+    if (std::ranges::any_of(allGraphWindows, [window](const GraphWindow* graph) { return graph->hwnd_ == window; }))
+        return;
     if (!IsWindowVisible(window) || IsIconic(window) || !GetWindowRect(window, &rect)) return;
     if (IsShellSurface(window)) return;
     for (GraphWindow* graph : allGraphWindows) {

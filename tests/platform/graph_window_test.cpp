@@ -535,6 +535,15 @@ TEST_F(GraphWindowCover, AWindowOverItMarksIt) {
     EXPECT_FALSE(Graph(GraphKind::Cpu).IsCovered());
 }
 
+TEST_F(GraphWindowCover, NoGraphCoversItselfOrAnother) {
+    ASSERT_EQ(world.windows.size(), 2U);
+    for (const HWND window : world.windows) {
+        Foreground(window);
+        EXPECT_FALSE(Graph(GraphKind::Cpu).IsCovered());
+        EXPECT_FALSE(Graph(GraphKind::Disk).IsCovered());
+    }
+}
+
 TEST_F(GraphWindowCover, OnlyAWindowThatCanBeSeenCounts) {
     const Rect over = {0, 0, 1000, 500};
     Foreground(Other({400, 100, 500, 200}));  // exactly between the two

@@ -266,9 +266,14 @@ class TrayCommandsTest : public testing::Test {
         return (GetWindowLongPtrW(WindowOf(kind), GWL_EXSTYLE) & WS_EX_TRANSPARENT) != 0;
     }
 
-    /// Simulates another program's window over the graph, using the graph's own.
+    /// Simulates another program's window that comes to the foreground over the graph.
     static void Cover(GraphKind kind) {
-        world.foregroundEvent(nullptr, EVENT_SYSTEM_FOREGROUND, WindowOf(kind), OBJID_WINDOW, 0, 0, 0);
+        RECT rect{};
+        GetWindowRect(WindowOf(kind), &rect);
+        const HWND over = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, rect.left, rect.top, 10, 10, nullptr,
+                                          nullptr, nullptr, nullptr);
+        world.foregroundEvent(nullptr, EVENT_SYSTEM_FOREGROUND, over, OBJID_WINDOW, 0, 0, 0);
+        DestroyWindow(over);
     }
 
     std::unique_ptr<App> app;

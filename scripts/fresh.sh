@@ -73,6 +73,7 @@ make_system() {
     apt-config dump | grep -E '^Acquire::(https?|Check|Retries|Languages)' >"$system/etc/apt/apt.conf.d/99host" || true
     cp -L /etc/resolv.conf "$system/etc/resolv.conf"
     git clone --quiet --depth 1 "file://$PWD" "$system/root/kestrane"
+    commit=$(git -C "$system/root/kestrane" rev-parse --short HEAD)
 }
 
 # note WHAT START CODE: one line of the results.
@@ -103,6 +104,6 @@ make_system
 note "a bare system" 0 0
 try_command scripts/run.sh
 try_command scripts/test.sh
-echo "== Debian $(cat "$system/etc/debian_version"), commit $(git rev-parse --short HEAD):"
+echo "== Debian $(cat "$system/etc/debian_version"), commit $commit:"
 printf '%s\n' "${results[@]}"
 exit $failed

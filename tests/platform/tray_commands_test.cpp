@@ -270,8 +270,8 @@ class TrayCommandsTest : public testing::Test {
     static void Cover(GraphKind kind) {
         RECT rect{};
         GetWindowRect(WindowOf(kind), &rect);
-        const HWND over = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, rect.left, rect.top, 10, 10, nullptr,
-                                          nullptr, nullptr, nullptr);
+        const HWND over = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, rect.left, rect.top, 10, 10,
+                                          nullptr, nullptr, nullptr, nullptr);
         world.foregroundEvent(nullptr, EVENT_SYSTEM_FOREGROUND, over, OBJID_WINDOW, 0, 0, 0);
         DestroyWindow(over);
     }

@@ -178,7 +178,7 @@ std::wstring SmbiosString(ByteSpan strings, std::uint8_t number) {
         strings = ByteSpan(end + 1, strings.end());
     }
     const ByteSpan bytes(strings.begin(), std::ranges::find(strings, std::uint8_t{0}));
-    std::wstring text = TrimBlanks(std::wstring(bytes.begin(), bytes.end()));
+    const std::wstring text = TrimBlanks(std::wstring(bytes.begin(), bytes.end()));
     return IsFiller(text) ? std::wstring() : text;
 }
 

@@ -258,9 +258,9 @@ class GraphTest(DesktopTest):
     def press(self, x, y):
         """Presses the left button on a graph and waits until the system's move loop is running for it. It may still be
         running for another graph, from an earlier click."""
-        graphs = [graph.handle for graph in self.neighbour.windows(GRAPH_CLASS) if holds(graph.rect, x, y)]
+        under_mouse = lambda: [graph.handle for graph in self.neighbour.windows(GRAPH_CLASS) if holds(graph.rect, x, y)]
         self.desktop.use_mouse("mousemove", "--", x, y, "mousedown", LEFT_BUTTON)
-        wait_until(lambda: self.neighbour.mode().moving in graphs, f"a drag that begins at {x}, {y}")
+        wait_until(lambda: self.neighbour.mode().moving in under_mouse(), f"a drag that begins at {x}, {y}")
 
     def release(self):
         self.desktop.use_mouse("mouseup", LEFT_BUTTON)

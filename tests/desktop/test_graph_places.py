@@ -59,7 +59,7 @@ class Places(GraphTest):
         self.point_at(850, 250)
         self.neighbour.ask("move", self.graph("disk").handle, 9000, 9000)
         self.assertTrue(self.desktop.send_messages(1, WM_DISPLAYCHANGE, 0))
-        self.assertEqual(self.rect("disk"), FIRST_PLACES["disk"])
+        self.wait_for_rect("disk", FIRST_PLACES["disk"])
         self.release()
         self.assertIsNone(process.poll())
         self.wait_for_saved_rect("disk", self.rect("disk"))

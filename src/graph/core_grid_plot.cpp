@@ -81,14 +81,6 @@ PlotLine CoreLine(const CorePlot& plot) {
     return line;
 }
 
-void DrawBorder(const PixelBuffer& buffer, const CorePlot& plot, ColorValue color) {
-    const auto [left, top, right, bottom] = plot.cell;
-    FillPixels(buffer, {left, top, right, top + 1}, color);
-    FillPixels(buffer, {left, bottom - 1, right, bottom}, color);
-    FillPixels(buffer, {left, top, left + 1, bottom}, color);
-    FillPixels(buffer, {right - 1, top, right, bottom}, color);
-}
-
 std::optional<HoverReadout> ReadCore(const CorePlot& plot, std::int32_t x, std::uint32_t periodMs) {
     const std::uint64_t count = plot.ring->count;
     const std::int32_t index = HoverColumnIndex(x, plot.plot.left, plot.plot.right - 1, count);
@@ -149,7 +141,7 @@ CoreGridDrawing DrawCoreGrid(const PixelBuffer& buffer, const GraphView& view, c
         const CorePlot plot = MakeCorePlot(i, cells[i], {area.left, area.top}, view, settings, series);
         const bool isHovered = static_cast<std::int32_t>(i) == hoverCell;
         DrawCore(buffer, plot, view, drawing);
-        DrawBorder(buffer, plot, isHovered ? view.contrast : borderColor);
+        DrawOutline(buffer, plot.cell, isHovered ? view.contrast : borderColor);
         if (isHovered) drawing.readout = ReadCore(plot, hover.x, series.periodMs);
     }
     FillPixels(buffer, {layout.frameLeft, layout.plotBottom, layout.frameRight, layout.plotBottom + 1}, FrameColor);

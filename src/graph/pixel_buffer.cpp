@@ -60,11 +60,16 @@ void DrawDottedColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t to
         PutPixel(buffer, x, y, color);
 }
 
+void DrawOutline(const PixelBuffer& buffer, const Rect& rect, ColorValue color) {
+    const auto [left, top, right, bottom] = rect;
+    FillPixels(buffer, {left, top, right, top + 1}, color);
+    FillPixels(buffer, {left, bottom - 1, right, bottom}, color);
+    FillPixels(buffer, {left, top, left + 1, bottom}, color);
+    FillPixels(buffer, {right - 1, top, right, bottom}, color);
+}
+
 void DrawFrame(const PixelBuffer& buffer, ColorValue color) {
-    FillPixels(buffer, {0, 0, buffer.width, 1}, color);
-    FillPixels(buffer, {0, buffer.height - 1, buffer.width, buffer.height}, color);
-    FillPixels(buffer, {0, 0, 1, buffer.height}, color);
-    FillPixels(buffer, {buffer.width - 1, 0, buffer.width, buffer.height}, color);
+    DrawOutline(buffer, {0, 0, buffer.width, buffer.height}, color);
 }
 
 void DrawCrosshair(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom,

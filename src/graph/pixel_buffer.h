@@ -72,6 +72,9 @@ void DrawDottedRow(const PixelBuffer& buffer, std::int32_t y, std::int32_t left,
 void DrawDottedColumn(const PixelBuffer& buffer, std::int32_t x, std::int32_t top, std::int32_t bottom,
                       ColorValue color);
 
+/// The outermost pixels of a rectangle, one pixel wide.
+void DrawOutline(const PixelBuffer& buffer, const Rect& rect, ColorValue color);
+
 /// A one-pixel frame along the buffer's edges.
 void DrawFrame(const PixelBuffer& buffer, ColorValue color);
 

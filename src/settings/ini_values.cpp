@@ -12,21 +12,15 @@ namespace {
 constexpr std::wstring_view All = L"*";
 constexpr std::wstring_view HexDigits = L"0123456789ABCDEF";
 
-bool IsHexDigit(wchar_t c) {
-    return IsDigit(c) || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');
-}
-
-std::uint64_t HexDigitValue(wchar_t c) {
-    if (IsDigit(c)) return static_cast<std::uint64_t>(c - L'0');
-    return static_cast<std::uint64_t>((c | 0x20) - L'a') + 10;
-}
-
 /// `text` as a number if it is 1 to `maxDigits` (at most 16) hexadecimal digits and nothing else.
 std::optional<std::uint64_t> ParseHex(std::wstring_view text, std::size_t maxDigits) {
-    if (text.empty() || text.size() > maxDigits || !std::all_of(text.begin(), text.end(), IsHexDigit)) return {};
+    if (text.empty() || text.size() > maxDigits) return {};
     std::uint64_t value = 0;
-    for (const wchar_t c : text)
-        value = value << 4 | HexDigitValue(c);
+    for (const wchar_t c : text) {
+        const std::int32_t digit = HexDigitValue(c);
+        if (digit < 0) return {};
+        value = value << 4 | static_cast<std::uint64_t>(digit);
+    }
     return value;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 // Small text helpers that several rooms need.
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,13 @@ bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b);
 /// 0 to 9 only, no digits of other scripts.
 constexpr bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';
+}
+
+/// The value of a hexadecimal digit in either case; -1 for any other character.
+constexpr std::int32_t HexDigitValue(wchar_t c) {
+    if (IsDigit(c)) return static_cast<std::int32_t>(c - L'0');
+    if (c >= L'A' && c <= L'F') return static_cast<std::int32_t>(c - L'A') + 10;
+    return c >= L'a' && c <= L'f' ? static_cast<std::int32_t>(c - L'a') + 10 : -1;
 }
 
 /// Each byte as the character with the same code, 0 to 255.

@@ -16,13 +16,6 @@ constexpr std::uint32_t BytesPerCharacter = 2;
 // The prefix of a path in a known folder; each x is a hexadecimal digit.
 constexpr std::wstring_view FolderShape = L"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}\\";
 
-/// -1 if it is not a hexadecimal digit.
-int HexDigit(wchar_t c) {
-    if (c >= L'0' && c <= L'9') return c - L'0';
-    if (c >= L'A' && c <= L'F') return c - L'A' + 10;
-    return c >= L'a' && c <= L'f' ? c - L'a' + 10 : -1;
-}
-
 }  // namespace
 
 bool HoldsPath(std::uint32_t type, std::uint32_t sizeBytes) {
@@ -42,7 +35,7 @@ std::optional<FolderPath> ParseFolderPath(std::wstring_view path) {
             if (path[i] != FolderShape[i]) return std::nullopt;
             continue;
         }
-        const int digit = HexDigit(path[i]);
+        const std::int32_t digit = HexDigitValue(path[i]);
         if (digit < 0) return std::nullopt;
         std::uint8_t& byte = parsed.folder[digits++ / 2];
         byte = static_cast<std::uint8_t>(byte << 4 | digit);

@@ -66,6 +66,16 @@ TEST(IsDigit, KnowsTenCharacters) {
     EXPECT_EQ(digits, L"0123456789");
 }
 
+TEST(HexDigitValue, KnowsTwentyTwoCharacters) {
+    const std::wstring digits = L"0123456789abcdefABCDEF";
+    for (std::uint32_t c = 0; c < 0x10000; ++c) {
+        const std::size_t found = digits.find(static_cast<wchar_t>(c));
+        const std::size_t value = found < 16 ? found : found - 6;
+        EXPECT_EQ(HexDigitValue(static_cast<wchar_t>(c)),
+                  found == std::wstring::npos ? -1 : static_cast<std::int32_t>(value));
+    }
+}
+
 TEST(WidenBytes, GivesEachByteItsOwnNumber) {
     EXPECT_EQ(WidenBytes(""), L"");
     EXPECT_EQ(WidenBytes("0.2.0"), L"0.2.0");

@@ -1,9 +1,13 @@
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace kestrane {
+
+/// For whom the program starts with Windows.
+enum class AutostartMode : std::int32_t { Off = 0, ThisUser = 1, AllUsers = 2 };
 
 /// The longest path that fits MAX_PATH with its terminator. Windows does not promise to start anything longer.
 inline constexpr std::size_t LongestRunPath = 259;

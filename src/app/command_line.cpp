@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "settings/autostart.h"
+
 namespace kestrane {
 
 StartKind ClassifyCommandLine(const wchar_t* commandLine) {

@@ -5,8 +5,6 @@
 namespace kestrane {
 
 inline constexpr const wchar_t* ExitSwitch = L"--exit";
-inline constexpr const wchar_t* SetMachineAutostartCommand = L"--autostart-machine set";
-inline constexpr const wchar_t* ClearMachineAutostartCommand = L"--autostart-machine clear";
 inline constexpr const wchar_t* UpdatedSwitch = L"--updated";
 
 enum class StartKind {

@@ -2,18 +2,32 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <string>
 
+#include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
 #include "base/handles_win32.h"
 #include "base/module_path_win32.h"
-#include "settings/autostart.h"
 
 namespace kestrane {
 namespace {
 
 constexpr const wchar_t* RunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const wchar_t* RunValue = L"kestrane";
+
+/// How long the elevated process has for its one value.
+constexpr DWORD ElevatedWaitMs = 30000;
+
+bool RunValueExists(HKEY root) {
+    HKEY opened = nullptr;
+    if (RegOpenKeyExW(root, RunKey, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) return false;
+    const UniqueRegistryKey key(opened);
+    DWORD type = REG_NONE;
+    const LSTATUS status = RegQueryValueExW(key.Get(), RunValue, nullptr, &type, nullptr, nullptr);
+    return status == ERROR_SUCCESS && (type == REG_SZ || type == REG_EXPAND_SZ);
+}
 
 LSTATUS StoreOwnPath(HKEY key) {
     const std::wstring value = BuildRunValue(ModulePath());
@@ -37,7 +51,72 @@ LSTATUS WriteRunValue(HKEY root, bool enable) {
     return enable ? StoreOwnPath(key.Get()) : RemovePath(key.Get());
 }
 
+bool SetUserAutostart(bool enable) {
+    if (WriteRunValue(HKEY_CURRENT_USER, enable) == ERROR_SUCCESS) return true;
+    LogDebug(L"kestrane: no se pudo escribir el autoarranque de usuario (HKCU)\n");
+    return false;
+}
+
+/// Starts the running executable once more, elevated and for `command` alone. None if the user declines.
+UniqueKernelHandle StartElevated(const std::wstring& path, const wchar_t* command, HWND owner) {
+    const ComApartment apartment;  // ShellExecuteExW may hand over to extensions of the shell
+    SHELLEXECUTEINFOW info{};
+    info.cbSize = sizeof info;
+    // No return before the process is started: the apartment and the texts end here.
+    info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC;
+    info.hwnd = owner;
+    info.lpVerb = L"runas";
+    info.lpFile = path.c_str();
+    info.lpParameters = command;
+    info.nShow = SW_HIDE;
+    if (!ShellExecuteExW(&info)) return UniqueKernelHandle();
+    return UniqueKernelHandle(info.hProcess);
+}
+
+bool RunElevatedAutostart(bool enable, HWND owner) {
+    const std::wstring path = ModulePath();
+    // With a path that the Run key cannot hold, the elevated process would fail as well, after a prompt for nothing.
+    const bool isHopeless = enable ? BuildRunValue(path).empty() : path.empty();
+    if (isHopeless) return false;
+    const wchar_t* command = enable ? SetMachineAutostartCommand : ClearMachineAutostartCommand;
+    const UniqueKernelHandle process = StartElevated(path, command, owner);
+    if (!process) {
+        LogDebug(L"kestrane: el usuario cancelo la elevacion o ShellExecuteEx fallo\n");
+        return false;
+    }
+    WaitForSingleObject(process.Get(), ElevatedWaitMs);
+    // Of a process that still runs this is STILL_ACTIVE, a failure like any other.
+    DWORD exitCode = 1;
+    GetExitCodeProcess(process.Get(), &exitCode);
+    return exitCode == 0;
+}
+
+/// The direct attempt comes first, so that an elevated user sees no prompt.
+bool SetMachineAutostartOrElevate(bool enable, HWND owner) {
+    return SetMachineAutostart(enable) || RunElevatedAutostart(enable, owner);
+}
+
 }  // namespace
+
+AutostartMode GetAutostartMode() {
+    if (RunValueExists(HKEY_LOCAL_MACHINE)) return AutostartMode::AllUsers;
+    return RunValueExists(HKEY_CURRENT_USER) ? AutostartMode::ThisUser : AutostartMode::Off;
+}
+
+bool SetAutostart(AutostartMode mode, HWND owner) {
+    const AutostartMode present = GetAutostartMode();
+    if (present == mode) return true;
+    bool succeeded = true;
+    if (present == AutostartMode::AllUsers) succeeded = SetMachineAutostartOrElevate(false, owner);
+    if (mode == AutostartMode::ThisUser) {
+        // Even if there is one: its path may be outdated.
+        if (!SetUserAutostart(true)) return false;
+    } else if (RunValueExists(HKEY_CURRENT_USER)) {
+        succeeded = SetUserAutostart(false) && succeeded;
+    }
+    if (mode == AutostartMode::AllUsers) succeeded = SetMachineAutostartOrElevate(true, owner) && succeeded;
+    return succeeded;
+}
 
 bool SetMachineAutostart(bool enable) {
     if (WriteRunValue(HKEY_LOCAL_MACHINE, enable) == ERROR_SUCCESS) return true;

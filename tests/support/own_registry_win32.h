@@ -29,7 +29,8 @@ class OwnRegistry {
 
   private:
     const HKEY root_;
-    const std::wstring name_ = L"Software\\kestrane-test-" + std::to_wstring(GetCurrentProcessId());
+    const std::wstring name_ = L"Software\\kestrane-test-" + std::to_wstring(GetCurrentProcessId()) +
+                               (root_ == HKEY_LOCAL_MACHINE ? L"-machine" : L"-user");
     HKEY key_ = nullptr;
     bool isIt_ = false;
 };

@@ -50,6 +50,10 @@ constexpr std::int32_t RectHeight(const Rect& rect) {
     return SubtractSaturated(rect.bottom, rect.top);
 }
 
+constexpr bool IsEmpty(const Rect& rect) {
+    return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
 /// Scales a size at 96 DPI to `dpi` as MulDiv does: rounded to nearest, halves away from zero, and -1 beyond the 32-bit
 /// range.
 constexpr std::int32_t ScaleForDpi(std::int32_t value, std::uint32_t dpi) {

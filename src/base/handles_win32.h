@@ -95,6 +95,22 @@ class WindowPaint {
     HDC dc_;
 };
 
+/// Restores everything that is set or selected in a device context during the guard's life. Objects that are selected
+/// must outlive it.
+class SavedDc {
+  public:
+    explicit SavedDc(HDC dc) : dc_(dc), state_(SaveDC(dc)) {}
+    SavedDc(const SavedDc&) = delete;
+    SavedDc& operator=(const SavedDc&) = delete;
+    ~SavedDc() {
+        if (state_ != 0) RestoreDC(dc_, state_);
+    }
+
+  private:
+    HDC dc_;
+    int state_;
+};
+
 /// Selects an object into a device context and restores the previous one. An object must not be deleted while selected,
 /// so declare its owner before this guard.
 class SelectedObject {

@@ -1,11 +1,15 @@
 #pragma once
-// Where the parts of the owner-drawn controls stand: tab buttons, section titles and the list of interfaces. All in
+// Where the parts of the owner-drawn controls stand: tab buttons, switches, section titles and the list of
+// interfaces. All in
 // pixels.
 #include <cstdint>
 
 #include "base/geometry.h"
 
 namespace kestrane {
+
+/// `rect` with each edge moved inwards; outwards if `inset` is negative.
+Rect Inset(const Rect& rect, std::int32_t inset);
 
 /// A rectangle of this size at `left`, vertically centred in `item`.
 Rect CentredAt(std::int32_t left, const Rect& item, std::int32_t width, std::int32_t height);
@@ -24,6 +28,15 @@ struct TabButtonLayout {
 };
 /// `textWidth` is the width of the text in its font.
 TabButtonLayout LayoutTabButton(const Rect& item, std::int32_t textWidth, bool selected, std::uint32_t dpi);
+
+struct SwitchLayout {
+    Rect text;   // right-aligned and vertically centred in here
+    Rect track;  // as large as its image
+    Rect focus;
+
+    bool operator==(const SwitchLayout&) const = default;
+};
+SwitchLayout LayoutSwitch(const Rect& item, std::uint32_t dpi);
 
 struct SectionTitleLayout {
     Rect icon;

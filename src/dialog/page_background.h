@@ -36,9 +36,8 @@ struct PageBackground {
 /// The two pieces of the line on which the tabs stand, left and right of the current one; empty next to an end.
 std::array<Rect, 2> AccentLine(const PageBackground& background, std::uint32_t dpi);
 
-/// The lines of a frame: top, left, right and bottom, one pixel wide. None for an empty one.
-std::vector<Rect> FrameLines(const Rect& frame);
-/// The same, without the part of the top edge that the title covers.
-std::vector<Rect> FrameLines(const TitledFrame& frame);
+/// The lines of a frame, one pixel wide: the top left and right of the title, then left, right and bottom. None for an
+/// empty frame.
+std::vector<Rect> FrameLines(const TitledFrame& titled);
 
 }  // namespace kestrane

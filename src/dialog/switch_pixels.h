@@ -1,13 +1,15 @@
 #pragma once
-// The "Mostrar" switch: a pill-shaped track with a round knob, smoothed against the background, and where it stands in
-// its control.
+// The picture of a "Mostrar" switch: a pill-shaped track with a round knob, smoothed against the background.
 #include <cstdint>
 #include <vector>
 
-#include "base/geometry.h"
 #include "settings/color.h"
 
 namespace kestrane {
+
+// The size of the track in pixels at 96 DPI.
+inline constexpr std::int32_t SwitchWidth = 28;
+inline constexpr std::int32_t SwitchHeight = 16;
 
 /// Pixels are 0x00RRGGBB, top row first, no padding between rows.
 struct SwitchImage {
@@ -18,12 +20,5 @@ struct SwitchImage {
 
 /// The track with its knob at the right when `on`; `face` is the colour around it.
 SwitchImage PaintSwitchTrack(bool on, ColorValue face, std::uint32_t dpi);
-
-struct SwitchLayout {
-    Rect text;   // right-aligned in here
-    Rect track;  // as large as the image
-    Rect focus;
-};
-SwitchLayout LayoutSwitch(const Rect& item, std::uint32_t dpi);
 
 }  // namespace kestrane

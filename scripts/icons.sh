@@ -38,6 +38,7 @@ install_tools
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 make_icon kestrane 16 20 24 32 48 64 256
-for name in menu-performance menu-settings menu-about menu-exit menu-update; do
+for name in menu-performance menu-settings menu-about menu-exit menu-update \
+    page-cpu page-disk page-memory page-network section-graph button-restore button-save; do
     make_icon "$name" 16 20 24 32 48
 done

@@ -1,5 +1,6 @@
 #include "app/tray_menu.h"
 
+#include "base/resource_ids.h"
 #include "text/translation.h"
 
 namespace kestrane {

@@ -21,12 +21,6 @@ inline constexpr std::uint32_t CommandPinFirst = 104;
 inline constexpr std::uint32_t CommandPinLast = CommandPinFirst + GraphCount - 1;
 static_assert(IndexOf(GraphKind::Network) == 0 && IndexOf(GraphKind::Disk) == GraphCount - 1);
 
-/// Icon resources of the menu.
-inline constexpr std::uint32_t ResourcePerformance = 201;
-inline constexpr std::uint32_t ResourceSettings = 202;
-inline constexpr std::uint32_t ResourceAbout = 203;
-inline constexpr std::uint32_t ResourceExit = 204;
-
 /// An entry; a separator has the id 0 and no text.
 struct TrayMenuEntry {
     std::uint32_t id = 0;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/debug_log_win32.h"
+#include "base/resource_ids.h"
 #include "text/translation.h"
 #include "tray/add_retry.h"
 #include "tray/taskbar_win32.h"
@@ -16,8 +17,6 @@ namespace {
 
 // A smaller structure belongs to an older shell, which truncates the tip to 63 characters.
 static_assert(sizeof(NOTIFYICONDATAW) == 976, "the shell tells versions of this record by its size");
-
-constexpr WORD ProgramIcon = 1;
 
 /// The icons' identities to the shell, which must never change; they differ only in the last byte, the id.
 constexpr GUID IconGuid(std::uint32_t id) {
@@ -142,7 +141,7 @@ NOTIFYICONDATAW BalloonData(const TrayIconSlot& slot, const std::wstring& title,
     data.uFlags = NIF_INFO;
     if (slot.useGuid) data.uFlags |= NIF_GUID;
     data.dwInfoFlags = NIIF_USER | NIIF_LARGE_ICON;
-    data.hBalloonIcon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ProgramIcon));
+    data.hBalloonIcon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ResourceProgram));
     CopyCut(data.szInfoTitle, title);
     CopyCut(data.szInfo, text);
     return data;

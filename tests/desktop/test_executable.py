@@ -2,6 +2,7 @@
 
 import pathlib
 import re
+import struct
 import subprocess
 import tempfile
 import unittest
@@ -9,7 +10,7 @@ import xml.etree.ElementTree as ElementTree
 
 import pefile
 
-from harness import BUILD, VERSION, main
+from harness import BUILD, ROOT, VERSION, main
 
 WINDOWS_10 = (10, 0)
 
@@ -57,7 +58,15 @@ STRINGS = {
     "ProductVersion": VERSION,
 }
 
-ICON_EDGES = [16, 20, 24, 32, 48, 64, 256]
+PROGRAM_ICON = 1
+PROGRAM_ICON_EDGES = [16, 20, 24, 32, 48, 64, 256]
+ICON_EDGES = [16, 20, 24, 32, 48]
+
+SETTINGS_DIALOG = 200
+DIALOG_ICONS = {202, 203, 206, 207, 210, 211, 212, 213, 214}
+DIALOG_STYLE = 0x80C800C0  # popup, caption, system menu, modal frame, font
+NEUTRAL = 0
+DEFAULT_CHARSET = 1
 
 
 class Executable(unittest.TestCase):
@@ -173,16 +182,41 @@ class Executable(unittest.TestCase):
         [constants] = [section.get_data() for section in self.image.sections if section.Name == b".rdata\0\0"]
         self.assertTrue((VERSION + "\0").encode("utf-16-le") in constants)  # too long to print
 
-    def test_icon_of_the_program_has_every_size(self):
+    def test_icons_have_every_size(self):
         groups = {number: data for number, _, data in self.resources("RT_GROUP_ICON")}
-        self.assertEqual(min(groups), 1)  # the lowest id is the file's icon
-        count = int.from_bytes(groups[1][4:6], "little")
-        entries = [groups[1][6 + 14 * i : 20 + 14 * i] for i in range(count)]
-        self.assertEqual(sorted(entry[0] or 256 for entry in entries), ICON_EDGES)
+        self.assertEqual(min(groups), PROGRAM_ICON)  # the lowest id is the file's icon
         images = {number: data for number, _, data in self.resources("RT_ICON")}
-        for entry in entries:
-            size, number = int.from_bytes(entry[8:12], "little"), int.from_bytes(entry[12:14], "little")
-            self.assertEqual(len(images[number]), size)
+        used = []
+        for number, group in groups.items():
+            kind, count = struct.unpack_from("<HH", group, 2)
+            self.assertEqual((kind, len(group)), (1, 6 + 14 * count), number)
+            edges = []
+            for width, height, _, _, _, depth, size, image in struct.iter_unpack("<BBBBHHIH", group[6:]):
+                self.assertEqual((width, depth, len(images[image])), (height, 32, size), number)
+                edges.append(width or 256)
+                used.append(image)
+            self.assertEqual(sorted(edges), PROGRAM_ICON_EDGES if number == PROGRAM_ICON else ICON_EDGES, number)
+        self.assertEqual(sorted(used), sorted(images))
+
+    def test_dialog_and_icons_are_exactly_those_that_the_code_names(self):
+        header = (ROOT / "src/base/resource_ids.h").read_text(encoding="utf-8")
+        named = [int(number) for number in re.findall(r"Resource\w+ = (\d+);", header)]
+        there = [number for kind in ("RT_DIALOG", "RT_GROUP_ICON") for number, _, _ in self.resources(kind)]
+        self.assertEqual(sorted(there), sorted(named))
+        self.assertLessEqual(DIALOG_ICONS, set(there))
+
+    def test_dialog_is_empty_and_of_no_language(self):
+        [(number, language, data)] = self.resources("RT_DIALOG")
+        self.assertEqual((number, language), (SETTINGS_DIALOG, NEUTRAL))
+        version, signature, help_id, extended_style, style = struct.unpack_from("<HHIII", data)
+        self.assertEqual((version, signature, help_id, extended_style), (1, 0xFFFF, 0, 0))
+        self.assertEqual(style, DIALOG_STYLE)
+        controls, *place, menu, window_class = struct.unpack_from("<HhhhhHH", data, 16)
+        self.assertEqual(controls, 0)
+        self.assertEqual(place, [0, 0, 520, 300])
+        self.assertEqual((menu, window_class), (0, 0))
+        title, font = "Ajustes de kestrane\0".encode("utf-16-le"), "Segoe UI\0".encode("utf-16-le")
+        self.assertEqual(data[30:], title + struct.pack("<HHBB", 9, 400, 0, DEFAULT_CHARSET) + font)
 
     def test_a_second_link_of_the_same_tree_is_equal_byte_for_byte(self):
         commands = subprocess.run(

@@ -1,11 +1,10 @@
 #pragma once
 // The lists of the settings dialog's combo boxes. A box holds only the text of its choice until it is first dropped
-// down, so that opening the dialog does not fill twenty lists.
+// down, so that opening the dialog fills no list.
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kestrane {
@@ -39,8 +38,13 @@ class LazyCombos {
     std::vector<std::int32_t> Ids() const;
 
   private:
+    struct Choice {
+        std::int32_t id;
+        std::int32_t index;
+    };
+
     std::vector<std::int32_t> filled_combos_;
-    std::vector<std::pair<std::int32_t, std::int32_t>> combo_choices_;  // id and index
+    std::vector<Choice> combo_choices_;
 };
 
 }  // namespace kestrane

@@ -5,6 +5,13 @@
 #include <cwctype>
 
 namespace kestrane {
+namespace {
+
+std::wint_t ToLower(wchar_t c) {
+    return std::towlower(static_cast<std::wint_t>(c));
+}
+
+}  // namespace
 
 std::wstring TrimBlanks(std::wstring_view text) {
     constexpr std::wstring_view Blanks = L" \t";
@@ -15,9 +22,11 @@ std::wstring TrimBlanks(std::wstring_view text) {
 }
 
 bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) {
-    return std::ranges::equal(a, b, [](wchar_t x, wchar_t y) {
-        return std::towlower(static_cast<std::wint_t>(x)) == std::towlower(static_cast<std::wint_t>(y));
-    });
+    return std::ranges::equal(a, b, {}, ToLower, ToLower);
+}
+
+bool LessIgnoringCase(std::wstring_view a, std::wstring_view b) {
+    return std::ranges::lexicographical_compare(a, b, {}, ToLower, ToLower);
 }
 
 std::wstring WidenBytes(std::string_view bytes) {

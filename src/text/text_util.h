@@ -12,6 +12,9 @@ std::wstring TrimBlanks(std::wstring_view text);
 /// True if both have the same length and their characters are pairwise equal after `towlower`.
 bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b);
 
+/// True if `a` comes before `b`, character by character after `towlower`: the order of the C runtime's `_wcsicmp`.
+bool LessIgnoringCase(std::wstring_view a, std::wstring_view b);
+
 /// 0 to 9 only, no digits of other scripts.
 constexpr bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';

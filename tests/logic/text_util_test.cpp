@@ -58,6 +58,18 @@ TEST(EqualIgnoringCase, ComparesWholeTextsInSmallLetters) {
     }
 }
 
+TEST(LessIgnoringCase, OrdersBySmallLettersAndThenByLength) {
+    const std::wstring_view ascending[] = {L"", L"1", L"[", L"_", L"aB", L"AC", L"aca", L"b", L"Z", L"{", L"\u4E2D"};
+    for (const std::wstring_view& a : ascending) {
+        for (const std::wstring_view& b : ascending) {
+            SCOPED_TRACE(testing::PrintToString(std::wstring(a)) + " and " + testing::PrintToString(std::wstring(b)));
+            EXPECT_EQ(LessIgnoringCase(a, b), &a < &b);
+        }
+    }
+    EXPECT_FALSE(LessIgnoringCase(L"Arial", L"ARIAL"));
+    EXPECT_FALSE(LessIgnoringCase(L"ARIAL", L"Arial"));
+}
+
 TEST(IsDigit, KnowsTenCharacters) {
     std::wstring digits;
     for (std::uint32_t c = 0; c < 0x10000; ++c) {

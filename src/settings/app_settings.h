@@ -57,6 +57,9 @@ enum ColorKey : std::size_t {
     ColorCount
 };
 
+/// The highest disk number that can be chosen.
+inline constexpr std::int32_t LastDisk = 63;
+
 /// A graph window: six fields of window state, written by the window itself, then nine of style, edited in the dialog.
 struct GraphSettings {
     bool graph = false;                    // the window is open
@@ -98,7 +101,7 @@ struct AppSettings {
     GraphSettings disk;
     bool per_core = false;            // the CPU graph draws one small graph per logical processor
     bool activity = false;            // the disk graph shows percent instead of speed
-    std::vector<std::int32_t> disks;  // chosen disk numbers, 0 to 63, no duplicates; empty: all, summed
+    std::vector<std::int32_t> disks;  // chosen numbers, 0 to LastDisk, no duplicates; empty: all, summed
 
     bool operator==(const AppSettings&) const = default;
 };

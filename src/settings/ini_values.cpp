@@ -253,7 +253,7 @@ std::optional<std::vector<std::int32_t>> ParseDisks(std::wstring_view text) {
     if (text == All) return disks;
     for (const std::wstring_view part : Split(text, L',')) {
         const std::optional<std::int32_t> disk = ParseDigits(part, 2);
-        if (!disk || *disk > 63 || std::find(disks.begin(), disks.end(), *disk) != disks.end()) return {};
+        if (!disk || *disk > LastDisk || std::find(disks.begin(), disks.end(), *disk) != disks.end()) return {};
         disks.push_back(*disk);
     }
     return disks;

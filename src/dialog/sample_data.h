@@ -60,7 +60,7 @@ void GenerateSamples(SampleData& data, const std::array<std::int32_t, 3>& thresh
 std::int64_t SampleInt(std::uint32_t& random_state, std::int64_t low, std::int64_t high);
 
 /// A rate of up to `maximum`: mostly in the lowest quarter, and in 15 of 100 cases a burst in the upper half.
-std::int64_t SampleRate(std::uint32_t& random_state, std::int64_t maximum);
+std::uint64_t SampleRate(std::uint32_t& random_state, std::uint32_t maximum);
 
 /// Pushes `count` points that wander between `low` and `high`.
 void SampleWalk(std::uint32_t& random_state, MetricRing<double>& ring, std::size_t count, double low, double high);

@@ -14,7 +14,7 @@ install_tools() {
         apt-get install -y -qq --no-install-recommends librsvg2-bin icoutils optipng >/dev/null
 }
 
-# make_icon NAME SIZE...: 32-bit images with straight alpha; 256 pixels as PNG, as Windows expects.
+# make_icon NAME SIZE...: 32-bit images with straight alpha; large ones as PNG, a twentieth of the size.
 make_icon() {
     local name=$1 size drawing images=()
     shift
@@ -22,7 +22,7 @@ make_icon() {
         drawing=$name-$size.svg
         [ -e "$drawing" ] || drawing=$name.svg
         rsvg-convert --width "$size" --height "$size" "$drawing" --output "$work/$name-$size.png"
-        if [ "$size" -eq 256 ]; then
+        if [ "$size" -ge 48 ]; then
             # No reduction (-nx): a palette would be smaller, but the PNG of an icon must be 32-bit.
             optipng -quiet -o7 -nx -strip all "$work/$name-$size.png"
             images+=("--raw=$work/$name-$size.png")

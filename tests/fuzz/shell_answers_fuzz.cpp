@@ -7,6 +7,7 @@
 #include "app/command_line.h"
 #include "app/tray_events.h"
 #include "fuzz/fuzz_target.h"
+#include "settings/autostart.h"
 #include "tray/promotion.h"
 
 namespace kestrane {

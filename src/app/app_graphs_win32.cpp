@@ -71,7 +71,7 @@ void App::ShowGraphMenu(GraphKind kind, Point screenPoint) {
 }
 
 void App::GraphClicked(GraphKind kind) {
-    if (kind != GraphKind::Disk) return;
+    if (kind != GraphKind::Disk || settingsOpen) return;
     settings.activity = !settings.activity;
     SaveDiskActivity(settings);
     InvalidateGraph(kind);

@@ -8,6 +8,7 @@
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
 #include "app/version.h"
+#include "dialog/settings_dialog_win32.h"
 #include "settings/ini_file_win32.h"
 #include "settings/task_manager_win32.h"
 #include "text/translation.h"
@@ -90,9 +91,9 @@ void App::ShowTrayMenu(std::uint32_t iconId, int x, int y) {
 }
 
 std::optional<std::uint32_t> App::RunTrayMenu(std::uint32_t iconId, int x, int y) {
-    if (menuOpen) return std::nullopt;
+    if (menuOpen || FocusSettingsDialog()) return std::nullopt;
     const std::uint32_t command = ChooseFromTrayMenu(x, y);
-    if (!shuttingDown) RunCommand(command, iconId);
+    if (!shuttingDown) RunCommand(command, iconId, {x, y});
     return shuttingDown ? std::nullopt : std::optional(command);
 }
 
@@ -107,16 +108,36 @@ std::uint32_t App::ChooseFromTrayMenu(int x, int y) {
     return command;
 }
 
-void App::RunCommand(std::uint32_t command, std::uint32_t iconId) {
+void App::RunCommand(std::uint32_t command, std::uint32_t iconId, const Point& point) {
     if (command >= CommandPinFirst && command <= CommandPinLast) {
         TogglePin(static_cast<GraphKind>(command - CommandPinFirst));
     } else if (command == CommandPerformance) {
         OpenTaskManager(TaskManagerPage(iconId, sample));
+    } else if (command == CommandSettings) {
+        ShowSettings(point);
     } else if (command == CommandAbout) {
         ShowAbout();
     } else if (command == CommandExit) {
         DestroyWindow(window);
     }
+}
+
+bool App::FocusSettingsDialog() const {
+    if (!settingsOpen) return false;
+    const HWND dialog = OpenSettingsDialog();
+    if (dialog == nullptr) return true;  // it is just being created
+    if (IsIconic(dialog)) ShowWindow(dialog, SW_RESTORE);
+    // The dialog, or the box that is open on top of it.
+    SetForegroundWindow(GetLastActivePopup(dialog));
+    return true;
+}
+
+void App::ShowSettings(const Point& anchor) {
+    if (FocusSettingsDialog()) return;
+    settingsOpen = true;
+    ShowSettingsDialog(instance, window, anchor, settings, *this);
+    settingsOpen = false;
+    if (!shuttingDown) RefreshAllIcons();
 }
 
 void App::TogglePin(GraphKind kind) {

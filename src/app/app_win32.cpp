@@ -3,6 +3,7 @@
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
 #include "hardware/hardware_facts_win32.h"
+#include "metrics/samplers_win32.h"
 
 namespace kestrane {
 
@@ -56,6 +57,10 @@ void App::OnSettingsChanged() {
     ApplyTimers();
     ApplyGraphSettings();
     RefreshAllIcons();
+}
+
+std::vector<NetRow> App::ListInterfaces() {
+    return kestrane::ListInterfaces(netSampler);
 }
 
 /// The facts that samplers and graphs need; all others are read on demand.

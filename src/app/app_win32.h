@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "dialog/settings_dialog_host.h"
 #include "graph/graph_window_host.h"
 #include "graph/graph_window_win32.h"
 #include "hardware/disk_facts.h"
@@ -29,7 +30,7 @@ inline constexpr UINT GraphHotkeyKey = 'B';
 
 inline constexpr std::uint32_t DefaultIconSize = 16;
 
-struct App final : GraphWindowHost {
+struct App final : SettingsDialogHost, GraphWindowHost {
     App();
     App(const App&) = delete;
     App& operator=(const App&) = delete;
@@ -39,7 +40,13 @@ struct App final : GraphWindowHost {
     /// The shell has restarted and lost all icons: adds them again with fresh images.
     void OnTaskbarCreated();
     /// Applies changed settings everywhere. Does nothing during shutdown.
-    void OnSettingsChanged();
+    void OnSettingsChanged() override;
+
+    // What the settings dialog asks for.
+
+    std::vector<NetRow> ListInterfaces() override;
+    const std::vector<DiskFacts>& FixedDisks() override { return fixedDisks; }
+    const std::vector<std::uint8_t>& ProcessorClasses() override { return coreClasses; }
 
     // Timers and ticks (app_timers_win32.cpp).
 
@@ -72,8 +79,10 @@ struct App final : GraphWindowHost {
     void OnTrayNotify(WPARAM wParam, LPARAM lParam);
     /// Opens, hides or raises a graph.
     void ToggleGraph(GraphKind kind);
-    /// The menu of an icon; dismissed without a choice, it returns the keyboard focus to the icon, unless the user has
-    /// clicked another window.
+    /// True if the settings dialog is open; then it is in front now.
+    bool FocusSettingsDialog() const;
+    /// The menu of an icon, or the settings dialog to the front if that is open; dismissed without a choice, it returns
+    /// the keyboard focus to the icon, unless the user has clicked another window.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
     // Graphs (app_graphs_win32.cpp).
@@ -82,7 +91,8 @@ struct App final : GraphWindowHost {
     void RecoverGraphs();
     /// The same menu on a graph; afterwards it returns the foreground to the window that had it.
     void ShowGraphMenu(GraphKind kind, Point screenPoint) override;
-    /// A click switches the disk graph between speed and activity; the others have no second view.
+    /// A click switches the disk graph between speed and activity; the others have no second view. Not while the
+    /// settings dialog, which edits the same setting, is open.
     void GraphClicked(GraphKind kind) override;
     void GraphStateChanged(GraphKind kind) override;
 
@@ -121,6 +131,7 @@ struct App final : GraphWindowHost {
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
     MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
     bool menuOpen = false;
+    bool settingsOpen = false;
     bool shuttingDown = false;
     bool hotkeyRegistered = false;
     /// Running periods by metric; 0 means not started.
@@ -139,11 +150,13 @@ struct App final : GraphWindowHost {
 
     void OnIconClick(GraphKind kind, std::uint32_t event);
     /// Builds the menu of an icon, tracks it at a screen point and runs the chosen command, which it returns. None if a
-    /// menu is already open or the program has ended meanwhile.
+    /// menu or the settings dialog is already open, or if the program has ended meanwhile.
     std::optional<std::uint32_t> RunTrayMenu(std::uint32_t iconId, int x, int y);
     std::uint32_t ChooseFromTrayMenu(int x, int y);
-    /// `iconId` is the icon whose menu was used.
-    void RunCommand(std::uint32_t command, std::uint32_t iconId);
+    /// `iconId` is the icon whose menu was used, at `point` of the screen.
+    void RunCommand(std::uint32_t command, std::uint32_t iconId, const Point& point);
+    /// The settings dialog, near the point at which the user asked for it; returns when it has been closed.
+    void ShowSettings(const Point& anchor);
     void TogglePin(GraphKind kind);
     void ShowAbout();
 

@@ -16,4 +16,18 @@ inline UniqueFont MakeFont(const std::wstring& face, std::int32_t height, bool b
                                   face.c_str()));
 }
 
+/// The width of a line of text in the selected font, in pixels; 0 on failure.
+inline std::int32_t TextWidth(HDC dc, const std::wstring& text) {
+    SIZE size = {};
+    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+/// The same in `font`, on the screen.
+inline std::int32_t TextWidth(HFONT font, const std::wstring& text) {
+    const ScreenDc screen;
+    const SelectedObject selected(screen.Get(), font);
+    return TextWidth(screen.Get(), text);
+}
+
 }  // namespace kestrane

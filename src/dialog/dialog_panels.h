@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "dialog/control_ids.h"
 #include "settings/app_settings.h"
@@ -100,6 +101,20 @@ inline constexpr std::array<ControlId, ColorCount> ColorWells{
     IdMem2Border, IdMem3Border,
     // Network
     IdNetBg, IdNetDown, IdNetUp, IdNetBoth, IdNetGraphBg, IdNetBorder, IdNetGraphDown, IdNetGraphUp, IdNetGraphBoth};
+
+/// The colour of a well; none for any other control.
+constexpr std::optional<ColorKey> ColorOfWell(std::int32_t id) {
+    for (std::size_t i = 0; i < ColorWells.size(); ++i) {
+        if (ColorWells[i] == id) return static_cast<ColorKey>(i);
+    }
+    return std::nullopt;
+}
+
+/// The number fields of the memory icon's levels, in ascending order.
+inline constexpr std::array<ControlId, 3> ThresholdFields{IdThreshold1, IdThreshold2, IdThreshold3};
+
+/// The window's title, in Spanish.
+inline constexpr const wchar_t* SettingsDialogTitle = L"Ajustes de kestrane";
 
 /// A note below the pages, seen from every tab.
 struct PageNote {

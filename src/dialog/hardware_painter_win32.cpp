@@ -1,5 +1,6 @@
 #include "dialog/hardware_painter_win32.h"
 
+#include "base/font_win32.h"
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "dialog/gdi_paint_win32.h"

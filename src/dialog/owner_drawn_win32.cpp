@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/font_win32.h"
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "dialog/gdi_paint_win32.h"

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/font_win32.h"
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "graph/core_grid_plot.h"

@@ -42,12 +42,6 @@ std::int32_t TextHeight(HDC dc) {
     return std::max<std::int32_t>(1, metrics.tmHeight);
 }
 
-std::int32_t TextWidth(HDC dc, const std::wstring& text) {
-    SIZE size = {};
-    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
-    return size.cx;
-}
-
 void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, ColorValue color) {
     const PlotLayout& layout = scale.layout;
     SetTextAlign(dc, TA_RIGHT);

@@ -20,9 +20,6 @@ UniqueFont CreateGraphFont(const GraphSettings& settings, std::uint32_t dpi);
 /// The height of a line of text, at least 1.
 std::int32_t TextHeight(HDC dc);
 
-/// In pixels; 0 on failure.
-std::int32_t TextWidth(HDC dc, const std::wstring& text);
-
 /// The axis labels, right-aligned to the axis, each beside its grid line.
 void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, ColorValue color);
 

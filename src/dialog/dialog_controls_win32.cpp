@@ -1,0 +1,173 @@
+#include "dialog/dialog_controls_win32.h"
+
+#include <algorithm>
+
+#include "base/debug_log_win32.h"
+#include "base/font_win32.h"
+#include "dialog/dialog_units_win32.h"
+#include "text/number_text.h"
+#include "text/translation.h"
+
+namespace kestrane {
+namespace {
+
+constexpr const wchar_t* AllDisksText = L"Todos (suma)";
+
+HMENU IdAsMenu(std::int32_t id) {
+    return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+}
+
+/// Whether the text of a row is shown, by the control or by whoever paints it.
+bool HasText(const DialogRow& row) {
+    return row.text[0] != L'\0';
+}
+
+std::wstring DiskText(const DiskFacts& disk) {
+    return FormatInteger(disk.number) + L"  " + disk.model;
+}
+
+}  // namespace
+
+void DialogControls::Create(HWND dialog, const DialogFonts& fonts, const std::vector<DiskFacts>& disks) {
+    dialog_ = dialog;
+    fonts_ = fonts;
+    const auto ids = ControlIds();
+    for (std::size_t i = 0; i < DialogRows.size(); ++i) {
+        DialogRow row = DialogRows[i];
+        row.id = ids[i];
+        AddRow(row, Tr(TextOf(row)));
+    }
+    AddDiskBoxes(disks);
+    for (const DialogTab& tab : DialogTabs)
+        CreateControl(TabButtonClass, tab.button, Tr(tab.text));
+    for (const PageNote& note : PageNotes)
+        CreateControl(PageNoteClass, note.id, Tr(note.text));
+}
+
+HWND DialogControls::CreateControl(const ControlClass& kind, std::int32_t id, const wchar_t* text) {
+    const HWND control =
+        CreateWindowExW(0, kind.name, text, kind.style, 0, 0, 0, 0, dialog_, IdAsMenu(id),
+                        reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(dialog_, GWLP_HINSTANCE)), nullptr);
+    if (control == nullptr) return nullptr;
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(kind.bold ? fonts_.bold : fonts_.regular), FALSE);
+    return control;
+}
+
+void DialogControls::AddRow(const DialogRow& row, const wchar_t* text) {
+    const HWND control = CreateControl(ControlClasses[static_cast<std::size_t>(row.type)], row.id, text);
+    if (control == nullptr) {
+        LogDebug(L"kestrane: no se pudo crear un control del dialogo de ajustes\n");
+        return;
+    }
+    rows_.push_back({row, control});
+}
+
+void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
+    std::vector<std::wstring> texts{Tr(AllDisksText)};
+    for (const DiskFacts& disk : disks)
+        texts.push_back(DiskText(disk));
+    const std::int32_t unit = RectWidth(ToPixels({0, 0, 4, 8}));
+    std::vector<std::int32_t> widths;
+    for (const std::wstring& text : texts)
+        widths.push_back(WidthInUnits(TextWidth(fonts_.regular, text), unit));
+
+    DiskBoxes boxes = FlowDiskBoxes(widths);
+    disks_height_ = boxes.disks_height;
+    boxes.rows.front().text = AllDisksText;
+    std::int32_t previous = IdDiskActivity;
+    for (std::size_t i = 0; i < boxes.rows.size(); ++i) {
+        AddRow(boxes.rows[i], texts[i].c_str());
+        FollowInTabOrder(boxes.rows[i].id, previous);
+        previous = boxes.rows[i].id;
+    }
+}
+
+/// The Tab key follows the order of the windows, which is that of their creation until it is changed.
+void DialogControls::FollowInTabOrder(std::int32_t id, std::int32_t previous) {
+    const HWND control = GetDlgItem(dialog_, id);
+    const HWND before = GetDlgItem(dialog_, previous);
+    if (control == nullptr || before == nullptr) return;
+    SetWindowPos(control, before, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+const ControlRow* DialogControls::Find(std::int32_t id) const {
+    const auto found = std::ranges::find_if(rows_, [id](const ControlRow& control) { return control.row.id == id; });
+    return found != rows_.end() ? &*found : nullptr;
+}
+
+void DialogControls::Retranslate() {
+    for (const ControlRow& control : rows_) {
+        if (HasText(control.row)) SetWindowTextW(control.window, Tr(TextOf(control.row)));
+    }
+    for (const DialogTab& tab : DialogTabs)
+        SetDlgItemTextW(dialog_, tab.button, Tr(tab.text));
+    for (const PageNote& note : PageNotes)
+        SetDlgItemTextW(dialog_, note.id, Tr(note.text));
+}
+
+void DialogControls::Place(const GroupLayout& layout, const MeasuredHeights& heights) {
+    std::vector<Move> moves;
+    PlaceTabButtons(moves);
+    for (ControlRow& control : rows_)
+        PlaceRow(control, layout, heights, moves);
+    PlaceNotes(layout.content_height, moves);
+    Carry(moves);
+}
+
+void DialogControls::PlaceTabButtons(std::vector<Move>& moves) const {
+    std::array<std::int32_t, TabCount> widths{};
+    std::ranges::transform(DialogTabs, widths.begin(),
+                           [this](const DialogTab& tab) { return TextWidth(fonts_.bold, Tr(tab.text)); });
+    const auto rects = TabButtonRects(ToPixels(TabBand), widths, GetDpiForWindow(dialog_));
+    for (std::size_t i = 0; i < TabCount; ++i)
+        moves.push_back({GetDlgItem(dialog_, DialogTabs[i].button), rects[i], 0});
+}
+
+void DialogControls::PlaceRow(ControlRow& control, const GroupLayout& layout, const MeasuredHeights& heights,
+                              std::vector<Move>& moves) {
+    const std::uint32_t dpi = GetDpiForWindow(dialog_);
+    const ControlPlace place = PlaceControl(control.row, layout, heights);
+    Rect rect = ToPixels(place.rect);
+    control.frame = place.frame == Rect{} ? Rect{} : ToPixels(place.frame);
+    if (control.row.type == ControlType::BoxTitle)
+        rect = BoxTitleRect(rect, TextWidth(fonts_.bold, Tr(TextOf(control.row))), dpi);
+    if (control.row.type == ControlType::TabIcon) rect = TabIconRect(rect, dpi);
+
+    if (control.placed && control.rect == rect && control.last_visible == place.shown) return;
+    control.placed = true;
+    control.rect = rect;
+    control.last_visible = place.shown;
+    moves.push_back({control.window, rect, static_cast<UINT>(place.shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW)});
+}
+
+void DialogControls::PlaceNotes(std::int32_t contentHeight, std::vector<Move>& moves) const {
+    const auto rects = NoteRects(contentHeight);
+    for (std::size_t i = 0; i < PageNotes.size(); ++i)
+        moves.push_back({GetDlgItem(dialog_, PageNotes[i].id), ToPixels(rects[i]), 0});
+}
+
+/// A batch that fails on the way has moved nothing, so then each control is moved by itself.
+void DialogControls::Carry(const std::vector<Move>& moves) {
+    constexpr UINT Flags = SWP_NOZORDER | SWP_NOACTIVATE;
+    HDWP batch = BeginDeferWindowPos(static_cast<int>(moves.size()));
+    for (const auto& [window, rect, flags] : moves) {
+        if (batch == nullptr || window == nullptr) continue;
+        batch = DeferWindowPos(batch, window, nullptr, rect.left, rect.top, RectWidth(rect), RectHeight(rect),
+                               Flags | flags);
+    }
+    if (batch != nullptr && EndDeferWindowPos(batch)) return;
+    for (const auto& [window, rect, flags] : moves)
+        SetWindowPos(window, nullptr, rect.left, rect.top, RectWidth(rect), RectHeight(rect), Flags | flags);
+}
+
+Rect DialogControls::ToPixels(const Rect& units) const {
+    return DialogUnitsToPixels(dialog_, units);
+}
+
+std::wstring WindowText(HWND window, int longest) {
+    std::wstring text(static_cast<std::size_t>(longest) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), longest + 1)));
+    return text;
+}
+
+}  // namespace kestrane

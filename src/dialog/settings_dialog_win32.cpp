@@ -1,0 +1,196 @@
+#include "dialog/settings_dialog_win32.h"
+
+#include <algorithm>
+#include <string>
+
+#include "base/debug_log_win32.h"
+#include "base/geometry_win32.h"
+#include "dialog/dialog_messages_win32.h"
+#include "dialog/dialog_resources.h"
+#include "dialog/interface_list_win32.h"
+#include "settings/autostart_win32.h"
+#include "settings/ini_file_win32.h"
+#include "text/translation.h"
+#include "tray/icon_render_win32.h"
+
+namespace kestrane {
+namespace {
+
+constexpr UINT_PTR SampleTimer = 1;
+constexpr UINT SampleTimerMs = 2000;
+constexpr WPARAM ThresholdDigits = 3;
+constexpr std::int32_t PageIconSize = 16;  // pixels at 96 DPI
+
+HWND openDialog = nullptr;
+
+/// The font in bold; empty on failure.
+UniqueFont MakeBold(HFONT font) {
+    LOGFONTW description{};
+    if (GetObjectW(font, sizeof description, &description) == 0) return {};
+    description.lfWeight = FW_BOLD;
+    return UniqueFont(CreateFontIndirectW(&description));
+}
+
+}  // namespace
+
+void ShowSettingsDialog(HINSTANCE instance, HWND owner, const Point& anchor, AppSettings& settings,
+                        SettingsDialogHost& host) {
+    SettingsDialog dialog(instance, anchor, settings, host);
+    if (!dialog.Run(owner)) LogDebug(L"kestrane: no se pudo crear el dialogo de ajustes\n");
+}
+
+HWND OpenSettingsDialog() {
+    return openDialog;
+}
+
+SettingsDialog::SettingsDialog(HINSTANCE instance, const Point& anchor, AppSettings& settings, SettingsDialogHost& host)
+    : instance_(instance),
+      anchor_(anchor),
+      settings_(settings),
+      saved_(settings),
+      defaults_(MakeDefaultSettings()),
+      host_(host) {}
+
+bool SettingsDialog::Run(HWND owner) {
+    const INT_PTR result = DialogBoxParamW(instance_, MAKEINTRESOURCEW(ResourceSettingsDialog), owner, DialogProc,
+                                           reinterpret_cast<LPARAM>(this));
+    openDialog = nullptr;
+    return result != -1;
+}
+
+INT_PTR CALLBACK SettingsDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, lParam);
+        reinterpret_cast<SettingsDialog*>(lParam)->OnInitDialog(window);
+        return TRUE;
+    }
+    auto* dialog = reinterpret_cast<SettingsDialog*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return dialog != nullptr ? dialog->OnMessage(message, wParam, lParam) : FALSE;
+}
+
+INT_PTR SettingsDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            OnCommand(LOWORD(wParam), HIWORD(wParam));
+            return TRUE;
+        case WM_TIMER:
+            if (wParam != SampleTimer) return FALSE;
+            GenerateSamples(samples_, settings_.thresholds);
+            InvalidateSamples();
+            return TRUE;
+        case WM_PAINT:
+            OnPaint();
+            return TRUE;
+        case WM_DRAWITEM:
+            return OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        case WM_MEASUREITEM:
+            return OnMeasureItem(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<INT_PTR>(
+                OnControlColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
+        case WM_CONTEXTMENU:
+            return OnContextMenu(reinterpret_cast<HWND>(wParam));
+        case WM_TOGGLE_INTERFACE:
+            OnToggleInterface(wParam);
+            return TRUE;
+        case WM_RETRANSLATE:
+            Retranslate();
+            return TRUE;
+        case WM_CLOSE:
+            Cancel();
+            return TRUE;
+        case WM_DESTROY:
+            OnDestroy();
+            return TRUE;
+        default:
+            return FALSE;
+    }
+}
+
+void SettingsDialog::OnInitDialog(HWND window) {
+    window_ = window;
+    openDialog = window;
+    combos_.emplace(window);
+    bold_font_ = MakeBold(Fonts().regular);
+    ResizeIconSamples(samples_, IconPixelSize(window));
+    RebuildTabBrushes();
+    controls_.Create(window, Fonts(), host_.FixedDisks());
+    heights_.disks_height = controls_.DisksHeight();
+    const DialogState state = LoadDialogState();
+    tab_ = TabOfNumber(state.tab);
+    for (std::size_t i = 0; i < HardwareCount; ++i)
+        LoadHardwareRows(static_cast<SettingsTab>(i));
+    SetWindowTextW(window, Tr(SettingsDialogTitle));
+    for (const std::int32_t id : ThresholdFields)
+        SendDlgItemMessageW(window, id, EM_SETLIMITTEXT, ThresholdDigits, 0);
+    BindSampleSeries(samples_, host_.ProcessorClasses());
+    GenerateSamples(samples_, settings_.thresholds);
+    ShowGeneral();
+    FillControls();
+    LoadIcons();
+    SubclassInterfaceList(Control(IdInterfaces));
+    for (std::size_t i = 0; i < HardwareCount; ++i)
+        MeasureHardware(static_cast<SettingsTab>(i));
+    LayoutDialog();
+    PlaceWindow(state);
+    UpdateButtons();
+    SetTimer(window, SampleTimer, SampleTimerMs, nullptr);
+}
+
+/// What the General page shows is not in the settings, or saved on its own.
+void SettingsDialog::ShowGeneral() {
+    saved_general_ = {GetAutostartMode(), settings_.check_updates};
+    Tick(IdAutostart, saved_general_.autostart_mode != AutostartMode::Off);
+    Tick(IdAutostartAllUsers, saved_general_.autostart_mode == AutostartMode::AllUsers);
+    Tick(IdCheckUpdates, settings_.check_updates);
+    combos_->Choose(IdLanguage, static_cast<std::int32_t>(settings_.language));
+}
+
+UniqueIcon SettingsDialog::LoadIconOf(std::uint32_t resource, int size) const {
+    return UniqueIcon(
+        static_cast<HICON>(LoadImageW(instance_, MAKEINTRESOURCEW(resource), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+}
+
+void SettingsDialog::LoadIcons() {
+    const int buttonSize = std::max(GetSystemMetricsForDpi(SM_CXSMICON, Dpi()), 1);
+    const auto giveIcon = [&](std::int32_t button, std::uint32_t resource) {
+        UniqueIcon icon = LoadIconOf(resource, buttonSize);
+        SendDlgItemMessageW(window_, button, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.Get()));
+        owned_icons_.push_back(std::move(icon));
+    };
+    const int size = ScaleForDpi(PageIconSize, Dpi());
+    for (std::size_t i = 0; i < TabCount; ++i) {
+        giveIcon(DialogTabs[i].restore, RestoreButtonIcon);
+        giveIcon(DialogTabs[i].save, SaveButtonIcon);
+        tab_icons_[i] = LoadIconOf(TabIcons[i], size);
+    }
+    hardware_icon_ = LoadIconOf(HardwareSectionIcon, size);
+    graph_icon_ = LoadIconOf(GraphSectionIcon, size);
+}
+
+void SettingsDialog::PlaceWindow(const DialogState& state) {
+    RECT window{};
+    GetWindowRect(window_, &window);
+    const std::int32_t width = window.right - window.left;
+    const std::int32_t height = window.bottom - window.top;
+    const DialogPlace place = OpeningPlace(state, anchor_, width, height);
+    const Rect workArea = WorkAreaOf(MonitorFromPoint(ToPlatform(place.monitor), MONITOR_DEFAULTTONEAREST));
+    const Point corner = MovedIntoWorkArea(place.corner, workArea, width, height);
+    SetWindowPos(window_, nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+/// Also reached without Cancel, when the program ends.
+void SettingsDialog::OnDestroy() {
+    RECT window{};
+    if (GetWindowRect(window_, &window) && !IsIconic(window_))
+        SaveDialogState({true, window.left, window.top, static_cast<std::uint32_t>(tab_)});
+    KillTimer(window_, SampleTimer);
+    openDialog = nullptr;
+}
+
+DialogFonts SettingsDialog::Fonts() const {
+    return {reinterpret_cast<HFONT>(SendMessageW(window_, WM_GETFONT, 0, 0)), bold_font_.Get()};
+}
+
+}  // namespace kestrane

@@ -94,7 +94,7 @@ bool LazyCombos::IsFilled(std::int32_t id) const {
 }
 
 void LazyCombos::MarkFilled(std::int32_t id) {
-    if (!IsFilled(id)) filled_combos_.push_back(id);
+    filled_combos_.push_back(id);
 }
 
 void LazyCombos::MarkEmpty(std::int32_t id) {

@@ -66,7 +66,6 @@ TEST(BuildInterfaceChoice, FindsTheChosenInterfacesAmongThePresentOnes) {
         {"by its name", {8}, {L"Wi-Fi"}, L"some | 1 Ethernet 2* Wi-Fi |"},
         {"by its name in other letters", {8}, {L"wi-fI"}, L"some | 1 Ethernet 2* Wi-Fi |"},
         {"by neither", {8}, {L"Wi-Fi 2"}, L"some | 1 Ethernet 2 Wi-Fi | 8 Wi-Fi 2"},
-        {"an empty name is no name", {8}, {L""}, L"some | 1 Ethernet 2 Wi-Fi | 8 "},
         {"two, one without a name", {8, 1}, {L"VPN"}, L"some | 1* Ethernet 2 Wi-Fi | 8 VPN"},
         {"two with a row in common", {1, 8}, {L"Ethernet", L"ETHERNET"}, L"some | 1* Ethernet 2 Wi-Fi |"},
         {"the first row with its id or its name", {2}, {L"Ethernet"}, L"some | 1* Ethernet 2 Wi-Fi |"},
@@ -84,6 +83,11 @@ TEST(BuildInterfaceChoice, OffersOnlyInterfacesThatUsersRecognise) {
     present[3].tunnel = true;
     EXPECT_EQ(Summary(BuildInterfaceChoice(Chosen({1, 3}, {L"without address", L"loopback"}), present)),
               L"some | 5 Ethernet | 1 without address 3 loopback");
+}
+
+TEST(BuildInterfaceChoice, AnEmptyNameFindsNoInterfaceWithoutAName) {
+    EXPECT_EQ(Summary(BuildInterfaceChoice(Chosen({8}, {L""}), {Present(1, L"")})), L"some | 1  | 8 ");
+    EXPECT_EQ(Summary(BuildInterfaceChoice(Chosen({8}, {}), {Present(1, L"")})), L"some | 1  | 8 ");
 }
 
 TEST(BuildInterfaceChoice, WithoutAnyInterfaceOfTheMachine) {

@@ -38,7 +38,7 @@ void GenerateIconSamples(SampleData& data) {
     }
 }
 
-/// The busier a disk is, the more bytes it moves; an idle one is a little busy, too.
+/// The activity follows the rate: `fullRate` would keep the disk busy all the time, and `idlePercent` it always is.
 void PushDiskSample(MetricRing<double>& rates, MetricRing<double>& percents, double rate, double fullRate,
                     double idlePercent) {
     PushSample(rates, rate);

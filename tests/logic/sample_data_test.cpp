@@ -68,7 +68,8 @@ TEST(SampleInt, DrawsFromTheMinimalStandardGenerator) {
 }
 
 // The generator's value n becomes result (n - 1) / share, where share = 2147483646 / results, rounded down. After 12345
-// the generator gives 595905495, after 22251 it gives 1074078021 and then 122462170.
+// the generator gives 595905495; after 2023651103 it gives 2^30; after 1775986015 it gives 2^30 + 1, 1073814230 and
+// 273908691.
 TEST(SampleInt, GivesEachResultTheSameShareOfTheGeneratorsValues) {
     struct Row {
         const char* reason;
@@ -83,9 +84,9 @@ TEST(SampleInt, GivesEachResultTheSameShareOfTheGeneratorsValues) {
         {"from below zero", 12345, -50, 49, -23, 595905495},
         {"only one", 12345, 7, 7, 7, 595905495},
         {"an empty range counts as its lower end", 12345, 7, 3, 7, 595905495},
-        {"a value beyond the last share is drawn again", 22251, 0, 1073741823, 122462169, 122462170},
-        {"a value just within it is not", 22251, 0, 1074078020, 1074078020, 1074078021},
-        {"nor is it in two halves", 22251, 0, 1, 1, 1074078021},
+        {"a value within the last share", 2023651103, 0, 1073741823, 1073741823, 1073741824},
+        {"those beyond it are drawn again", 1775986015, 0, 1073741823, 273908690, 273908691},
+        {"the same value with one more result", 1775986015, 0, 1073741824, 1073741824, 1073741825},
     };
     for (const Row& row : rows) {
         std::uint32_t state = row.state;

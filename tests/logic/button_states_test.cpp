@@ -103,11 +103,12 @@ TEST(EvaluateButtons, ThereIsNothingToSaveUntilAnInterfaceIsChosen) {
     EXPECT_EQ(Enabled(ButtonsOf(settings, saved).save), "...N.");
 }
 
-TEST(EvaluateButtons, AHiddenIconDisablesItsPage) {
-    AppSettings settings = MakeDefaultSettings();
-    EXPECT_EQ(ButtonsOf(settings, settings).page, (std::array{true, true, true, true}));
+TEST(EvaluateButtons, AHiddenIconDisablesItsPageAtOnce) {
+    const AppSettings saved = MakeDefaultSettings();
+    AppSettings settings = saved;
+    EXPECT_EQ(ButtonsOf(settings, saved).page, (std::array{true, true, true, true}));
     settings.show = {true, false, true, false};
-    EXPECT_EQ(ButtonsOf(settings, settings).page, (std::array{true, false, true, false}));
+    EXPECT_EQ(ButtonsOf(settings, saved).page, (std::array{true, false, true, false}));
 }
 
 TEST(EvaluateButtons, JudgesTheGeneralPageByItsBoxes) {

@@ -42,7 +42,7 @@ LRESULT AddText(HWND box, const std::wstring& text) {
 
 /// CB_ERR, which is negative, if no text of the list is the same but for its case.
 LRESULT FindText(HWND box, const std::wstring& text) {
-    constexpr WPARAM WholeList = static_cast<WPARAM>(-1);
+    constexpr auto WholeList = static_cast<WPARAM>(-1);
     return SendMessageW(box, CB_FINDSTRINGEXACT, WholeList, reinterpret_cast<LPARAM>(text.c_str()));
 }
 

@@ -1,6 +1,7 @@
 #include "dialog/dialog_controls_win32.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
@@ -64,12 +65,12 @@ void DialogControls::AddRow(const DialogRow& row, const wchar_t* text) {
 
 void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
     std::vector<std::wstring> texts{Tr(AllDisksText)};
-    for (const DiskFacts& disk : disks)
-        texts.push_back(DiskText(disk));
+    std::ranges::transform(disks, std::back_inserter(texts), DiskText);
     const std::int32_t unit = RectWidth(ToPixels({0, 0, 4, 8}));
     std::vector<std::int32_t> widths;
-    for (const std::wstring& text : texts)
-        widths.push_back(WidthInUnits(TextWidth(fonts_.regular, text), unit));
+    std::ranges::transform(texts, std::back_inserter(widths), [&](const std::wstring& text) {
+        return WidthInUnits(TextWidth(fonts_.regular, text), unit);
+    });
 
     DiskBoxes boxes = FlowDiskBoxes(widths);
     disks_height_ = boxes.disks_height;

@@ -20,8 +20,8 @@ constexpr double RingWidth = 0.6;
 constexpr std::array<double, 4> Samples{0.125, 0.375, 0.625, 0.875};
 constexpr std::uint32_t SampleCount = Samples.size() * Samples.size();
 
-/// Whether (dx, dy) is at most `radius` long. Samples lie on eighths, so both squares are exact where they can be
-/// equal.
+/// Whether (dx, dy) is at most `radius` long. No root is needed: samples lie on odd eighths of a pixel, so that none is
+/// exactly on an edge.
 bool Reaches(double dx, double dy, double radius) {
     return dx * dx + dy * dy <= radius * radius;
 }

@@ -39,7 +39,7 @@ TEST(AccentLine, HasOnePieceBesideTheFirstAndTheLastTab) {
 
 TEST(AccentLine, IsTwoPixelsThickAtLeast) {
     const auto thickness = [](std::uint32_t dpi) { return RectHeight(AccentLine(WithTab(MiddleTab), dpi)[0]); };
-    EXPECT_EQ(thickness(72), 2);
+    EXPECT_EQ(thickness(48), 2);
     EXPECT_EQ(thickness(96), 2);
     EXPECT_EQ(thickness(144), 3);
     EXPECT_EQ(thickness(192), 4);

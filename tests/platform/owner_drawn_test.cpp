@@ -203,6 +203,22 @@ TEST_F(Well, TheFocusRectangleIsTwoPixelsInside) {
     }
 }
 
+TEST_F(Well, ATinyOneHasNoFocusRectangleAndAnEmptyOneNothing) {
+    const Surface plain(24, 20);
+    const Surface focused(24, 20);
+    Paint(plain, {8, 8, 11, 11}, 0x0080FF, {});
+    Paint(focused, {8, 8, 11, 11}, 0x0080FF, {.focus = true});
+    EXPECT_EQ(plain.CountOf(Untouched), 24 * 20 - 9);
+    EXPECT_EQ(DifferenceOf(focused, plain).count, 0);
+    for (const ColorValue color : {ColorValue{0x0080FF}, ColorNone}) {
+        for (const Rect& empty : {Rect{8, 8, 8, 12}, Rect{12, 8, 8, 12}, Rect{8, 12, 16, 8}}) {
+            const Surface surface(24, 20);
+            Paint(surface, empty, color, {.focus = true});
+            EXPECT_TRUE(surface.IsUntouched());
+        }
+    }
+}
+
 // Switches.
 
 class Switch : public OwnerDrawn {

@@ -17,7 +17,7 @@ ColorValue SystemColor(int index) {
     return SwapRedBlue(GetSysColor(index));
 }
 
-// FillRect fills a rectangle even if its edges are the wrong way round.
+// FillRect fills a rectangle even if its edges are the wrong way round; FrameRect does not.
 void FillSolid(HDC dc, const Rect& rect, ColorValue color) {
     if (IsEmpty(rect)) return;
     const RECT filled = ToPlatform(rect);
@@ -25,7 +25,6 @@ void FillSolid(HDC dc, const Rect& rect, ColorValue color) {
 }
 
 void FrameSolid(HDC dc, const Rect& rect, ColorValue color) {
-    if (IsEmpty(rect)) return;
     const RECT framed = ToPlatform(rect);
     FrameRect(dc, &framed, ColoredBrush(dc, color));
 }

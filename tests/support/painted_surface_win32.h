@@ -120,6 +120,14 @@ inline BOOL WINAPI FakeDrawFrameControl(HDC dc, LPRECT rect, UINT type, UINT sta
     return real(dc, rect, type, state);
 }
 
+/// On Windows the dots have these two colours; Wine inverts whatever they are.
+inline BOOL WINAPI FakeDrawFocusRect(HDC dc, const RECT* rect) {
+    EXPECT_EQ(GetTextColor(dc), RGB(0, 0, 0));
+    EXPECT_EQ(GetBkColor(dc), RGB(255, 255, 255));
+    static const auto real = REAL(L"user32", DrawFocusRect);
+    return real(dc, rect);
+}
+
 inline HBITMAP WINAPI FakeCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
                                            DWORD offset) {
     static const auto real = REAL(L"gdi32", CreateDIBSection);
@@ -264,6 +272,7 @@ decltype(&GetTextMetricsW) __imp_GetTextMetricsW = &kestrane::FakeGetTextMetrics
 decltype(&GetTextExtentPoint32W) __imp_GetTextExtentPoint32W = &kestrane::FakeGetTextExtentPoint32W;
 decltype(&DrawTextW) __imp_DrawTextW = &kestrane::FakeDrawTextW;
 decltype(&TextOutW) __imp_TextOutW = &kestrane::FakeTextOutW;
+decltype(&DrawFocusRect) __imp_DrawFocusRect = &kestrane::FakeDrawFocusRect;
 decltype(&DrawFrameControl) __imp_DrawFrameControl = &kestrane::FakeDrawFrameControl;
 decltype(&CreateDIBSection) __imp_CreateDIBSection = &kestrane::FakeCreateDIBSection;
 decltype(&CreateCompatibleDC) __imp_CreateCompatibleDC = &kestrane::FakeCreateCompatibleDC;

@@ -50,7 +50,7 @@ constexpr std::int32_t RectHeight(const Rect& rect) {
     return SubtractSaturated(rect.bottom, rect.top);
 }
 
-constexpr bool IsEmpty(const Rect& rect) {
+constexpr bool IsEmptyRect(const Rect& rect) {
     return rect.left >= rect.right || rect.top >= rect.bottom;
 }
 

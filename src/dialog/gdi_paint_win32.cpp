@@ -19,7 +19,7 @@ ColorValue SystemColor(int index) {
 
 // FillRect fills a rectangle even if its edges are the wrong way round; FrameRect does not.
 void FillSolid(HDC dc, const Rect& rect, ColorValue color) {
-    if (IsEmpty(rect)) return;
+    if (IsEmptyRect(rect)) return;
     const RECT filled = ToPlatform(rect);
     FillRect(dc, &filled, ColoredBrush(dc, color));
 }
@@ -30,7 +30,7 @@ void FrameSolid(HDC dc, const Rect& rect, ColorValue color) {
 }
 
 void DrawFocus(HDC dc, const Rect& rect) {
-    if (IsEmpty(rect)) return;
+    if (IsEmptyRect(rect)) return;
     // The dots are a monochrome pattern in these two colours, and only these invert every second pixel.
     SetTextColor(dc, RGB(0, 0, 0));
     SetBkColor(dc, RGB(255, 255, 255));
@@ -39,12 +39,12 @@ void DrawFocus(HDC dc, const Rect& rect) {
 }
 
 void DrawIconIn(HDC dc, const Rect& rect, HICON icon) {
-    if (icon == nullptr || IsEmpty(rect)) return;
+    if (icon == nullptr || IsEmptyRect(rect)) return;
     DrawIconEx(dc, rect.left, rect.top, icon, RectWidth(rect), RectHeight(rect), 0, nullptr, DI_NORMAL);
 }
 
 void DrawTextIn(HDC dc, const Rect& rect, const std::wstring& text, ColorValue color, UINT flags) {
-    if (text.empty() || IsEmpty(rect)) return;
+    if (text.empty() || IsEmptyRect(rect)) return;
     SetTextColor(dc, SwapRedBlue(color));
     SetBkMode(dc, TRANSPARENT);
     RECT place = ToPlatform(rect);

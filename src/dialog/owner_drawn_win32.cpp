@@ -74,7 +74,7 @@ void PaintColorWell(HDC dc, const Rect& item, ColorValue color, ItemState state)
 
 void PaintSwitch(HDC dc, const Rect& item, const std::wstring& text, bool on, bool focus, HFONT font,
                  std::uint32_t dpi) {
-    if (IsEmpty(item)) return;
+    if (IsEmptyRect(item)) return;
     const SavedDc saved(dc);
     SelectObject(dc, font);
     const SwitchLayout layout = LayoutSwitch(item, dpi);

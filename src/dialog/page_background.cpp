@@ -22,13 +22,13 @@ std::array<Rect, 2> AccentLine(const PageBackground& background, std::uint32_t d
 
 std::vector<Rect> FrameLines(const TitledFrame& titled) {
     const Rect& frame = titled.frame;
-    if (IsEmpty(frame)) return {};
+    if (IsEmptyRect(frame)) return {};
     std::vector<Rect> lines{Row(frame.left, titled.title.left, frame.top),
                             Row(titled.title.right, frame.right, frame.top),
                             {frame.left, frame.top, frame.left + 1, frame.bottom},
                             {frame.right - 1, frame.top, frame.right, frame.bottom},
                             Row(frame.left, frame.right, frame.bottom - 1)};
-    std::erase_if(lines, IsEmpty);
+    std::erase_if(lines, IsEmptyRect);
     return lines;
 }
 

@@ -30,11 +30,11 @@ TEST(AccentLine, LeavesTheCurrentTabOpen) {
 
 TEST(AccentLine, HasOnePieceBesideTheFirstAndTheLastTab) {
     const auto [beforeFirst, afterFirst] = AccentLine(WithTab(FirstTab), 96);
-    EXPECT_TRUE(IsEmpty(beforeFirst));
+    EXPECT_TRUE(IsEmptyRect(beforeFirst));
     EXPECT_EQ(afterFirst, (Rect{60, 30, 260, 32}));
     const auto [beforeLast, afterLast] = AccentLine(WithTab(LastTab), 96);
     EXPECT_EQ(beforeLast, (Rect{10, 30, 210, 32}));
-    EXPECT_TRUE(IsEmpty(afterLast));
+    EXPECT_TRUE(IsEmptyRect(afterLast));
 }
 
 TEST(AccentLine, IsTwoPixelsThickAtLeast) {
@@ -48,7 +48,7 @@ TEST(AccentLine, IsTwoPixelsThickAtLeast) {
 Strings FramePicture(const TitledFrame& titled) {
     Picture picture(12, 6);
     for (const Rect& line : FrameLines(titled)) {
-        EXPECT_FALSE(IsEmpty(line));
+        EXPECT_FALSE(IsEmptyRect(line));
         FillPixels(picture.Buffer(), line, 0xA8A8A8);
     }
     return picture.Rows({{0, '.'}, {0xA8A8A8, '#'}});

@@ -16,7 +16,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 /// The work areas of the monitors. Their handles count from 1.
 std::vector<Rect> monitors;

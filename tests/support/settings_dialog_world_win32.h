@@ -59,6 +59,7 @@ struct ToldBox {
 struct DialogWorld {
     std::wstring roaming;
     std::vector<ToldBox> boxes;
+    std::function<void()> onBox;          // what happens while a message box is open
     std::optional<COLORREF> chosenColor;  // none: the user cancels the colour dialog
     std::vector<CHOOSECOLORW> colorDialogs;
 };
@@ -66,6 +67,7 @@ inline DialogWorld dialogWorld;
 
 inline int WINAPI RecordMessageBox(HWND, LPCWSTR text, LPCWSTR title, UINT type) {
     dialogWorld.boxes.push_back({text, title, type});
+    if (dialogWorld.onBox) dialogWorld.onBox();
     return IDOK;
 }
 
@@ -92,7 +94,7 @@ class SettingsDialogTest : public testing::Test {
         current_ = this;
         body_ = body;
         const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &RunBody);
-        ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
+        ShowSettingsDialog(GetModuleHandleW(nullptr), owner, anchor, settings, host);
         KillTimer(nullptr, timer);
         EXPECT_FALSE(body_) << "the dialog has not been shown";
     }
@@ -115,6 +117,10 @@ class SettingsDialogTest : public testing::Test {
         }
     }
 
+    /// What a control tells the dialog.
+    static void Notify(std::int32_t id, UINT code) {
+        SendMessageW(Dialog(), WM_COMMAND, MAKEWPARAM(id, code), reinterpret_cast<LPARAM>(Control(id)));
+    }
     static void Click(std::int32_t id) { SendMessageW(Control(id), BM_CLICK, 0, 0); }
     /// Chooses an item of a combo box as a user does: drops it down, selects, and closes it.
     static void ChooseItem(std::int32_t id, int index) {
@@ -135,6 +141,7 @@ class SettingsDialogTest : public testing::Test {
     }
 
     std::filesystem::path IniFile() const { return folder_.Path() / L"kestrane" / L"kestrane.ini"; }
+    bool HasFile() const { return std::filesystem::exists(IniFile()); }
     /// The bytes of the settings file; empty without one.
     std::string File() const {
         std::ifstream file(IniFile(), std::ios::binary);
@@ -144,6 +151,7 @@ class SettingsDialogTest : public testing::Test {
     AppSettings settings = MakeDefaultSettings();
     DialogHostWorld host;
     Point anchor{1000, 700};
+    HWND owner = nullptr;
 
   private:
     static void CALLBACK RunBody(HWND, UINT, UINT_PTR timer, DWORD) {

@@ -204,7 +204,7 @@ class CrashWatch:
 class Desktop:
     """An Xvfb and a Wine prefix for one test, removed without a trace on close."""
 
-    def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0, registry=()):
+    def __init__(self, language="en_US", dpi=96, counters=None, network=None, more_disks=0, registry=(), screen="1280x800"):
         """`registry` is a list of what set_registry takes."""
         WINE_FOLDER.mkdir(parents=True, exist_ok=True)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix=f"desktop-{os.getpid()}-", dir=WINE_FOLDER))
@@ -219,7 +219,7 @@ class Desktop:
             for key, line in registry:
                 self.set_registry(key, line)
             self._add_disks("defgh"[:more_disks])
-            self._start_display()
+            self._start_display(screen)
         except BaseException:
             self.close()
             raise
@@ -265,10 +265,10 @@ class Desktop:
         with open(self.prefix / "system.reg", "a", encoding="utf-8") as file:
             file.write("\n[Software\\\\Wine\\\\Drives]\n" + "".join(f'"{letter}:"="network"\n' for letter in letters))
 
-    def _start_display(self):
+    def _start_display(self, size):
         # The screen ends with this test, even if the test is killed.
         self._display = subprocess.Popen(
-            ["setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            ["setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "1", "-screen", "0", f"{size}x24", "-nolisten", "tcp"],
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
             text=True,

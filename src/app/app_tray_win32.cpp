@@ -59,6 +59,8 @@ void App::OnTrayNotify(WPARAM wParam, LPARAM lParam) {
             OpenTaskManager(TaskManagerPage(notification.iconId, sample));
             break;
         case TrayAction::OpenUpdate:
+            FocusSettingsDialog();
+            break;
         case TrayAction::None:
             break;
     }

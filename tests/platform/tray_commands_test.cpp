@@ -17,6 +17,7 @@
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
 #include "app/version.h"
+#include "dialog/settings_dialog_win32.h"
 #include "graph/graph_painter_win32.h"
 #include "settings/ini_file_win32.h"
 #include "settings/task_manager_win32.h"
@@ -63,6 +64,10 @@ struct World {
     WINEVENTPROC foregroundEvent = nullptr;
     HWND foreground = nullptr;
     const kestrane::GraphSeries* paintedSeries = nullptr;
+    HWND settingsDialog = nullptr;
+    kestrane::Point settingsAnchor{};
+    std::function<void()> whileSettingsAreOpen;
+    std::vector<UINT> refreshedIcons;
     std::wstring boxText;
     std::wstring boxCaption;
     UINT boxType = 0;
@@ -70,6 +75,7 @@ struct World {
 World world;
 
 BOOL WINAPI FakeShell_NotifyIconW(DWORD message, PNOTIFYICONDATAW data) {
+    if (message == NIM_MODIFY) world.refreshedIcons.push_back(data->uID);
     if (message != NIM_SETFOCUS) return TRUE;
     NoteCall("focus " + std::to_string(data->uID));
     if (world.whileFocusIsGiven) world.whileFocusIsGiven();
@@ -211,6 +217,18 @@ namespace kestrane {
 void PaintGraph(HDC, std::int32_t, std::int32_t, GraphKind, const AppSettings&, const GraphSeries& series,
                 std::uint32_t, const HoverState&) {
     world.paintedSeries = &series;
+}
+
+/// Replaces the settings dialog, whose own tests show it.
+void ShowSettingsDialog(HINSTANCE instance, HWND owner, const Point& anchor, AppSettings&, SettingsDialogHost&) {
+    EXPECT_EQ(instance, GetModuleHandleW(nullptr));
+    EXPECT_EQ(owner, world.window);
+    NoteCall("settings dialog");
+    world.settingsAnchor = anchor;
+    if (world.whileSettingsAreOpen) world.whileSettingsAreOpen();
+}
+HWND OpenSettingsDialog() {
+    return world.settingsDialog;
 }
 
 /// Replaces the real one, which would start a program.
@@ -623,6 +641,145 @@ TEST_F(TrayCommandsTest, AboutNamesVersionAndSettingsFile) {
                                  L"icono para abrir los ajustes.\nClic en el icono de CPU, disco o red: su gráfica.\n"
                                  L"Ctrl+Shift+B: gráfica de red.\n\nAjustes: " +
                                  IniPath() + L"\n\nIconos: Fugue Icons de Marlo Tesshin (CC BY 3.0).");
+}
+
+/// A window that stands for the settings dialog, or for a box on top of it, for as long as this lives.
+class StandIn {
+  public:
+    explicit StandIn(HWND owner, DWORD style = 0)
+        : window_(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE | style, 0, 0, 300, 200, owner,
+                                  nullptr, nullptr, nullptr)) {}
+    StandIn(const StandIn&) = delete;
+    StandIn& operator=(const StandIn&) = delete;
+    ~StandIn() { DestroyWindow(window_); }
+
+    HWND Get() const { return window_; }
+
+  private:
+    HWND window_;
+};
+
+TEST_F(TrayCommandsTest, TheSettingsOpenWhereTheUserIsAndAllIconsAreFreshAfterwards) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        EXPECT_TRUE(app->settingsOpen);
+        EXPECT_FALSE(app->menuOpen);
+        world.refreshedIcons.clear();
+    };
+    world.menuAnswer = static_cast<BOOL>(CommandSettings);
+    Event(2, EventContextMenu, -20, 700);
+    EXPECT_EQ(CountCalls("settings dialog"), 1);
+    EXPECT_EQ(world.settingsAnchor, (Point{-20, 700}));
+    EXPECT_FALSE(app->settingsOpen);
+    EXPECT_THAT(world.refreshedIcons, ElementsAre(1, 2, 3, 4));
+    Event(2, EventContextMenu, -20, 700);
+    EXPECT_EQ(CountCalls("settings dialog"), 2) << "and can open again";
+}
+
+TEST_F(TrayCommandsTest, TheEndCanComeWhileTheSettingsAreOpen) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        SendMessageW(app->window, WM_CLOSE, 0, 0);
+        world.refreshedIcons.clear();
+    };
+    Choose(CommandSettings);
+    EXPECT_TRUE(app->shuttingDown);
+    EXPECT_THAT(world.refreshedIcons, testing::IsEmpty());
+    EXPECT_EQ(CountCalls("focus 1"), 0);
+}
+
+TEST_F(TrayCommandsTest, NoDialogIsFetchedThatIsNotOpen) {
+    Start();
+    EXPECT_FALSE(app->FocusSettingsDialog());
+    EXPECT_THAT(Calls(), testing::IsEmpty());
+}
+
+TEST_F(TrayCommandsTest, EveryWayToTheMenuFetchesTheOpenDialog) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        const StandIn dialog(world.window);
+        world.settingsDialog = dialog.Get();
+        const std::vector<std::pair<const char*, std::function<void()>>> ways = {
+            {"a right click on an icon", [this] { Event(1, EventContextMenu); }},
+            {"a right click on a graph",
+             [this] {
+                 app->ShowGraphMenu(GraphKind::Cpu, Point{1, 2});
+             }},
+            {"a click on the notification", [this] { Event(3, EventBalloonClick); }},
+        };
+        for (const auto& [name, way] : ways) {
+            Calls().clear();
+            world.foreground = nullptr;
+            way();
+            EXPECT_EQ(world.foreground, dialog.Get()) << name;
+            EXPECT_THAT(Calls(), ElementsAre("SetForegroundWindow")) << name << ": no menu and no second dialog";
+        }
+        world.settingsDialog = nullptr;
+    };
+    Choose(CommandSettings);
+}
+
+TEST_F(TrayCommandsTest, NoSecondDialogOpensWhenOneHasOpenedUnderTheMenu) {
+    Start();
+    world.whileMenuIsOpen = [this] { app->settingsOpen = true; };
+    Choose(CommandSettings);
+    EXPECT_EQ(CountCalls("settings dialog"), 0);
+}
+
+TEST_F(TrayCommandsTest, ADialogThatIsJustBeingCreatedIsLeftAlone) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        Calls().clear();
+        Event(1, EventContextMenu);
+        EXPECT_TRUE(app->FocusSettingsDialog());
+        EXPECT_THAT(Calls(), testing::IsEmpty());
+    };
+    Choose(CommandSettings);
+}
+
+TEST_F(TrayCommandsTest, AMinimisedDialogIsRestored) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        const StandIn dialog(world.window, WS_MINIMIZE);
+        world.settingsDialog = dialog.Get();
+        ASSERT_TRUE(IsIconic(dialog.Get()));
+        Event(1, EventContextMenu);
+        EXPECT_FALSE(IsIconic(dialog.Get()));
+        EXPECT_EQ(world.foreground, dialog.Get());
+    };
+    Choose(CommandSettings);
+}
+
+TEST_F(TrayCommandsTest, ABoxOnTopOfTheDialogIsFetchedInItsPlace) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        const StandIn dialog(world.window);
+        const StandIn box(dialog.Get());
+        world.settingsDialog = dialog.Get();
+        Event(1, EventContextMenu);
+        EXPECT_EQ(world.foreground, box.Get());
+    };
+    Choose(CommandSettings);
+}
+
+TEST_F(TrayCommandsTest, AnIconsClickStillTogglesItsGraphWhileTheSettingsAreOpen) {
+    Start();
+    world.whileSettingsAreOpen = [this] { Event(1, EventSelect); };
+    Choose(CommandSettings);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+}
+
+TEST_F(TrayCommandsTest, TheDiskGraphKeepsItsViewWhileTheSettingsAreOpen) {
+    Start();
+    world.whileSettingsAreOpen = [this] {
+        Calls().clear();
+        app->GraphClicked(GraphKind::Disk);
+        EXPECT_FALSE(app->settings.activity) << "the dialog edits it, and knows nothing of a change from elsewhere";
+        EXPECT_THAT(Calls(), testing::IsEmpty());
+    };
+    Choose(CommandSettings);
+    app->GraphClicked(GraphKind::Disk);
+    EXPECT_TRUE(app->settings.activity);
 }
 
 TEST_F(TrayCommandsTest, ClickingTheDiskGraphSwitchesItsViewAndNoOther) {

@@ -3,6 +3,9 @@
 //
 //     windows              all top-level windows, topmost first
 //     texts CLASS          the texts of the children of the first visible window of this class
+//     children HANDLE      all controls of a window
+//     control HANDLE ID    one of them, or null
+//     focus HANDLE         the id of the control that has the keyboard in the thread of this window, or 0
 //     mode CLASS           the state of this window's thread: {"moving":HANDLE or 0,"menu":true or false}
 //     foreground           the class of the window that has the keyboard
 //     move HANDLE X Y      moves any window, as the system does when a monitor is removed
@@ -73,6 +76,53 @@ BOOL CALLBACK AppendWindow(HWND window, LPARAM list) {
 BOOL CALLBACK AppendText(HWND window, LPARAM list) {
     Append(*reinterpret_cast<std::string*>(list), TextOf(window));
     return TRUE;
+}
+
+LRESULT AskWindow(HWND window, UINT message) {
+    DWORD_PTR answer = 0;
+    SendMessageTimeoutW(window, message, 0, 0, SMTO_ABORTIFHUNG, AnswerTimeoutMs, &answer);
+    return static_cast<LRESULT>(answer);
+}
+
+/// Of a button whether it is ticked; of a list the number of its items and the selected one.
+std::string StateOf(HWND control, const std::string& className) {
+    std::ostringstream json;
+    if (className == "\"Button\"") json << ",\"ticked\":" << (AskWindow(control, BM_GETCHECK) == 1 ? "true" : "false");
+    if (className == "\"ComboBox\"")
+        json << ",\"count\":" << AskWindow(control, CB_GETCOUNT) << ",\"chosen\":" << AskWindow(control, CB_GETCURSEL);
+    if (className == "\"ListBox\"") json << ",\"count\":" << AskWindow(control, LB_GETCOUNT);
+    return json.str();
+}
+
+std::string TellControl(HWND control) {
+    if (control == nullptr) return "null";
+    const std::string className = ClassOf(control);
+    RECT rect = {};
+    GetWindowRect(control, &rect);
+    std::ostringstream json;
+    json << "{\"handle\":" << HandleToLong(control) << ",\"id\":" << GetDlgCtrlID(control) << ",\"name\":" << className
+         << ",\"text\":" << TextOf(control) << ",\"visible\":" << (IsWindowVisible(control) ? "true" : "false")
+         << ",\"enabled\":" << (IsWindowEnabled(control) ? "true" : "false") << StateOf(control, className)
+         << ",\"rect\":[" << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom << "]}";
+    return json.str();
+}
+
+BOOL CALLBACK AppendControl(HWND control, LPARAM list) {
+    Append(*reinterpret_cast<std::string*>(list), TellControl(control));
+    return TRUE;
+}
+
+std::string ListControls(HWND window) {
+    std::string list;
+    EnumChildWindows(window, AppendControl, reinterpret_cast<LPARAM>(&list));
+    return '[' + list + ']';
+}
+
+std::string TellFocus(HWND window) {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+    return std::to_string(info.hwndFocus != nullptr ? GetDlgCtrlID(info.hwndFocus) : 0);
 }
 
 std::string ListWindows() {
@@ -151,6 +201,9 @@ std::string Obey(HWND own, const std::string& command) {
     bool done = true;
     if (verb == "windows") return ListWindows();
     if (verb == "texts") return ListTexts(name);
+    if (verb == "children") return ListControls(named);
+    if (verb == "control") return TellControl(GetDlgItem(named, numbers[1]));
+    if (verb == "focus") return TellFocus(named);
     if (verb == "foreground") return ClassOf(GetForegroundWindow());
     if (verb == "mode") return TellMode(name);
     if (verb == "move")

@@ -7,8 +7,9 @@
 //                                              byte of InterfaceAndOperStatusFlags (1 hardware, 2 filter), IN and OUT
 //                                              octets
 //     table|STATUS                             GetIfTable2 fails; with 0 it succeeds and gives no table
+//     address|LUID|IP                          the first IPv4 address of an interface: A.B.C.D
 //     addresses|STATUS                         GetAdaptersAddresses fails, with 6F (overflow) by asking for one more
-//                                              byte at each call. Without this line there are no adapters.
+//                                              byte at each call. Without either line there are no adapters.
 #include <winsock2.h>
 
 #include <windows.h>
@@ -19,9 +20,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "script_file.h"
 
@@ -63,6 +67,29 @@ MIB_IF_TABLE2* BuildTable(const Script& script) {
     return table;
 }
 
+/// An adapter with its one address, both in the caller's buffer.
+struct Adapter {
+    IP_ADAPTER_ADDRESSES head;
+    IP_ADAPTER_UNICAST_ADDRESS unicast;
+    sockaddr_in address;
+};
+
+void FillAdapters(const std::vector<Line>& lines, Adapter* adapters) {
+    std::memset(adapters, 0, lines.size() * sizeof(Adapter));
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        Adapter& adapter = adapters[i];
+        unsigned bytes[4] = {};
+        std::sscanf(lines[i][2].c_str(), "%u.%u.%u.%u", &bytes[0], &bytes[1], &bytes[2], &bytes[3]);
+        for (int at = 0; at < 4; ++at)
+            reinterpret_cast<unsigned char*>(&adapter.address.sin_addr)[at] = static_cast<unsigned char>(bytes[at]);
+        adapter.address.sin_family = AF_INET;
+        adapter.unicast.Address = {reinterpret_cast<sockaddr*>(&adapter.address), sizeof adapter.address};
+        adapter.head.FirstUnicastAddress = &adapter.unicast;
+        adapter.head.Luid.Value = std::strtoull(lines[i][1].c_str(), nullptr, 16);
+        if (i + 1 < lines.size()) adapter.head.Next = &adapters[i + 1].head;
+    }
+}
+
 }  // namespace
 
 extern "C" {
@@ -77,10 +104,20 @@ void WINAPI FreeMibTable(void* table) {
     std::free(table);
 }
 
-ULONG WINAPI GetAdaptersAddresses(ULONG, ULONG, void*, PIP_ADAPTER_ADDRESSES, PULONG size) {
-    const ULONG status = ScriptedStatus(ReadScript(ScriptVariable), "addresses", ERROR_NO_DATA);
+ULONG WINAPI GetAdaptersAddresses(ULONG, ULONG, void*, PIP_ADAPTER_ADDRESSES addresses, PULONG size) {
+    const Script script = ReadScript(ScriptVariable);
+    std::vector<Line> lines;
+    std::copy_if(script.begin(), script.end(), std::back_inserter(lines),
+                 [](const Line& line) { return line.size() == 3 && line[0] == "address"; });
+    const ULONG status = ScriptedStatus(script, "addresses", lines.empty() ? ERROR_NO_DATA : NO_ERROR);
     if (status == ERROR_BUFFER_OVERFLOW) ++*size;
-    return status;
+    if (status != NO_ERROR || lines.empty()) return status;
+    const auto room = static_cast<ULONG>(lines.size() * sizeof(Adapter));
+    const bool fits = addresses != nullptr && *size >= room;
+    *size = room;
+    if (!fits) return ERROR_BUFFER_OVERFLOW;
+    FillAdapters(lines, reinterpret_cast<Adapter*>(addresses));
+    return NO_ERROR;
 }
 
 }  // extern "C"

@@ -22,7 +22,7 @@ make_icon() {
         drawing=$name-$size.svg
         [ -e "$drawing" ] || drawing=$name.svg
         rsvg-convert --width "$size" --height "$size" "$drawing" --output "$work/$name-$size.png"
-        if [ "$size" -ge 32 ]; then
+        if [ "$size" -ge 24 ]; then
             # No reduction (-nx): a palette would be smaller, but the PNG of an icon must be 32-bit.
             optipng -quiet -o7 -nx -strip all "$work/$name-$size.png"
             images+=("--raw=$work/$name-$size.png")

@@ -13,6 +13,7 @@ import pefile
 from harness import BUILD, ROOT, VERSION, main
 
 WINDOWS_10 = (10, 0)
+SIZE_LIMIT = 600_000
 
 # Functions for injecting code and suspending threads, which virus scanners look for. The program must not import any.
 INJECTORS = {
@@ -181,6 +182,9 @@ class Executable(unittest.TestCase):
     def test_its_code_has_the_version_of_its_resources(self):
         [constants] = [section.get_data() for section in self.image.sections if section.Name == b".rdata\0\0"]
         self.assertTrue((VERSION + "\0").encode("utf-16-le") in constants)  # too long to print
+
+    def test_it_is_small(self):
+        self.assertLess((BUILD / "kestrane.exe").stat().st_size, SIZE_LIMIT)
 
     def test_icons_have_every_size(self):
         groups = {number: data for number, _, data in self.resources("RT_GROUP_ICON")}

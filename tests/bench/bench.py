@@ -2,7 +2,7 @@
 """Runs the named benchmarks, or all, prints their tables and writes each into the JSON file, which keeps its figures
 for the others.
 
-    bench.py FILE [growth] [size] [ticks] [paint] [minute]
+    bench.py FILE [growth] [size] [ticks] [paint] [dialog] [minute]
 """
 
 import argparse
@@ -12,6 +12,7 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "desktop"))
 
+import bench_dialog
 import bench_growth
 import bench_minute
 import bench_paint
@@ -24,6 +25,7 @@ MEASURED = {
     "size": bench_size,
     "ticks": bench_ticks,
     "paint": bench_paint,
+    "dialog": bench_dialog,
     "minute": bench_minute,
 }
 

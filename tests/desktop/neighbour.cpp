@@ -9,7 +9,8 @@
 //     mode CLASS           the state of this window's thread: {"moving":HANDLE or 0,"menu":true or false}
 //     foreground           the class of the window that has the keyboard
 //     move HANDLE X Y      moves any window, as the system does when a monitor is removed
-//     paint HANDLE COUNT   repaints a window COUNT times, each time completely
+//     paint HANDLE COUNT   repaints a window COUNT times, each time completely and with its controls
+//     send HANDLE M W L    sends message M with these parameters; the answer is whether the window has processed it
 //     show X Y W H         shows its own window, in one colour, below all topmost ones
 //     front                brings its own window to the foreground
 //     as CLASS X Y W H     brings a second window, of this class, to the foreground
@@ -155,9 +156,15 @@ std::string TellMode(const std::string& className) {
 
 bool Paint(HWND window, int count) {
     for (int i = 0; i < count; ++i) {
-        if (!RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW)) return false;
+        if (!RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN)) return false;
     }
     return true;
+}
+
+bool Send(HWND window, const int (&message)[4]) {
+    DWORD_PTR result = 0;
+    return SendMessageTimeoutW(window, static_cast<UINT>(message[1]), static_cast<WPARAM>(message[2]), message[3],
+                               SMTO_ABORTIFHUNG, AnswerTimeoutMs, &result) != 0;
 }
 
 /// Windows notifies every hook of a foreground change; Wine does not.
@@ -209,6 +216,7 @@ std::string Obey(HWND own, const std::string& command) {
     if (verb == "move")
         done = SetWindowPos(named, nullptr, numbers[1], numbers[2], 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     if (verb == "paint") done = Paint(named, numbers[1]);
+    if (verb == "send") done = Send(named, numbers);
     if (verb == "show")
         done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
                             SWP_SHOWWINDOW | SWP_NOACTIVATE);

@@ -128,6 +128,8 @@ void DialogControls::PlaceRow(ControlRow& control, const GroupLayout& layout, co
                               std::vector<Move>& moves) {
     const std::uint32_t dpi = GetDpiForWindow(dialog_);
     const ControlPlace place = PlaceControl(control.row, layout, heights);
+    // A control that stays hidden is placed when it is shown: most are on other pages than the first.
+    if (!place.shown && !control.last_visible) return;
     Rect rect = ToPixels(place.rect);
     control.frame = place.frame == Rect{} ? Rect{} : ToPixels(place.frame);
     if (control.row.type == ControlType::BoxTitle)

@@ -154,15 +154,18 @@ UniqueIcon SettingsDialog::LoadIconOf(std::uint32_t resource, int size) const {
 
 void SettingsDialog::LoadIcons() {
     const int buttonSize = std::max(GetSystemMetricsForDpi(SM_CXSMICON, Dpi()), 1);
-    const auto giveIcon = [&](std::int32_t button, std::uint32_t resource) {
-        UniqueIcon icon = LoadIconOf(resource, buttonSize);
-        SendDlgItemMessageW(window_, button, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.Get()));
-        owned_icons_.push_back(std::move(icon));
+    const auto loadOwned = [&](std::uint32_t resource) {
+        return owned_icons_.emplace_back(LoadIconOf(resource, buttonSize)).Get();
     };
+    const auto giveIcon = [&](std::int32_t button, HICON icon) {
+        SendDlgItemMessageW(window_, button, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon));
+    };
+    const HICON restore = loadOwned(RestoreButtonIcon);
+    const HICON save = loadOwned(SaveButtonIcon);
     const int size = ScaleForDpi(PageIconSize, Dpi());
     for (std::size_t i = 0; i < TabCount; ++i) {
-        giveIcon(DialogTabs[i].restore, RestoreButtonIcon);
-        giveIcon(DialogTabs[i].save, SaveButtonIcon);
+        giveIcon(DialogTabs[i].restore, restore);
+        giveIcon(DialogTabs[i].save, save);
         tab_icons_[i] = LoadIconOf(TabIcons[i], size);
     }
     hardware_icon_ = LoadIconOf(HardwareSectionIcon, size);

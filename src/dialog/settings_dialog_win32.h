@@ -140,7 +140,7 @@ class SettingsDialog {
     UniqueFont bold_font_;
     std::array<COLORREF, TabCount> tab_colors_{};
     std::array<UniqueBrush, TabCount> tab_brushes_;
-    std::vector<UniqueIcon> owned_icons_;  // of the push buttons
+    std::vector<UniqueIcon> owned_icons_;  // of the push buttons, which share them
     UniqueIcon hardware_icon_;
     UniqueIcon graph_icon_;
     std::array<UniqueIcon, TabCount> tab_icons_;

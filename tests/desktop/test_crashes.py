@@ -25,6 +25,13 @@ class SwallowedCrash(unittest.TestCase):
         self.assertEqual((result.returncode, result.stdout.strip()), (1, "lives on"))
         self.assertIn("a crash in a window callback, swallowed by Wine", result.stderr)
 
+    def test_wine_sh_fails_without_the_expected_output(self):
+        command = [ROOT / "scripts" / "wine.sh", "cmd", "/c", "echo all is well"]
+        for expected, code in (("all is well", 0), ("[  PASSED  ]", 1)):
+            environment = {**self.desktop.environment, "EXPECTED_OUTPUT": expected}
+            result = subprocess.run(command, env=environment, capture_output=True, text=True, check=False)
+            self.assertEqual((result.returncode, result.stdout.strip()), (code, "all is well"))
+
 
 if __name__ == "__main__":
     main()

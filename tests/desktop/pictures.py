@@ -26,6 +26,7 @@ from harness import (
     wait_until,
 )
 from onscreen import GRAPH_CLASS, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture, all_open, shows_readout
+from settings_window import open_settings, show_page
 from show import latest_changes, save_icons
 
 TICKS = 420
@@ -41,6 +42,20 @@ DARK = DARK_TASKBAR + HIDDEN_BUTTONS
 
 # Wine ignores the transparency of menu images; on black they look as on Windows.
 BLACK_MENU = [(COLORS, '"Menu"="0 0 0"\n"MenuText"="255 255 255"')]
+
+# The settings dialog as on Windows: Open Sans is about as wide as Segoe UI, which only Windows has, and the grey of Wine
+# is too light. It is photographed without the title bar and the frame that Wine draws.
+DIALOG_LOOK = [
+    ("Software\\\\Wine\\\\Fonts\\\\Replacements", '"Segoe UI"="Open Sans"'),
+    (COLORS, '"GrayText"="109 109 109"'),
+]
+DIALOG_FRAME = (3, 22, 3, 3)
+DIALOG_SCREEN = "1280x1000"
+
+# The processor that the dialog names; Wine makes up the rest.
+PROCESSOR = r"HKLM\HARDWARE\DESCRIPTION\System\CentralProcessor\0"
+PROCESSOR_FACTS = (("ProcessorNameString", "REG_SZ", "Duo 3600"), ("~MHz", "REG_DWORD", "3600"))
+WIFI = 71
 
 # The graphs' places, and the part of the screen that contains them and the icons.
 GRAPHS = {"cpu": (452, 408, 400, 360), "disk": (864, 408, 400, 174), "network": (864, 594, 400, 174)}
@@ -150,10 +165,7 @@ def save_desktops(folder):
         readouts = [folder / "graphs-cpu.png", folder / "graphs-disk.png"]
         english.save_readout("cpu", 255, 60, readouts[0])
         english.save_readout("disk", 260, 90, readouts[1])
-    command = ["convert", "-alpha", "set", "-background", "none", "-gravity", "center", *map(str, readouts), "+smush", "12"]
-    subprocess.run([*command, "-colors", "255", str(folder / "graphs.png")], check=True)
-    for path in readouts:
-        path.unlink()
+    join_parts(readouts, folder / "graphs.png")
 
     spanish = Scene("es_ES")
     with spanish.desktop:
@@ -173,11 +185,44 @@ def save_menu(folder):
         save_part(desktop, folder / "menu.png", menu.rect)
 
 
+def save_settings(language, path):
+    """Two pages of the settings dialog side by side."""
+    lines = "style=lines\nsmoothing=1\nfill=50"
+    styles = {"cpu": lines, "network": lines + "\ninterfaces=1"}
+    network = [f"row|1|Ethernet|{ETHERNET}|{UP}|{HARDWARE}|0|0", "address|1|192.0.2.10",
+               f"row|2|Wi-Fi|{WIFI}|{UP}|{HARDWARE}|0|0", "address|2|198.51.100.23"]
+    parts = {page: path.with_suffix(f".{page}.png") for page in styles}
+    with Desktop(language, network=network, registry=DIALOG_LOOK, screen=DIALOG_SCREEN) as desktop:
+        desktop.write_ini(every(1500, **styles))
+        shell, neighbour = desktop.start_recorder(), Neighbour(desktop)
+        for name, kind, value in PROCESSOR_FACTS:
+            desktop.start("reg.exe", "add", PROCESSOR, "/v", name, "/t", kind, "/d", value, "/f").wait()
+        desktop.start_kestrane()
+        shell.wait_for_ticks(2, icon=4, start=0)
+        dialog = open_settings(desktop, shell, neighbour)
+        desktop.use_mouse("mousemove", 1, 1)
+        left, top, right, bottom = (edge + inset for edge, inset in zip(dialog.rect, DIALOG_FRAME))
+        for page, part in parts.items():
+            show_page(neighbour, dialog, page)
+            save_part(desktop, part, (left, top, right - 2 * DIALOG_FRAME[2], bottom - 2 * DIALOG_FRAME[3]))
+    join_parts(parts.values(), path)
+
+
+def join_parts(parts, path):
+    """Side by side, with a gap."""
+    command = ["convert", "-alpha", "set", "-background", "none", "-gravity", "center", *map(str, parts), "+smush", "12"]
+    subprocess.run([*command, "-colors", "255", str(path)], check=True)
+    for part in parts:
+        part.unlink()
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
     save_desktops(folder)
     save_menu(folder)
+    save_settings("en_US", folder / "settings.png")
+    save_settings("es_ES", folder / "settings-es.png")
 
 
 if __name__ == "__main__":

@@ -504,9 +504,10 @@ class DesktopTest(unittest.TestCase):
 
 
 def private_kilobytes(pid):
-    """The private memory of a running program."""
+    """The memory that a running program has written and shares with no other. The pages of a DLL become private too when
+    the last other program that uses it ends, but they are clean."""
     lines = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii").splitlines()
-    return sum(int(line.split()[1]) for line in lines if line.startswith("Private_"))
+    return next(int(line.split()[1]) for line in lines if line.startswith("Private_Dirty:"))
 
 
 def wineserver(prefix):

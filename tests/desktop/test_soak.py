@@ -1,6 +1,7 @@
-"""Days of use in a minute: thousands of ticks with the graphs open, the menu opened, the shell restarted.
+"""Days of use in a minute: thousands of ticks with the graphs open, the menu opened, the shell restarted; and the
+settings dialog opened and closed again and again.
 
-scripts/soak.sh runs the same with 200,000 ticks of each kind.
+scripts/soak.sh runs the same with 200,000 ticks of each kind and 200 openings of the dialog.
 """
 
 import os
@@ -15,6 +16,7 @@ from harness import (
     NIM_ADD,
     NIM_MODIFY,
     WM_TIMER,
+    every,
     main,
     pixels,
     private_kilobytes,
@@ -23,6 +25,7 @@ from harness import (
     wineserver,
 )
 from onscreen import KINDS, PLACES, WM_CONTEXTMENU, GraphTest, Picture, all_open, counters, middle_of
+from settings_window import TAB_BUTTONS, close_settings, open_settings, show_page
 
 TIMERS = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
 ICONS = {1, 2, 3, 4}
@@ -36,10 +39,18 @@ ROUND = 1000
 MENUS_A_ROUND = 5
 PAINTS_A_ROUND = 100
 
+# Of the settings dialog; the first ones load what stays, such as fonts.
+OPENINGS = int(os.environ.get("KESTRANE_SOAK_OPENINGS", 20))
+FIRST_OPENINGS = 5
+
 # The rings are allocated at startup, so nothing more should be needed after the first round. But Wine keeps the
-# program's path for every icon that LoadImageW has created, even after DestroyIcon, and a menu loads four.
+# program's path for every icon that LoadImageW has created, even after DestroyIcon: a menu loads four, the dialog two
+# for its buttons, five for its tabs and two for the boxes on its pages. And it keeps some 5 KB of any dialog with 200
+# controls, even of bare ones.
 ALLOWED_GROWTH_KB = 256
-WINE_KEEPS_BYTES = 4 * (2 * len(windows_path(BUILD / "kestrane.exe")) + 48) * MENUS_A_ROUND * TICKS / ROUND
+WINE_KEEPS_PER_ICON = 2 * len(windows_path(BUILD / "kestrane.exe")) + 48
+WINE_KEEPS_BYTES = 4 * WINE_KEEPS_PER_ICON * MENUS_A_ROUND * TICKS / ROUND
+WINE_KEEPS_PER_OPENING = (4 + 2 + 5 + 2) * WINE_KEEPS_PER_ICON + 5 * 1024
 
 
 class Soak(GraphTest):
@@ -119,6 +130,36 @@ class Soak(GraphTest):
         self.assertLessEqual(growth, ALLOWED_GROWTH_KB, f"KB of the Wine server: {server_sizes}")
         self.assert_shows_what_comes()
         print(f"{sizes[0]} KB after the first thousand, {sizes[-1]} KB after {TICKS}", flush=True)
+
+
+class DialogSoak(GraphTest):
+    settings = every(10000)
+
+    def open_and_close(self):
+        dialog = open_settings(self.desktop, self.shell, self.neighbour)
+        for page in TAB_BUTTONS:
+            show_page(self.neighbour, dialog, page)
+        close_settings(self.neighbour, dialog)
+
+    def test_the_settings_dialog_leaves_nothing_behind(self):
+        """Memory, and in the server windows and icons. Fonts, brushes and bitmaps are counted one by one in
+        settings_dialog_objects_test."""
+        process = self.start()
+        server = wineserver(self.desktop.prefix)
+        sizes, server_sizes = [], []
+        for done in range(1, OPENINGS + 1):
+            self.open_and_close()
+            self.assertIsNone(process.poll())
+            sizes.append(private_kilobytes(process.pid))
+            server_sizes.append(private_kilobytes(server))
+            if done == FIRST_OPENINGS or done % (OPENINGS // 4 or 1) == 0:
+                print(f"{done} openings: {sizes[-1]} KB, the Wine server {server_sizes[-1]} KB", flush=True)
+        self.desktop.check_for_crashes()
+        later = OPENINGS - FIRST_OPENINGS
+        growth = min(sizes[-2:]) - sizes[FIRST_OPENINGS - 1] - later * WINE_KEEPS_PER_OPENING / 1024
+        self.assertLessEqual(growth, ALLOWED_GROWTH_KB, f"KB after each opening: {sizes}")
+        growth = min(server_sizes[-2:]) - server_sizes[FIRST_OPENINGS - 1]
+        self.assertLessEqual(growth, ALLOWED_GROWTH_KB, f"KB of the Wine server: {server_sizes}")
 
 
 if __name__ == "__main__":

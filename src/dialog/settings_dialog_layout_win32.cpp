@@ -95,6 +95,7 @@ void SettingsDialog::MeasureHardware(SettingsTab tab) {
 void SettingsDialog::Retranslate() {
     SetWindowTextW(window_, Tr(SettingsDialogTitle));
     controls_.Retranslate();
+    NameWells();
     {
         const Filling filling(*this);
         combos_->Retranslate();

@@ -296,6 +296,7 @@ void SettingsDialog::AfterEdit() {
     RebuildTabBrushes();
     InvalidateSamples();
     UpdateButtons();
+    NameWells();
 }
 
 }  // namespace kestrane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
 #include "base/geometry_win32.h"
 #include "dialog/dialog_messages_win32.h"
@@ -52,6 +53,7 @@ SettingsDialog::SettingsDialog(HINSTANCE instance, const Point& anchor, AppSetti
       host_(host) {}
 
 bool SettingsDialog::Run(HWND owner) {
+    const ComApartment apartment;
     const INT_PTR result = DialogBoxParamW(instance_, MAKEINTRESOURCEW(ResourceSettingsDialog), owner, DialogProc,
                                            reinterpret_cast<LPARAM>(this));
     openDialog = nullptr;
@@ -117,6 +119,8 @@ void SettingsDialog::OnInitDialog(HWND window) {
     RebuildTabBrushes();
     controls_.Create(window, Fonts(), host_.FixedDisks());
     heights_.disks_height = controls_.DisksHeight();
+    well_names_.emplace(window);
+    NameWells();
     const DialogState state = LoadDialogState();
     tab_ = TabOfNumber(state.tab);
     for (std::size_t i = 0; i < HardwareCount; ++i)
@@ -183,12 +187,18 @@ void SettingsDialog::PlaceWindow(const DialogState& state) {
     SetWindowPos(window_, nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+/// An edit can end the program, and with it the names.
+void SettingsDialog::NameWells() {
+    if (well_names_) well_names_->Update(settings_.thresholds);
+}
+
 /// Also reached without Cancel, when the program ends.
 void SettingsDialog::OnDestroy() {
     RECT window{};
     if (GetWindowRect(window_, &window) && !IsIconic(window_))
         SaveDialogState({true, window.left, window.top, static_cast<std::uint32_t>(tab_)});
     KillTimer(window_, SampleTimer);
+    well_names_.reset();
     openDialog = nullptr;
 }
 

@@ -23,6 +23,7 @@
 #include "dialog/page_edits.h"
 #include "dialog/sample_data.h"
 #include "dialog/settings_dialog_host.h"
+#include "dialog/well_names_win32.h"
 #include "hardware/summary_rows.h"
 #include "settings/app_settings.h"
 #include "settings/ini_settings.h"
@@ -59,6 +60,7 @@ class SettingsDialog {
     UniqueIcon LoadIconOf(std::uint32_t resource, int size) const;
     void ShowGeneral();
     void PlaceWindow(const DialogState& state);
+    void NameWells();
     void OnDestroy();
 
     // Layout (settings_dialog_layout_win32.cpp).
@@ -147,7 +149,8 @@ class SettingsDialog {
     std::array<COLORREF, 16> custom_colors_{};  // of the colour dialog, for as long as this one is open
 
     DialogControls controls_;
-    std::optional<ComboBoxes> combos_;  // once there is a window
+    std::optional<ComboBoxes> combos_;     // once there is a window
+    std::optional<WellNames> well_names_;  // while there is one
     MeasuredHeights heights_;
     std::array<Rect, HardwareCount> hardware_boxes_;
     std::array<Rect, GraphCount> graph_boxes_;

@@ -35,11 +35,20 @@ class PaintLater {
 }  // namespace
 
 void SettingsDialog::LayoutDialog() {
-    const GroupLayout layout = LayoutGroups(settings_, heights_, tab_);
-    const PaintLater later(window_);
-    controls_.Place(layout, heights_);
-    PlaceBoxes(layout);
-    ResizeWindow(layout.content_height);
+    {
+        const GroupLayout layout = LayoutGroups(settings_, heights_, tab_);
+        const PaintLater later(window_);
+        controls_.Place(layout, heights_);
+        PlaceBoxes(layout);
+        ResizeWindow(layout.content_height);
+    }
+    LeaveHiddenControl();
+}
+
+/// A hidden control that kept the focus would swallow the keyboard, so the next one gets it.
+void SettingsDialog::LeaveHiddenControl() {
+    const HWND focus = GetFocus();
+    if (IsChild(window_, focus) && !IsWindowVisible(focus)) SendMessageW(window_, WM_NEXTDLGCTL, 0, FALSE);
 }
 
 void SettingsDialog::PlaceBoxes(const GroupLayout& layout) {

@@ -65,6 +65,7 @@ class SettingsDialog {
 
     // Layout (settings_dialog_layout_win32.cpp).
     void LayoutDialog();
+    void LeaveHiddenControl();
     void PlaceBoxes(const GroupLayout& layout);
     void ResizeWindow(std::int32_t contentHeight);
     void SelectTab(SettingsTab tab);

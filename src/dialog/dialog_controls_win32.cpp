@@ -54,13 +54,14 @@ HWND DialogControls::CreateControl(const ControlClass& kind, std::int32_t id, co
     return control;
 }
 
-void DialogControls::AddRow(const DialogRow& row, const wchar_t* text) {
+HWND DialogControls::AddRow(const DialogRow& row, const wchar_t* text) {
     const HWND control = CreateControl(ControlClasses[static_cast<std::size_t>(row.type)], row.id, text);
     if (control == nullptr) {
         LogDebug(L"kestrane: no se pudo crear un control del dialogo de ajustes\n");
-        return;
+        return nullptr;
     }
     rows_.push_back({row, control});
+    return control;
 }
 
 void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
@@ -75,20 +76,23 @@ void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
     DiskBoxes boxes = FlowDiskBoxes(widths);
     disks_height_ = boxes.disks_height;
     boxes.rows.front().text = AllDisksText;
-    std::int32_t previous = IdDiskActivity;
+    HWND previous = LastOfGroup(DiskListGroup);
     for (std::size_t i = 0; i < boxes.rows.size(); ++i) {
-        AddRow(boxes.rows[i], texts[i].c_str());
-        FollowInTabOrder(boxes.rows[i].id, previous);
-        previous = boxes.rows[i].id;
+        const HWND box = AddRow(boxes.rows[i], texts[i].c_str());
+        if (box == nullptr) continue;
+        // The Tab key follows the order of the windows, which is that of their creation until it is changed.
+        SetWindowPos(box, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        previous = box;
     }
 }
 
-/// The Tab key follows the order of the windows, which is that of their creation until it is changed.
-void DialogControls::FollowInTabOrder(std::int32_t id, std::int32_t previous) {
-    const HWND control = GetDlgItem(dialog_, id);
-    const HWND before = GetDlgItem(dialog_, previous);
-    if (control == nullptr || before == nullptr) return;
-    SetWindowPos(control, before, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+/// The last control of the table down to the end of a group; null if there is none.
+HWND DialogControls::LastOfGroup(std::int32_t group) const {
+    HWND last = nullptr;
+    for (const ControlRow& control : rows_) {
+        if (control.row.group <= group) last = control.window;
+    }
+    return last;
 }
 
 const ControlRow* DialogControls::Find(std::int32_t id) const {

@@ -49,9 +49,9 @@ class DialogControls {
 
   private:
     HWND CreateControl(const ControlClass& kind, std::int32_t id, const wchar_t* text);
-    void AddRow(const DialogRow& row, const wchar_t* text);
+    HWND AddRow(const DialogRow& row, const wchar_t* text);
     void AddDiskBoxes(const std::vector<DiskFacts>& disks);
-    void FollowInTabOrder(std::int32_t id, std::int32_t previous);
+    HWND LastOfGroup(std::int32_t group) const;
 
     struct Move {
         HWND window;

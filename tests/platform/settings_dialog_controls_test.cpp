@@ -197,6 +197,18 @@ TEST_F(SettingsDialogControls, TheDialogGoesOnWithoutAControl) {
     }
 }
 
+TEST_F(SettingsDialogControls, TheOtherDisksStayInTheirPlaceInTheTabOrder) {
+    sys.refused = {IdDiskActivity, IdAllDisks, IdFirstDisk + 1};
+    host.disks = {Disk(0, L"First"), Disk(1, L"Second"), Disk(2, L"Third")};
+    WithDialog([] {
+        Click(IdDiskTab);
+        const auto next = [](std::int32_t id) { return GetDlgCtrlID(GetNextDlgTabItem(Dialog(), Control(id), FALSE)); };
+        EXPECT_EQ(next(IdDiskMargin), IdFirstDisk);
+        EXPECT_EQ(next(IdFirstDisk), IdFirstDisk + 2);
+        EXPECT_EQ(next(IdFirstDisk + 2), IdDiskLines);
+    });
+}
+
 TEST_F(SettingsDialogControls, WithoutAnyTheDialogStillOpensAndCloses) {
     sys.refusesAll = true;
     WithDialog([] {

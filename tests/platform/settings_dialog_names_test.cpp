@@ -196,6 +196,7 @@ TEST_F(SettingsDialogNames, ALabelStandsBeforeEachFieldAndList) {
                                                                 {IdCpuFont, L"Fuente"},
                                                                 {IdThreshold1, L"Desde"},
                                                                 {IdMemFont, L"Fuente"},
+                                                                {IdAllDisks, L"Discos"},
                                                                 {IdLanguage, L"Idioma"}})
             EXPECT_EQ(TextOfWindow(GetWindow(Control(id), GW_HWNDPREV)), label) << id;
     });

@@ -1,7 +1,6 @@
 #include "dialog/dialog_controls_win32.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
@@ -65,25 +64,31 @@ HWND DialogControls::AddRow(const DialogRow& row, const wchar_t* text) {
 }
 
 void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
-    std::vector<std::wstring> texts{Tr(AllDisksText)};
-    std::ranges::transform(disks, std::back_inserter(texts), DiskText);
-    const std::int32_t unit = RectWidth(ToPixels({0, 0, 4, 8}));
-    std::vector<std::int32_t> widths;
-    std::ranges::transform(texts, std::back_inserter(widths), [&](const std::wstring& text) {
-        return WidthInUnits(TextWidth(fonts_.regular, text), unit);
-    });
-
-    DiskBoxes boxes = FlowDiskBoxes(widths);
-    disks_height_ = boxes.disks_height;
-    boxes.rows.front().text = AllDisksText;
+    disk_texts_ = {L""};
+    std::ranges::transform(disks, std::back_inserter(disk_texts_), DiskText);
+    const DiskBoxes boxes = FlowDisks();
     HWND previous = LastOfGroup(DiskListGroup);
     for (std::size_t i = 0; i < boxes.rows.size(); ++i) {
-        const HWND box = AddRow(boxes.rows[i], texts[i].c_str());
+        const HWND box = AddRow(boxes.rows[i], disk_texts_[i].c_str());
         if (box == nullptr) continue;
         // The Tab key follows the order of the windows, which is that of their creation until it is changed.
         SetWindowPos(box, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
         previous = box;
     }
+}
+
+/// The first text is in the active language, so the boxes flow anew when it changes.
+DiskBoxes DialogControls::FlowDisks() {
+    disk_texts_.front() = Tr(AllDisksText);
+    const std::int32_t unit = RectWidth(ToPixels({0, 0, 4, 8}));
+    std::vector<std::int32_t> widths;
+    std::ranges::transform(disk_texts_, std::back_inserter(widths), [&](const std::wstring& text) {
+        return WidthInUnits(TextWidth(fonts_.regular, text), unit);
+    });
+    DiskBoxes boxes = FlowDiskBoxes(widths);
+    disks_height_ = boxes.disks_height;
+    boxes.rows.front().text = AllDisksText;
+    return boxes;
 }
 
 /// The last control of the table down to the end of a group; null if there is none.
@@ -101,6 +106,11 @@ const ControlRow* DialogControls::Find(std::int32_t id) const {
 }
 
 void DialogControls::Retranslate() {
+    const DiskBoxes boxes = FlowDisks();
+    for (const DialogRow& box : boxes.rows) {
+        const auto control = std::ranges::find(rows_, box.id, [](const ControlRow& row) { return row.row.id; });
+        if (control != rows_.end()) control->row = box;
+    }
     for (const ControlRow& control : rows_) {
         if (HasText(control.row)) SetWindowTextW(control.window, Tr(TextOf(control.row)));
     }
@@ -132,8 +142,6 @@ void DialogControls::PlaceRow(ControlRow& control, const GroupLayout& layout, co
                               std::vector<Move>& moves) {
     const std::uint32_t dpi = GetDpiForWindow(dialog_);
     const ControlPlace place = PlaceControl(control.row, layout, heights);
-    // A control that stays hidden is placed when it is shown: most are on other pages than the first.
-    if (!place.shown && !control.last_visible) return;
     Rect rect = ToPixels(place.rect);
     control.frame = place.frame == Rect{} ? Rect{} : ToPixels(place.frame);
     if (control.row.type == ControlType::BoxTitle)

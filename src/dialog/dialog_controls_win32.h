@@ -51,6 +51,7 @@ class DialogControls {
     HWND CreateControl(const ControlClass& kind, std::int32_t id, const wchar_t* text);
     HWND AddRow(const DialogRow& row, const wchar_t* text);
     void AddDiskBoxes(const std::vector<DiskFacts>& disks);
+    DiskBoxes FlowDisks();
     HWND LastOfGroup(std::int32_t group) const;
 
     struct Move {
@@ -69,6 +70,7 @@ class DialogControls {
     HWND dialog_ = nullptr;
     DialogFonts fonts_{};
     std::vector<ControlRow> rows_;
+    std::vector<std::wstring> disk_texts_;  // that of "all" first
     std::int32_t disks_height_ = 0;
 };
 

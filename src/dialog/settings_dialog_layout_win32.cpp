@@ -104,6 +104,7 @@ void SettingsDialog::MeasureHardware(SettingsTab tab) {
 void SettingsDialog::Retranslate() {
     SetWindowTextW(window_, Tr(SettingsDialogTitle));
     controls_.Retranslate();
+    heights_.disks_height = controls_.DisksHeight();
     NameWells();
     {
         const Filling filling(*this);

@@ -79,6 +79,7 @@ LRESULT WINAPI Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return real(window, message, wParam, lParam);
 }
 
+using Ids = std::vector<std::int32_t>;
 const std::wstring ControlFailed = L"kestrane: no se pudo crear un control del dialogo de ajustes\n";
 
 class SettingsDialogControls : public SettingsDialogTest {
@@ -206,6 +207,24 @@ TEST_F(SettingsDialogControls, TheOtherDisksStayInTheirPlaceInTheTabOrder) {
         EXPECT_EQ(next(IdDiskMargin), IdFirstDisk);
         EXPECT_EQ(next(IdFirstDisk), IdFirstDisk + 2);
         EXPECT_EQ(next(IdFirstDisk + 2), IdDiskLines);
+    });
+}
+
+TEST_F(SettingsDialogControls, TheDisksHaveRoomInEveryLanguage) {
+    const Ids disks{IdAllDisks, IdFirstDisk, IdFirstDisk + 1};
+    host.disks = {Disk(0, L"First"), Disk(1, L"Second")};
+    std::map<std::int32_t, Placed> places;
+    WithDialog([&] {
+        Click(IdDiskTab);
+        places = Places();
+    });
+    SetLanguage(ActiveEnglish);
+    WithDialog([&] {
+        EXPECT_NE(Places()[IdFirstDisk], places[IdFirstDisk]);
+        SetLanguage(ActiveSpanish);
+        SendMessageW(Dialog(), WM_RETRANSLATE, 0, 0);
+        for (const std::int32_t id : disks)
+            EXPECT_EQ(Places()[id], places[id]) << id;
     });
 }
 

@@ -102,6 +102,8 @@ class SettingsDialogTest : public testing::Test {
     // Within a body.
 
     static HWND Dialog() { return OpenSettingsDialog(); }
+    /// False as soon as it has been closed; its window lives until the dialog's loop has ended.
+    static bool IsOpen() { return Dialog() != nullptr && IsWindowVisible(Dialog()); }
     static HWND Control(std::int32_t id) { return GetDlgItem(Dialog(), id); }
     static bool IsTicked(std::int32_t id) { return IsDlgButtonChecked(Dialog(), id) == BST_CHECKED; }
     static bool IsEnabled(std::int32_t id) { return IsWindowEnabled(Control(id)) != FALSE; }
@@ -158,7 +160,7 @@ class SettingsDialogTest : public testing::Test {
         if (!current_->body_ || Dialog() == nullptr || !IsWindowVisible(Dialog())) return;
         KillTimer(nullptr, timer);
         std::exchange(current_->body_, nullptr)();
-        if (Dialog() != nullptr) SendMessageW(Dialog(), WM_CLOSE, 0, 0);
+        if (IsOpen()) SendMessageW(Dialog(), WM_CLOSE, 0, 0);
     }
 
     static inline SettingsDialogTest* current_ = nullptr;

@@ -1,0 +1,129 @@
+"""The settings dialog of the real program, opened from the icons' menu and used with the mouse and the keyboard."""
+
+from harness import NIM_MODIFY, every, wait_until
+from onscreen import DIALOG_CLASS, Picture, double_click_time, middle_of
+from settings_icons import COUNTERS, SettingsTest, network_row
+from test_menu import MenuTest
+
+# The ids of the controls that the tests use.
+CPU_TAB, DISK_TAB, MEMORY_TAB, NETWORK_TAB, GENERAL_TAB = range(1300, 1305)
+CPU_SHOW, DISK_SHOW, MEMORY_SHOW, NETWORK_SHOW = range(1051, 1055)
+CPU_BACK, CPU_COLUMNS, CPU_REFRESH, CPU_SAMPLE = 1001, 1002, 1008, 1070
+CPU_OPACITY, CPU_MARGIN, CPU_LINES, CPU_FILL, CPU_TOPMOST = 1231, 1232, 1233, 1236, 1242
+CPU_GRAPH_SAMPLE, CPU_RESTORE, CPU_SAVE = 1240, 1009, 1014
+DISK_ACTIVITY = 1256
+LEVEL_BAR, THRESHOLDS, MEMORY_FONT, MEMORY_FONT_SIZE, MEMORY_SAVE = 1068, (1041, 1042, 1043), 1065, 1066, 1017
+NETWORK_REFRESH, INTERFACES, NETWORK_SAVE = 1106, 1107, 1114
+AUTOSTART, ALL_USERS, CHECK_UPDATES, LANGUAGE, GENERAL_SAVE = 1060, 1063, 1062, 1061, 1069
+SAVING_NOTE = 1081
+
+# A control of each page, which shows that the page is there.
+OF_PAGE = {
+    CPU_TAB: CPU_SHOW,
+    DISK_TAB: DISK_SHOW,
+    MEMORY_TAB: MEMORY_SHOW,
+    NETWORK_TAB: NETWORK_SHOW,
+    GENERAL_TAB: LANGUAGE,
+}
+
+# Of the system's message box and colour dialog.
+OK, CANCEL = 1, 2
+RED, GREEN, BLUE = 706, 707, 708
+
+SETTINGS_ENTRY = -3  # of the menu, from its end
+
+
+class SettingsDialogTest(MenuTest, SettingsTest):
+    options = {
+        "language": "es_ES",
+        "counters": COUNTERS,
+        "network": [network_row(0, 0)],
+        "more_disks": 1,
+        **double_click_time(1),
+    }
+    settings = every(10000)  # no tick comes between the checked calls
+    TITLE = "Ajustes de kestrane"
+
+    # The dialog.
+
+    def open_settings(self, page=None, x=640, y=700):
+        """Opens the dialog with the mouse, on one of its pages."""
+        menu = self.open_menu(x=x, y=y)
+        self.click(*menu.middle_of(SETTINGS_ENTRY))
+        self.wait_for_no_menu()
+        wait_until(self.dialog, "the settings dialog")
+        wait_until(lambda: self.control(SAVING_NOTE).visible, "the controls of the settings dialog")
+        if page is not None:
+            self.go_to(page)
+
+    def dialog(self):
+        """Its window, or None."""
+        return self.neighbour.find(DIALOG_CLASS, self.TITLE)
+
+    def control(self, id, of=None):
+        return self.neighbour.ask("control", (of or self.dialog()).handle, id)
+
+    def focus(self):
+        """The id of the control that has the keyboard."""
+        return self.neighbour.ask("focus", self.dialog().handle)
+
+    def use(self, id, button=1, of=None):
+        """Clicks on a control."""
+        self.click(*middle_of(self.control(id, of).rect), button=button)
+
+    def go_to(self, page):
+        self.use(page)
+        wait_until(lambda: self.control(OF_PAGE[page]).visible, f"page {page}")
+
+    def wait_for(self, id, **state):
+        """Waits until a control is in this state."""
+        holds = lambda control: all(getattr(control, name) == value for name, value in state.items())
+        wait_until(lambda: holds(self.control(id)), f"control {id} with {state}", 30)
+
+    def keys(self, *names):
+        self.desktop.use_mouse("key", *names)
+
+    def wait_for_no_dialog(self):
+        wait_until(lambda: not self.dialog(), "the end of the settings dialog", 30)
+
+    def leave_settings(self):
+        """Closes the dialog, by its close box."""
+        left, top, right, bottom = self.dialog().rect
+        self.click(right - 14, top + 12)
+        self.wait_for_no_dialog()
+
+    def wait_for_box(self, title="kestrane"):
+        """A message box on top of the dialog."""
+        return wait_until(lambda: self.neighbour.find(DIALOG_CLASS, title), f"the box {title}", 30)
+
+    def texts_of(self, window):
+        return [control.text for control in self.neighbour.ask("children", window.handle) if control.text]
+
+    def answer(self, box):
+        """Leaves a message box."""
+        self.use(OK if self.control(OK, box) else CANCEL, of=box)  # a box with one button has either
+        wait_until(lambda: self.neighbour.find(DIALOG_CLASS, box.title) is None, "the end of the box", 30)
+
+    def file(self):
+        """The words of the settings file, but for what the dialog notes about itself."""
+        return self.desktop.ini_path.read_text(encoding="utf-8").split("[dialog]")[0].split()
+
+    # The icons.
+
+    def after(self, edit):
+        """The last image of each icon after an edit, which changes all four."""
+        start = self.shell.mark()
+        edit()
+        return self.images_since(start)
+
+    def images_since(self, start):
+        self.shell.wait_for(lambda call: call.message == NIM_MODIFY and call.id == 4, start)
+        return {call.id: call for call in self.shell.since(start) if call.message == NIM_MODIFY}
+
+    # The samples.
+
+    def sample(self, *ids):
+        """The pixels of samples."""
+        picture = Picture(self.desktop)
+        return [picture.part(self.control(id).rect) for id in ids]
+

@@ -22,6 +22,8 @@ void OnClick(HWND list, LPARAM position) {
     const bool outside = HIWORD(found) != 0;
     if (outside) return;
     const WORD item = LOWORD(found);
+    // The arrow keys select, and the caret of a list for one selection moves only while nothing is selected.
+    SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
     SendMessageW(list, LB_SETCARETINDEX, item, FALSE);
     PostToggle(list, item);
 }

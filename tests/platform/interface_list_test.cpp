@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "dialog/dialog_messages_win32.h"
@@ -100,6 +101,18 @@ TEST_F(InterfaceList, AClickTogglesItsItemAndTakesTheFocus) {
         EXPECT_NE(GetCapture(), list_);
         EXPECT_EQ(SendMessageW(list_, LB_GETCURSEL, 0, 0), LB_ERR) << "nothing is selected";
     }
+}
+
+// While an item is selected, the list refuses to move its caret.
+TEST_F(InterfaceList, AClickMovesTheCaretAwayFromAnItemThatTheArrowKeysSelected) {
+    SendMessageW(list_, WM_KEYDOWN, VK_DOWN, 1);
+    ASSERT_NE(SendMessageW(list_, LB_GETCURSEL, 0, 0), LB_ERR);
+    reached.clear();
+    SendMessageW(list_, WM_LBUTTONDOWN, MK_LBUTTON, At(5, 2 * ItemHeight + 5));
+    EXPECT_EQ(SendMessageW(list_, LB_GETCURSEL, 0, 0), LB_ERR);
+    EXPECT_EQ(Caret(), 2);
+    EXPECT_LT(std::ranges::find(reached, UINT{LB_SETCURSEL}), std::ranges::find(reached, UINT{LB_SETCARETINDEX}));
+    EXPECT_THAT(Toggled(), ElementsAre(2U));
 }
 
 TEST_F(InterfaceList, AScrolledItemIsFoundWhereItStands) {

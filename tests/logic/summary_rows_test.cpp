@@ -264,6 +264,7 @@ TEST_F(DiskSummary, AVolumeShowsTheShareInUse) {
              {"one byte, used", 1, 0, L" | C: |  | 100 % 0 GB libres de 0 GB"},
              {"one byte, free", 1, 1, L" | C: |  | 0 % 0 GB libres de 0 GB"},
              {"one of three", 3, 2, L" | C: |  | 33 % 0 GB libres de 0 GB"},
+             {"a hundred times it just fits", Greatest / 100, 0, L" | C: |  | 100 % 0 GB libres de 184467,4 TB"},
              {"the greatest, used", Greatest, 0, L" | C: |  | 100 % 0 GB libres de 18446744,1 TB"},
              {"the greatest, half used", Greatest, Greatest / 2, L" | C: |  | 50 % 9223372 TB libres de 18446744,1 TB"},
              {"the greatest, free", Greatest, Greatest, L" | C: |  | 0 % 18446744,1 TB libres de 18446744,1 TB"},

@@ -104,6 +104,7 @@ TEST(SwitchPixels, TheRingIsThinnerThanAPixel) {
     const SwitchImage off = PaintSwitchTrack(false, Face, 96);
     EXPECT_EQ(PixelAt(off, 1, 8), 0xB1B1B5U) << "half ring, half track";
     EXPECT_EQ(PixelAt(off, 3, 4), 0xECECEDU) << "mostly knob, with a little of the ring";
+    EXPECT_EQ(PixelAt(off, 3, 3), 0xA9A9ADU) << "three quarters ring";
     EXPECT_EQ(PixelAt(PaintSwitchTrack(true, Face, 96), 26, 8), On) << "no ring when on";
 }
 

@@ -24,9 +24,6 @@ constexpr double UnselectedTabShade = 0.09;
 
 constexpr std::int32_t WellFocusInset = 2;  // pixels at any DPI
 
-constexpr std::size_t LongestTabText = 63;
-constexpr std::size_t LongestSectionText = 95;
-
 constexpr UINT OneLine = DT_SINGLELINE | DT_VCENTER;
 
 ColorValue TextColor(bool enabled, ColorValue color) {
@@ -97,7 +94,7 @@ void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON
                OneLine | DT_NOPREFIX);
 }
 
-void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, bool enabled, HFONT font,
+void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, ItemState state, HFONT font,
                         std::int32_t nameLeft, std::int32_t ipLeft, std::uint32_t dpi) {
     const SavedDc saved(dc);
     SelectObject(dc, font);
@@ -106,11 +103,12 @@ void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, bo
     RECT check = ToPlatform(layout.check);
     DrawFrameControl(
         dc, &check, DFC_BUTTON,
-        DFCS_BUTTONCHECK | DFCS_FLAT | (shown.checked ? DFCS_CHECKED : 0U) | (enabled ? 0U : DFCS_INACTIVE));
-    const ColorValue color = TextColor(enabled, SystemColor(COLOR_WINDOWTEXT));
+        DFCS_BUTTONCHECK | DFCS_FLAT | (shown.checked ? DFCS_CHECKED : 0U) | (state.enabled ? 0U : DFCS_INACTIVE));
+    const ColorValue color = TextColor(state.enabled, SystemColor(COLOR_WINDOWTEXT));
     DrawTextIn(dc, layout.number, shown.number, color, OneLine);
     DrawTextIn(dc, layout.name, shown.name, color, OneLine | DT_NOPREFIX | DT_END_ELLIPSIS);
     DrawTextIn(dc, layout.ip, shown.ip, color, OneLine | DT_NOPREFIX);
+    if (state.focus) DrawFocus(dc, item);
 }
 
 void PaintPageBackground(HDC dc, const PageBackground& background, std::uint32_t dpi) {

@@ -3,6 +3,7 @@
 // or that of the list item; the device context is left as it was.
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -23,7 +24,8 @@ struct ItemState {
     bool focus = false;  // draws the focus rectangle
 };
 
-/// At most 63 characters of `text`. Without an icon its place stays empty.
+inline constexpr std::size_t LongestTabText = 63;
+/// At most LongestTabText characters of `text`. Without an icon its place stays empty.
 void PaintTabButton(HDC dc, const Rect& item, const std::wstring& text, HICON icon, ColorValue accent, bool selected,
                     bool focus, const DialogFonts& fonts, std::uint32_t dpi);
 
@@ -34,12 +36,13 @@ void PaintColorWell(HDC dc, const Rect& item, ColorValue color, ItemState state)
 void PaintSwitch(HDC dc, const Rect& item, const std::wstring& text, bool on, bool focus, HFONT font,
                  std::uint32_t dpi);
 
-/// At most 95 characters of `text`. Without an icon its place stays empty.
+inline constexpr std::size_t LongestSectionText = 95;
+/// At most LongestSectionText characters of `text`. Without an icon its place stays empty.
 void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON icon, HBRUSH background, bool enabled,
                        HFONT boldFont, std::uint32_t dpi);
 
 /// `nameLeft` and `ipLeft` are the distances of the two columns from the item's left.
-void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, bool enabled, HFONT font,
+void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, ItemState state, HFONT font,
                         std::int32_t nameLeft, std::int32_t ipLeft, std::uint32_t dpi);
 
 /// The dialog's own background, behind all controls.

@@ -27,8 +27,7 @@ constexpr std::array MemorySamples{IdMemSample, IdMem1Sample, IdMem2Sample, IdMe
 constexpr std::int32_t BackdropMargin = 3;  // pixels at 96 DPI
 constexpr ColorValue LightTaskbar = 0xEEEEEE;
 constexpr ColorValue DarkTaskbar = 0x1C1C1C;
-constexpr int LongestTabText = 63;
-constexpr int LongestTitle = 95;
+constexpr int LongestSwitchText = 95;
 
 /// The colour behind an icon: about that of the taskbar.
 ColorValue TaskbarColor() {
@@ -120,7 +119,7 @@ bool SettingsDialog::OnDrawItem(const DRAWITEMSTRUCT& item) {
     const SettingsTab tab = DialogGroups[static_cast<std::size_t>(control->row.group)].tab;
     switch (control->row.type) {
         case ControlType::ShowSwitch:
-            PaintSwitch(item.hDC, rect, WindowText(item.hwndItem, LongestTitle), settings_.show[IndexOf(tab)],
+            PaintSwitch(item.hDC, rect, WindowText(item.hwndItem, LongestSwitchText), settings_.show[IndexOf(tab)],
                         StateOf(item).focus, Fonts().regular, Dpi());
             return true;
         case ControlType::ColorWell:
@@ -154,7 +153,7 @@ void SettingsDialog::DrawSectionTitle(const DRAWITEMSTRUCT& item) {
     const bool isHardware =
         std::ranges::any_of(HardwarePanels, [id](const HardwarePanel& panel) { return panel.title == id; });
     const HBRUSH background = isHardware ? static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)) : TabBrush();
-    PaintSectionTitle(item.hDC, FromPlatform(item.rcItem), WindowText(item.hwndItem, LongestTitle),
+    PaintSectionTitle(item.hDC, FromPlatform(item.rcItem), WindowText(item.hwndItem, LongestSectionText),
                       isHardware ? hardware_icon_.Get() : graph_icon_.Get(), background, StateOf(item).enabled,
                       bold_font_.Get(), Dpi());
 }
@@ -167,10 +166,8 @@ void SettingsDialog::DrawInterface(const DRAWITEMSTRUCT& item) {
         MapWindowPoints(Control(head), item.hwndItem, &corner, 1);
         return static_cast<std::int32_t>(corner.x);
     };
-    const ItemState state = StateOf(item);
-    PaintInterfaceItem(item.hDC, FromPlatform(item.rcItem), InterfaceItemAt(interfaces_, item.itemID), state.enabled,
+    PaintInterfaceItem(item.hDC, FromPlatform(item.rcItem), InterfaceItemAt(interfaces_, item.itemID), StateOf(item),
                        Fonts().regular, columnOf(IdInterfaceNames), columnOf(IdInterfaceAddresses), Dpi());
-    if (state.focus) DrawFocusRect(item.hDC, &item.rcItem);
 }
 
 void SettingsDialog::DrawSample(const DRAWITEMSTRUCT& item) {

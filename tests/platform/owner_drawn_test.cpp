@@ -346,9 +346,9 @@ TEST_F(SectionTitle, ShowsAtMost95Characters) {
 
 class InterfaceItems : public OwnerDrawn {
   protected:
-    void Paint(const Surface& surface, const InterfaceItem& item, bool enabled) {
+    void Paint(const Surface& surface, const InterfaceItem& item, const ItemState& state) {
         surface.Painted([&](HDC dc) {
-            PaintInterfaceItem(dc, {2, 1, 302, 21}, item, enabled, regular_.Get(), 50, 200, Dpi);
+            PaintInterfaceItem(dc, {2, 1, 302, 21}, item, state, regular_.Get(), 50, 200, Dpi);
         });
     }
     const InterfaceItem wifi_ = {true, L"2", L"Wi & Fi", L"10.0.0.1"};
@@ -356,7 +356,7 @@ class InterfaceItems : public OwnerDrawn {
 
 TEST_F(InterfaceItems, HaveThreeTextsInColumns) {
     const Surface surface(304, 22);
-    Paint(surface, wifi_, true);
+    Paint(surface, wifi_, {});
     constexpr UINT flags = DT_SINGLELINE | DT_VCENTER;
     const ColorValue color = Sys(COLOR_WINDOWTEXT);
     EXPECT_EQ(world.texts, (std::vector<DrawnText>{
@@ -371,10 +371,18 @@ TEST_F(InterfaceItems, HaveThreeTextsInColumns) {
 
 TEST_F(InterfaceItems, AreGreyWhenTheListIsDisabled) {
     const Surface surface(304, 22);
-    Paint(surface, wifi_, false);
+    Paint(surface, wifi_, {.enabled = false});
     ASSERT_EQ(world.texts.size(), 3U);
     for (const DrawnText& text : world.texts)
         EXPECT_EQ(text.color, Sys(COLOR_GRAYTEXT));
+}
+
+TEST_F(InterfaceItems, ShowTheFocusAroundTheWholeItem) {
+    const Surface plain(304, 22);
+    const Surface focused(304, 22);
+    Paint(plain, wifi_, {});
+    Paint(focused, wifi_, {.focus = true});
+    ExpectFocusRect(focused, plain, {2, 1, 302, 21});
 }
 
 TEST_F(InterfaceItems, HaveAFlatCheckBox) {
@@ -390,7 +398,7 @@ TEST_F(InterfaceItems, HaveAFlatCheckBox) {
     for (const Row& row : rows) {
         world.controls.clear();
         const Surface surface(304, 22);
-        Paint(surface, {row.checked, L"1", L"", L""}, row.enabled);
+        Paint(surface, {row.checked, L"1", L"", L""}, {.enabled = row.enabled});
         ASSERT_EQ(world.controls.size(), 1U);
         EXPECT_EQ(world.controls[0].where, (Rect{6, 4, 19, 17}));
         EXPECT_EQ(world.controls[0].type, static_cast<UINT>(DFC_BUTTON));

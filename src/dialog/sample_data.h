@@ -1,7 +1,7 @@
 #pragma once
 // Made-up readings for the sample icons and graphs of the settings dialog: plausible traffic, whether the machine is
-// idle or not. They come from a generator with a fixed seed and from integer arithmetic, so the pictures are the same
-// at each opening, whatever compiler built the program.
+// idle or not. They come from a generator with a fixed seed that is written out here, so the pictures are the same at
+// each opening, whatever compiler built the program.
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,7 @@
 #include "dialog/dialog_controls_win32.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"

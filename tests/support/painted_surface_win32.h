@@ -26,7 +26,8 @@
 
 namespace kestrane {
 
-/// A text that was drawn: by DrawTextW in a rectangle, or by TextOutW at its top left, which has no flags.
+/// A text that was drawn: by DrawTextW in a rectangle, or by TextOutW at a point, whose flags are the alignment: 0 for
+/// the top left.
 struct DrawnText {
     std::wstring text;
     Rect where;
@@ -105,10 +106,9 @@ inline int WINAPI FakeDrawTextW(HDC dc, LPCWSTR text, int length, LPRECT rect, U
 
 inline BOOL WINAPI FakeTextOutW(HDC dc, int x, int y, LPCWSTR text, int length) {
     EXPECT_EQ(GetBkMode(dc), TRANSPARENT);
-    EXPECT_EQ(GetTextAlign(dc), static_cast<UINT>(TA_LEFT | TA_TOP));
     world.texts.push_back({std::wstring(text, static_cast<std::size_t>(length)),
                            {x, y, x, y},
-                           0,
+                           GetTextAlign(dc),
                            SwapRedBlue(GetTextColor(dc)),
                            IsBoldIn(dc)});
     return TRUE;

@@ -1,13 +1,10 @@
-// The combo boxes of the settings dialog, which fill when they first drop down, and the change of language, which all
-// of them live through.
+// The combo boxes of the settings dialog, which fill when they first drop down and are emptied by a new language.
 #include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "settings/ini_file_win32.h"
 #include "support/fake_fonts_win32.h"
-#include "support/fake_ini_writes_win32.h"
 #include "support/settings_dialog_world_win32.h"
 
 namespace kestrane {
@@ -30,20 +27,9 @@ Texts Numbers(int first, int last, const std::wstring& unit) {
     return texts;
 }
 
-DiskFacts Disk(std::uint32_t number, const std::wstring& model) {
-    DiskFacts disk;
-    disk.number = number;
-    disk.model = model;
-    return disk;
-}
-
 class SettingsDialogCombos : public SettingsDialogTest {
   protected:
-    SettingsDialogCombos() {
-        fontWorld = {};
-        writesUntilFull = -1;
-    }
-    ~SettingsDialogCombos() override { writesUntilFull = -1; }
+    SettingsDialogCombos() { fontWorld = {}; }
 
     static LRESULT Send(std::int32_t id, UINT message, WPARAM wParam = 0) {
         return SendMessageW(Control(id), message, wParam, 0);
@@ -302,97 +288,6 @@ TEST_F(SettingsDialogCombos, ANewLanguageKeepsEveryChoiceAndRefillsOnDemand) {
             EXPECT_EQ(Shown(IdDiskRefresh), L"Ultra rápido - 0,5 s");
         });
     }
-}
-
-TEST_F(SettingsDialogCombos, EveryTextIsSetAnewOnTheSpot) {
-    host.disks = {Disk(0, L"Disk of a maker")};
-    const auto texts = [] {
-        Texts all;
-        all.push_back(TextOfWindow(Dialog()));
-        for (HWND control = GetWindow(Dialog(), GW_CHILD); control != nullptr;
-             control = GetWindow(control, GW_HWNDNEXT))
-            all.push_back(TextOfWindow(control));
-        return all;
-    };
-    WithDialog([&] {
-        const Texts spanish = texts();
-        ChooseLanguage(2);
-        const Texts english = texts();
-        EXPECT_EQ(TextOfWindow(Dialog()), L"kestrane settings");
-        const struct {
-            ControlId id;
-            const wchar_t* text;
-        } rows[] = {{IdDiskTab, L"Disk"},
-                    {IdAllDisks, L"All (sum)"},
-                    {IdFirstDisk, L"0  Disk of a maker"},
-                    {IdCpuShow, L"Show"},
-                    {IdMemTitle, L"Memory"},
-                    {IdNetGraphTitle, L"Network graph (click the network icon)"},
-                    {IdCpuHardwareTitle, L"Detected hardware"},
-                    {IdMemBar, L"Level bar"},
-                    {IdDiskActivity, L"Activity (%) instead of speed"},
-                    {IdColorNote, L"Left-click a box: choose a colour. Right-click: transparent."},
-                    {IdAutostartAllUsers, L"For all users"},
-                    {IdGeneralSave, L"Save"},
-                    {IdThreshold1, L"50"}};
-        for (const auto& row : rows)
-            EXPECT_EQ(TextOfWindow(Control(row.id)), row.text) << row.id;
-        ChooseLanguage(1);
-        EXPECT_EQ(TextOfWindow(Control(IdLanguage)), L"Español");
-        ChooseLanguage(2);
-        EXPECT_EQ(texts(), english);
-        ChooseLanguage(1);
-        Texts back = texts();
-        EXPECT_EQ(std::ranges::count(back, std::wstring(L"Español")), 1);
-        std::ranges::replace(back, std::wstring(L"Español"), std::wstring(L"Automático"));
-        EXPECT_EQ(back, spanish);
-    });
-}
-
-TEST_F(SettingsDialogCombos, TheLanguageIsSavedAtOnceAndBelongsToNoPage) {
-    WithDialog([this] {
-        Click(IdCpuPerCore);
-        ChooseLanguage(2);
-        EXPECT_EQ(File(), "[general]\r\nlanguage=2\r\n");
-        for (const DialogTab& tab : DialogTabs)
-            EXPECT_EQ(IsEnabled(tab.save), tab.save == IdCpuSave);
-        ChooseLanguage(0);
-        EXPECT_EQ(File(), "[general]\r\nlanguage=0\r\n");
-        ChooseLanguage(1);
-        ChooseItem(IdLanguage, -1);
-        EXPECT_EQ(File(), "[general]\r\nlanguage=0\r\n") << "no choice is the first";
-        ChooseLanguage(2);
-    });
-    EXPECT_EQ(settings.language, LangEnglish);
-    EXPECT_FALSE(settings.per_core);
-    EXPECT_STREQ(Tr(L"Red"), L"Network");
-}
-
-TEST_F(SettingsDialogCombos, ALanguageThatCannotBeSavedStillTakesEffect) {
-    WithDialog([] {
-        writesUntilFull = 0;
-        ChooseLanguage(2);
-        EXPECT_EQ(TextOfWindow(Control(IdGeneralSave)), L"Save");
-        EXPECT_TRUE(dialogWorld.boxes.empty());
-    });
-    EXPECT_EQ(settings.language, LangEnglish);
-}
-
-TEST_F(SettingsDialogCombos, ANewLanguageKeepsFieldsThatAreNotValidAndTheTicksThatAreNotSaved) {
-    WithDialog([this] {
-        Type(IdThreshold2, L"7");
-        Click(IdAutostart);
-        Click(IdAutostartAllUsers);
-        Click(IdNetLines);
-        Click(IdNetTab);
-        ChooseLanguage(2);
-        EXPECT_EQ(TextOfWindow(Control(IdThreshold2)), L"7");
-        EXPECT_EQ(settings.thresholds, MakeDefaultSettings().thresholds);
-        EXPECT_TRUE(IsTicked(IdAutostartAllUsers));
-        EXPECT_TRUE(IsTicked(IdNetLines));
-        EXPECT_TRUE(IsShown(IdNetSmoothing));
-        EXPECT_TRUE(IsEnabled(IdGeneralSave));
-    });
 }
 
 }  // namespace

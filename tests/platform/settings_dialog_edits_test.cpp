@@ -290,9 +290,13 @@ TEST_F(SettingsDialogEdits, NewThresholdsShowOnTheSampleIcons) {
         ReleaseDC(nullptr, screen);
         return pixels;
     };
+    // With one colour for all levels the number alone makes a difference.
+    for (const ColorKey key : {Mem1Text, Mem2Text, Mem3Text})
+        settings.colors[key] = settings.colors[MemText];
     WithDialog([&] {
         Show(SettingsTab::Memory);
         const auto before = picture();
+        EXPECT_EQ(picture(), before);
         Type(IdThreshold1, L"1");
         Type(IdThreshold2, L"2");
         EXPECT_NE(picture(), before) << "a sample of level 1 shows 1 % now";

@@ -349,6 +349,19 @@ TEST_F(SettingsDialogSaving, AHiddenIconsPageCanStillBeSavedAndRestored) {
     EXPECT_FALSE(settings.show[2]);
 }
 
+TEST_F(SettingsDialogSaving, AButtonThatHasDoneItsWorkGivesTheKeyboardOn) {
+    WithDialog([] {
+        EditOne(SettingsTab::Cpu);
+        for (const ControlId button : {IdCpuSave, IdCpuRestore}) {
+            SetFocus(Control(button));
+            Click(button);
+            EXPECT_FALSE(IsEnabled(button));
+            EXPECT_TRUE(IsChild(Dialog(), GetFocus()));
+            EXPECT_TRUE(IsWindowEnabled(GetFocus()));
+        }
+    });
+}
+
 TEST_F(SettingsDialogSaving, ADialogThatEndsDuringAMessageBoxSavesAndPutsBackNothing) {
     const auto end = [this] {
         PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);

@@ -46,7 +46,7 @@ decltype(&ShellExecuteExW) __imp_ShellExecuteExW = &Decline;
 namespace kestrane {
 namespace {
 
-constexpr int StepsOfAWalk = 500;
+constexpr int StepsOfAWalk = 400;
 constexpr std::array<ControlId, 4> RefreshCombos{IdCpuRefresh, IdDiskRefresh, IdMemRefresh, IdNetRefresh};
 
 class SettingsDialogWalk : public SettingsDialogTest {
@@ -403,6 +403,8 @@ class SettingsDialogWalk : public SettingsDialogTest {
     void MakeNoise() {
         Notify(IDOK, BN_CLICKED);
         Notify(AnyOf(RefreshCombos), CBN_CLOSEUP);
+        const GraphPanel panel = AnyOf(GraphPanels);
+        Notify(AnyOf(std::array{panel.margin, panel.size, panel.font}), CBN_DROPDOWN);
         Notify(FirstAutomaticId + Below(100), BN_CLICKED);
         Notify(AnyOf(ColorWells), BN_DOUBLECLICKED);
         Notify(ThresholdFields[0], EN_KILLFOCUS);

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "settings/autostart_win32.h"
 #include "settings/ini_file_win32.h"
 #include "settings/settings_tab.h"
@@ -89,6 +91,9 @@ void SettingsDialog::Cancel() {
     for (const SettingsTab tab : {SettingsTab::Cpu, SettingsTab::Disk, SettingsTab::Memory, SettingsTab::Network})
         CopySettingsTab(settings_, saved_, tab);
     settings_.check_updates = saved_general_.saved_check_updates;
+    // One page shown but not saved, another hidden and saved: together they would leave no icon to come back by. A file
+    // that hides them all shows them all, too.
+    if (std::ranges::count(settings_.show, true) == 0) settings_.show = defaults_.show;
     host_.OnSettingsChanged();
     EndDialog(window_, 0);
 }

@@ -157,7 +157,8 @@ UniqueIcon SettingsDialog::LoadIconOf(std::uint32_t resource, int size) const {
 }
 
 void SettingsDialog::LoadIcons() {
-    const int buttonSize = std::max(GetSystemMetricsForDpi(SM_CXSMICON, Dpi()), 1);
+    const int smallIcon = GetSystemMetricsForDpi(SM_CXSMICON, Dpi());
+    const int buttonSize = smallIcon < 1 ? PageIconSize : smallIcon;
     const auto loadOwned = [&](std::uint32_t resource) {
         return owned_icons_.emplace_back(LoadIconOf(resource, buttonSize)).Get();
     };
@@ -171,6 +172,8 @@ void SettingsDialog::LoadIcons() {
         giveIcon(DialogTabs[i].restore, restore);
         giveIcon(DialogTabs[i].save, save);
         tab_icons_[i] = LoadIconOf(TabIcons[i], size);
+        SendDlgItemMessageW(window_, DialogTabs[i].icon, STM_SETIMAGE, IMAGE_ICON,
+                            reinterpret_cast<LPARAM>(tab_icons_[i].Get()));
     }
     hardware_icon_ = LoadIconOf(HardwareSectionIcon, size);
     graph_icon_ = LoadIconOf(GraphSectionIcon, size);

@@ -169,6 +169,16 @@ TEST_F(SettingsDialogSaving, AnyMixOfSavedAndUnsavedPagesEndsAsSaved) {
     }
 }
 
+TEST_F(SettingsDialogSaving, ClosingNeverLeavesTheUserWithoutAnIcon) {
+    settings.show = {true, false, false, false};
+    WithDialog([] {
+        Click(IdDiskShow);
+        Click(IdCpuShow);
+        Click(IdCpuSave);
+    });
+    EXPECT_EQ(settings.show, MakeDefaultSettings().show);
+}
+
 TEST_F(SettingsDialogSaving, ASaveThatFailsIsToldAndSavesNothing) {
     for (const SettingsTab tab : Tabs) {
         StartWithFile(3);

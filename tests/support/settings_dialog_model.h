@@ -57,6 +57,7 @@ struct SettingsDialogModel {
         for (const SettingsTab page : IconPages)
             CopySettingsTab(live, saved, page);
         live.check_updates = savedUpdates;
+        if (live.show == std::array<bool, 4>{}) live.show.fill(true);
         ++told;
     }
 

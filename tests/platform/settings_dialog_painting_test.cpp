@@ -4,7 +4,9 @@
 
 #include <string>
 
+#include "dialog/control_table.h"
 #include "dialog/dialog_panels.h"
+#include "dialog/dialog_resources.h"
 #include "dialog/sample_data.h"
 #include "graph/graph_painter_win32.h"
 #include "support/painted_surface_win32.h"
@@ -14,16 +16,73 @@
 namespace kestrane {
 namespace {
 
-using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 constexpr ColorValue Dark = 0x1C1C1C;
 constexpr ColorValue Light = 0xEEEEEE;
+constexpr ColorValue Frame = 0xA8A8A8;
 
 bool refuseIcons = false;
+HDC paintedInstead = nullptr;  // of the window that is to be painted
+
+std::vector<std::int32_t> invalidated;  // controls that were to be painted again
+
+BOOL WINAPI RecordInvalidateRect(HWND window, const RECT* rect, BOOL erase) {
+    static const auto real = REAL(L"user32", InvalidateRect);
+    EXPECT_EQ(rect, nullptr);
+    EXPECT_FALSE(erase) << "it would flicker";
+    invalidated.push_back(GetDlgCtrlID(window));
+    return real(window, rect, erase);
+}
+
+/// The dialog's own timer does not run, so its samples stay those of the opening, however slow the machine is.
+UINT_PTR WINAPI SetTimerOfTheTestOnly(HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+    static const auto real = REAL(L"user32", SetTimer);
+    return window != nullptr ? id : real(window, id, period, procedure);
+}
+
+HDC WINAPI BeginPaintOrInstead(HWND window, LPPAINTSTRUCT paint) {
+    static const auto real = REAL(L"user32", BeginPaint);
+    const HDC dc = real(window, paint);
+    return paintedInstead != nullptr ? paintedInstead : dc;
+}
 
 HICON WINAPI CreateIconOrNone(PICONINFO info) {
     static const auto real = REAL(L"user32", CreateIconIndirect);
     return refuseIcons ? nullptr : real(info);
+}
+
+/// What the dialog paints behind its controls.
+void DrawBackground(const Surface& surface) {
+    paintedInstead = surface.Dc();
+    SendMessageW(OpenSettingsDialog(), WM_PAINT, 0, 0);
+    paintedInstead = nullptr;
+    GdiFlush();
+}
+
+/// The place of a control in the dialog.
+Rect PlaceOf(std::int32_t id) {
+    RECT rect{};
+    GetWindowRect(GetDlgItem(OpenSettingsDialog(), id), &rect);
+    MapWindowPoints(nullptr, OpenSettingsDialog(), reinterpret_cast<POINT*>(&rect), 2);
+    return FromPlatform(rect);
+}
+
+/// Whether the program's icon `resource` is at `place` on a plain background.
+bool HasIcon(const Surface& surface, std::uint32_t resource, const Rect& place, ColorValue background) {
+    const std::int32_t size = RectWidth(place);
+    const UniqueIcon icon(static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resource), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+    const Surface expected(surface.Width(), surface.Height());
+    FillPixels(expected.Pixels(), place, background);
+    DrawIconEx(expected.Dc(), place.left, place.top, icon.Get(), size, size, 0, nullptr, DI_NORMAL);
+    GdiFlush();
+    bool isThere = icon.Get() != nullptr;
+    for (std::int32_t y = place.top; y < place.bottom; ++y) {
+        for (std::int32_t x = place.left; x < place.right; ++x)
+            isThere = isThere && surface.At(x, y) == expected.At(x, y);
+    }
+    return isThere;
 }
 
 /// Asks the dialog for `id` as the system does.
@@ -58,8 +117,9 @@ class DialogPainting : public SettingsDialogTest {
     DialogPainting() {
         world = {};
         refuseIcons = false;
+        invalidated.clear();
         host.processors.assign(9, 1);
-        // The dialog's own, as long as its timer has not come.
+        // As the dialog's own.
         ResizeIconSamples(samples_, IconPixelSize(nullptr));
         BindSampleSeries(samples_, host.processors);
         GenerateSamples(samples_, settings.thresholds);
@@ -157,14 +217,21 @@ TEST_F(DialogPainting, AnEmptyItemIsNoMatter) {
 
 TEST_F(DialogPainting, ASampleIsPaintedAgainOnlyWhereItIsSeen) {
     WithDialog([] {
-        const auto isToBePainted = [](std::int32_t id) { return GetUpdateRect(Control(id), nullptr, FALSE) != FALSE; };
-        RedrawWindow(Dialog(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-        ASSERT_FALSE(isToBePainted(IdCpuIconSample));
+        invalidated.clear();
         SendMessageW(Dialog(), WM_TIMER, 1, 0);
-        EXPECT_TRUE(isToBePainted(IdCpuIconSample));
-        EXPECT_TRUE(isToBePainted(IdCpuGraphSample));
-        EXPECT_FALSE(isToBePainted(IdNetIconSample));
-        EXPECT_FALSE(isToBePainted(IdCpuTab));
+        EXPECT_THAT(invalidated, UnorderedElementsAre(IdCpuIconSample, IdCpuGraphSample));
+        Click(IdMemTab);
+        invalidated.clear();
+        SendMessageW(Dialog(), WM_TIMER, 1, 0);
+        EXPECT_THAT(invalidated, UnorderedElementsAre(IdMemSample, IdMem1Sample, IdMem2Sample, IdMem3Sample));
+        Click(IdDiskTab);
+        invalidated.clear();
+        SendMessageW(Dialog(), WM_TIMER, 1, 0);
+        EXPECT_THAT(invalidated, UnorderedElementsAre(IdDiskIconSample, IdDiskGraphSample));
+        Click(IdNetTab);
+        invalidated.clear();
+        SendMessageW(Dialog(), WM_TIMER, 1, 0);
+        EXPECT_THAT(invalidated, UnorderedElementsAre(IdNetIconSample, IdNetGraphSample));
         const Surface before(60, 50);
         Draw(before, IdNetGraphSample, {0, 0, 60, 50});
         SendMessageW(Dialog(), WM_TIMER, 2, 0);
@@ -179,7 +246,10 @@ TEST_F(DialogPainting, TitlesOfHardwareAreOnWhiteAndThoseOfGraphsOnThePage) {
         const auto backgroundOf = [](std::int32_t id, UINT state) {
             const Surface surface(204, 26);
             Draw(surface, id, {2, 1, 202, 25}, state);
-            return surface.At(201, 24);
+            const ColorValue background = surface.At(201, 24);
+            const std::uint32_t icon = background == 0xFFFFFF ? HardwareSectionIcon : GraphSectionIcon;
+            EXPECT_TRUE(HasIcon(surface, icon, {6, 5, 22, 21}, background)) << id;
+            return background;
         };
         world.texts.clear();
         for (const std::int32_t id : {IdCpuHardwareTitle, IdDiskHardwareTitle, IdMemHardwareTitle})
@@ -195,9 +265,9 @@ TEST_F(DialogPainting, TitlesOfHardwareAreOnWhiteAndThoseOfGraphsOnThePage) {
 }
 
 TEST_F(DialogPainting, SwitchesAndWellsShowTheSettings) {
-    settings.show = {true, false, true, true};
-    settings.colors[ColorOfWell(IdCpuFg).value()] = 0xE14B20;
-    WithDialog([] {
+    WithDialog([&] {
+        settings.show = {true, false, true, true};
+        settings.colors[ColorOfWell(IdCpuFg).value()] = 0xE14B20;  // not saved yet
         for (const auto& [id, color] : {std::pair{IdCpuShow, 0x0A6FD6U}, std::pair{IdDiskShow, 0xC7C7CCU}}) {
             const Surface surface(110, 24);
             Draw(surface, id, {5, 2, 105, 22});
@@ -226,7 +296,85 @@ TEST_F(DialogPainting, TheCurrentTabHasItsAccentColourAndTheOthersNone) {
             ASSERT_EQ(world.texts.size(), 1U);
             EXPECT_EQ(world.texts[0].text, tab.text);
             EXPECT_EQ(world.texts[0].bold, tab.button == IdMemTab);
+            const bool selected = tab.button == IdMemTab;
+            const std::int32_t left = world.texts[0].where.left - 21;
+            const ColorValue background = selected ? Sys(COLOR_WINDOW) : BlendColor(Sys(COLOR_BTNFACE), 0, 0.09);
+            EXPECT_TRUE(HasIcon(surface, TabIcons.at(static_cast<std::size_t>(&tab - DialogTabs.data())),
+                                {left, 9, left + 16, 25}, background))
+                << tab.button;
         }
+    });
+}
+
+TEST_F(DialogPainting, EachPageListsItsOwnHardware) {
+    WithDialog([] {
+        const auto labelOf = [](std::int32_t id) {
+            world.texts.clear();
+            const Surface surface(400, 100);
+            Draw(surface, id, {0, 0, 390, 90});
+            EXPECT_EQ(surface.At(389, 89), 0xFFFFFFU);
+            return world.texts.at(0).text;
+        };
+        EXPECT_EQ(labelOf(IdCpuHardware), L"Procesador");
+        EXPECT_EQ(labelOf(IdDiskHardware), L"Discos fijos");
+        EXPECT_EQ(labelOf(IdMemHardware), L"Memoria");
+    });
+}
+
+TEST_F(DialogPainting, BehindTheControlsAreTheAccentLineAndTheBoxesOfThePage) {
+    WithDialog([] {
+        RECT client{};
+        GetClientRect(Dialog(), &client);
+        for (const DialogTab& tab : DialogTabs) {
+            Click(tab.button);
+            const Surface surface(client.right, client.bottom);
+            DrawBackground(surface);
+            const Rect first = PlaceOf(IdCpuTab);
+            const Rect current = PlaceOf(tab.button);
+            const Rect last = PlaceOf(IdGeneralTab);
+            EXPECT_EQ(surface.CountOf(tab.accent), 2 * (last.right - first.left - RectWidth(current))) << tab.button;
+            EXPECT_EQ(surface.At(current.left, current.bottom), Untouched) << tab.button;
+            for (std::size_t i = 0; i < HardwareCount; ++i) {
+                const Rect text = PlaceOf(HardwarePanels[i].text);
+                const bool isHere = tab.button == DialogTabs[i].button;
+                EXPECT_EQ(isHere && surface.At(text.left, text.top) == 0xFFFFFF, isHere) << tab.button;
+            }
+            EXPECT_EQ(surface.CountOf(0xFFFFFF) > 0, tab.button != IdNetTab && tab.button != IdGeneralTab);
+            for (const GraphPanel& panel : GraphPanels) {
+                if (tab.button != DialogTabs[IndexOf(panel.tab)].button) continue;
+                const Rect title = PlaceOf(panel.title);
+                std::int32_t left = title.left;
+                while (left > 0 && surface.At(left, title.bottom) != Frame)
+                    --left;
+                EXPECT_GT(left, 0) << "the box has a left edge";
+            }
+            EXPECT_GT(surface.CountOf(Frame), 100) << tab.button;
+        }
+    });
+}
+
+TEST_F(DialogPainting, ATitledFrameIsOpenUnderItsTitle) {
+    const auto isBoxTitle = [](const DialogRow& row) {
+        return row.type == ControlType::BoxTitle &&
+               DialogGroups[static_cast<std::size_t>(row.group)].tab == SettingsTab::General;
+    };
+    const auto row = std::ranges::find_if(DialogRows, isBoxTitle);
+    ASSERT_NE(row, DialogRows.end());
+    const std::int32_t id = ControlIds()[static_cast<std::size_t>(row - DialogRows.begin())];
+    WithDialog([id] {
+        Click(IdGeneralTab);
+        RECT client{};
+        GetClientRect(Dialog(), &client);
+        const Surface surface(client.right, client.bottom);
+        DrawBackground(surface);
+        const Rect title = PlaceOf(id);
+        std::int32_t top = title.top;
+        while (top < title.bottom && surface.At(title.left - 1, top) != Frame)
+            ++top;
+        ASSERT_LT(top, title.bottom) << "the line left of the title";
+        EXPECT_EQ(surface.At(title.left, top), Untouched);
+        EXPECT_EQ(surface.At(title.right - 1, top), Untouched);
+        EXPECT_EQ(surface.At(title.right, top), Frame);
     });
 }
 
@@ -283,5 +431,8 @@ TEST_F(DialogPainting, TheListsItemsAre20PixelsHighAndNoOtherIsMeasured) {
 }  // namespace kestrane
 
 extern "C" {
+decltype(&BeginPaint) __imp_BeginPaint = &kestrane::BeginPaintOrInstead;
+decltype(&SetTimer) __imp_SetTimer = &kestrane::SetTimerOfTheTestOnly;
+decltype(&InvalidateRect) __imp_InvalidateRect = &kestrane::RecordInvalidateRect;
 decltype(&CreateIconIndirect) __imp_CreateIconIndirect = &kestrane::CreateIconOrNone;
 }

@@ -105,6 +105,8 @@ LSTATUS StatusOfValue(const std::string& act) {
 LSTATUS WINAPI FakeRegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
     EXPECT_STREQ(name, L"kestrane");
     EXPECT_EQ(reserved, 0U);
+    const auto* text = reinterpret_cast<const wchar_t*>(data);
+    EXPECT_EQ(size, (std::wcslen(text) + 1) * sizeof(wchar_t)) << "with the terminator";
     if (const LSTATUS status = StatusOfValue("set"); status != ERROR_SUCCESS) return status;
     return REAL(L"advapi32", RegSetValueExW)(key, name, 0, type, data, size);
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -14,6 +15,13 @@ inline UniqueFont MakeFont(const std::wstring& face, std::int32_t height, bool b
     return UniqueFont(CreateFontW(-height, 0, 0, 0, bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                                   OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, quality, DEFAULT_PITCH | FF_DONTCARE,
                                   face.c_str()));
+}
+
+/// The height of a line of text in the selected font, in pixels, at least 1.
+inline std::int32_t TextHeight(HDC dc) {
+    TEXTMETRICW metrics = {};
+    GetTextMetricsW(dc, &metrics);
+    return std::max<std::int32_t>(1, metrics.tmHeight);
 }
 
 /// The width of a line of text in the selected font, in pixels; 0 on failure.

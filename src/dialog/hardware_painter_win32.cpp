@@ -5,7 +5,6 @@
 #include "base/handles_win32.h"
 #include "dialog/gdi_paint_win32.h"
 #include "dialog/hardware_layout.h"
-#include "graph/graph_text_win32.h"
 #include "text/number_text.h"
 
 namespace kestrane {

@@ -10,7 +10,6 @@
 #include "dialog/switch_pixels.h"
 #include "dialog/well_pixels.h"
 #include "graph/graph_bitmap_win32.h"
-#include "graph/graph_text_win32.h"
 
 namespace kestrane {
 namespace {

@@ -1,6 +1,5 @@
 #include "dialog/settings_dialog_win32.h"
 
-#include <algorithm>
 #include <string>
 
 #include "base/com_apartment_win32.h"

@@ -36,12 +36,6 @@ UniqueFont CreateGraphFont(const GraphSettings& settings, std::uint32_t dpi) {
     return MakeFont(settings.font_name, ScaleForDpi(settings.font_size, dpi), settings.font_bold, CLEARTYPE_QUALITY);
 }
 
-std::int32_t TextHeight(HDC dc) {
-    TEXTMETRICW metrics = {};
-    GetTextMetricsW(dc, &metrics);
-    return std::max<std::int32_t>(1, metrics.tmHeight);
-}
-
 void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, ColorValue color) {
     const PlotLayout& layout = scale.layout;
     SetTextAlign(dc, TA_RIGHT);

@@ -17,9 +17,6 @@ namespace kestrane {
 /// The font from a graph's settings at `dpi`; empty on failure, and then the DC's own font is used.
 UniqueFont CreateGraphFont(const GraphSettings& settings, std::uint32_t dpi);
 
-/// The height of a line of text, at least 1.
-std::int32_t TextHeight(HDC dc);
-
 /// The axis labels, right-aligned to the axis, each beside its grid line.
 void DrawTickLabels(HDC dc, const PlotScale& scale, std::int32_t textHeight, ColorValue color);
 

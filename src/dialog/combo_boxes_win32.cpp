@@ -142,6 +142,9 @@ void ComboBoxes::Retranslate() {
         const std::int32_t choice = Chosen(id);
         lazy_.MarkEmpty(id);
         Choose(id, choice);
+        // The list of languages, when the arrow keys have changed the language in it.
+        const bool isDroppedDown = SendMessageW(Box(id), CB_GETDROPPEDSTATE, 0, 0) != FALSE;
+        if (isDroppedDown) OnDropDown(id);
     }
 }
 

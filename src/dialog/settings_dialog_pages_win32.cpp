@@ -225,6 +225,8 @@ void SettingsDialog::OnToggleInterface(std::size_t item) {
     if (!IsWindowEnabled(Control(IdInterfaces)) || !ToggleItem(interfaces_, item)) return;
     StoreInterfaceChoice(interfaces_, settings_);
     FillInterfaceList();
+    // From here the arrow keys go on. They follow the selection, although it is not shown.
+    SendMessageW(Control(IdInterfaces), LB_SETCURSEL, item, 0);
     AfterEdit();
 }
 

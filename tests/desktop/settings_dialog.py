@@ -30,6 +30,8 @@ OF_PAGE = {
 OK, CANCEL = 1, 2
 RED, GREEN, BLUE = 706, 707, 708
 
+LIST_CLASS = "ComboLBox"  # of a combo box that is dropped down
+
 SETTINGS_ENTRY = -3  # of the menu, from its end
 
 
@@ -52,13 +54,15 @@ class SettingsDialogTest(MenuTest, SettingsTest):
         self.click(*menu.middle_of(SETTINGS_ENTRY))
         self.wait_for_no_menu()
         wait_until(self.dialog, "the settings dialog")
-        wait_until(lambda: self.control(SAVING_NOTE).visible, "the controls of the settings dialog")
+        shown = lambda note: note is not None and note.visible
+        wait_until(lambda: shown(self.control(SAVING_NOTE)), "the controls of the settings dialog")
         if page is not None:
             self.go_to(page)
 
     def dialog(self):
-        """Its window, or None."""
-        return self.neighbour.find(DIALOG_CLASS, self.TITLE)
+        """Its window, or None. It counts as invisible while it is laid out."""
+        found = [window for window in self.neighbour.ask("windows") if window.title == self.TITLE]
+        return found[0] if found else None
 
     def control(self, id, of=None):
         return self.neighbour.ask("control", (of or self.dialog()).handle, id)
@@ -79,6 +83,13 @@ class SettingsDialogTest(MenuTest, SettingsTest):
         """Waits until a control is in this state."""
         holds = lambda control: all(getattr(control, name) == value for name, value in state.items())
         wait_until(lambda: holds(self.control(id)), f"control {id} with {state}", 30)
+
+    def choose_from(self, combo, *keys):
+        """Drops a combo box down with the mouse and chooses with the keyboard."""
+        self.use(combo)
+        wait_until(lambda: self.neighbour.windows(LIST_CLASS), "the open list")
+        self.keys(*keys, "Return")
+        wait_until(lambda: not self.neighbour.windows(LIST_CLASS), "the end of the list")
 
     def keys(self, *names):
         self.desktop.use_mouse("key", *names)

@@ -35,17 +35,8 @@ from settings_dialog import (
 )
 from settings_icons import CPU, DEFAULTS, MEMORY, pixel
 
-LIST_CLASS = "ComboLBox"
-
 
 class EditTest(SettingsDialogTest):
-    def choose_from(self, combo, *keys):
-        """Drops a combo box down with the mouse and chooses with the keyboard."""
-        self.use(combo)
-        wait_until(lambda: self.neighbour.windows(LIST_CLASS), "the open list")
-        self.keys(*keys, "Return")
-        wait_until(lambda: not self.neighbour.windows(LIST_CLASS), "the end of the list")
-
     def type_over(self, field, text, of=None):
         """Replaces the text of a field, which loses it key by key."""
         self.use(field, of=of)

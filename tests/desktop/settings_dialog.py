@@ -121,14 +121,24 @@ class SettingsDialogTest(MenuTest, SettingsTest):
 
     # The icons.
 
+    def at_once(self, edit, save):
+        """The images that the icons have got when a page's "Guardar" has become enabled by an edit."""
+        start = self.shell.mark()
+        edit()
+        self.wait_for(save, enabled=True)
+        return self.last_images(start)
+
     def after(self, edit):
-        """The last image of each icon after an edit, which changes all four."""
+        """The images of all icons after an edit."""
         start = self.shell.mark()
         edit()
         return self.images_since(start)
 
     def images_since(self, start):
         self.shell.wait_for(lambda call: call.message == NIM_MODIFY and call.id == 4, start)
+        return self.last_images(start)
+
+    def last_images(self, start):
         return {call.id: call for call in self.shell.since(start) if call.message == NIM_MODIFY}
 
     # The samples.

@@ -125,6 +125,20 @@ class BesideTheDialog(SettingsDialogTest):
         self.assertEqual(pixel, "00000000")
 
 
+class NewShell(SettingsDialogTest):
+    def test_a_shell_that_died_is_followed_by_another(self):
+        self.start()
+        self.open_settings()
+        self.shell.kill()
+        self.use(CPU_BACK, RIGHT_BUTTON)  # with nobody to show it
+        self.wait_for(CPU_SAVE, enabled=True)
+        type(self).shell = self.desktop.start_recorder()
+        self.shell.command("broadcast")
+        adds = self.shell.wait_for_count(4, lambda call: call.message == NIM_ADD and call.answer)
+        self.assertEqual([call.id for call in adds], [1, 2, 3, 4])
+        self.assertEqual(self.images_since(0)[1].pixels[0].split()[0], "00000000")
+
+
 class Ending(SettingsDialogTest):
     """The program ends while the dialog is open, with an edit that is not saved."""
 

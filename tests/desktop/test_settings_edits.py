@@ -1,5 +1,5 @@
-"""Edits in the settings dialog, with a real mouse and keyboard: each shows at once in the icons and graphs, nothing is in
-the file before "Guardar", and closing puts back what was not saved."""
+"""Edits in the settings dialog, with a real mouse and keyboard: each shows at once in the icons and graphs, nothing is
+in the file before "Guardar", and closing puts back what was not saved."""
 
 from harness import CPU_TIMER, NIM_ADD, NIM_DELETE, NIM_MODIFY, main, pixels, wait_until
 from onscreen import DIALOG_CLASS, RIGHT_BUTTON, WS_EX_TOPMOST, Picture, middle_of, open_at
@@ -69,9 +69,8 @@ class Colors(EditTest):
         file = self.file()
         self.open_settings()
         default = pixel(DEFAULTS["cpu_bg"])
-        start = self.shell.mark()
-        self.choose_color(CPU_BACK, (18, 52, 86), OK)
-        self.assertEqual(self.corner_of(self.images_since(start)), pixel(0x123456))
+        chosen = self.at_once(lambda: self.choose_color(CPU_BACK, (18, 52, 86), OK), CPU_SAVE)
+        self.assertEqual(self.corner_of(chosen), pixel(0x123456))
         self.assertEqual(Picture(self.desktop).at(*middle_of(self.control(CPU_BACK).rect)), 0x123456)
 
         start = self.shell.mark()
@@ -135,7 +134,7 @@ class Memory(EditTest):
         self.open_settings(MEMORY_TAB)
 
     def test_level_bar_and_thresholds(self):
-        without = self.after(lambda: self.use(LEVEL_BAR))
+        without = self.at_once(lambda: self.use(LEVEL_BAR), MEMORY_SAVE)
         self.assert_memory_icon(without[MEMORY], DEFAULTS, bar=False)
         self.assert_memory_icon(self.after(lambda: self.use(LEVEL_BAR))[MEMORY], DEFAULTS)
         # The last digit makes them valid together, whatever they were on the way.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # scripts/bench.sh [NAME ...] measures the program against the minimum of platform calls and against Wine's own task
-# manager. Names are growth, size, ticks, paint, dialog and minute, all by default (some 25 minutes). Prints tables and
+# manager. Names are growth, size, ticks, paint, dialog and minute, all by default (some 30 minutes). Prints tables and
 # writes all individual figures to build/bench.json, which keeps those of benchmarks not run. Competitors run in turn,
 # and the figures are medians.
 set -euo pipefail

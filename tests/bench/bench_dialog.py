@@ -11,7 +11,7 @@ import time
 import measure
 from harness import Desktop, every, wineserver
 from onscreen import Neighbour
-from settings_window import TAB_BUTTONS, open_settings, show_page
+from settings_window import TAB_BUTTONS, close_settings, open_settings, show_page
 
 PAGES = tuple(TAB_BUTTONS)
 PERIOD_SECONDS = 2
@@ -71,30 +71,34 @@ def percent_of_a_core(pids, seconds):
     return (sum(map(measure.cpu_seconds, pids)) - before) / seconds * 100
 
 
-def watch_program(seconds):
-    """The program with slow icons, without the dialog and then with each of its pages open."""
+def watch_program(rounds, seconds):
+    """The program with slow icons, without the dialog and with each of its pages open, in turn."""
+    samples = {"no dialog": [], **{page: [] for page in PAGES}}
     with Desktop() as desktop:
         desktop.write_ini(every(10000))
         shell, neighbour = desktop.start_recorder(), Neighbour(desktop)
         process = desktop.start_kestrane()
         shell.wait_for_ticks(2, icon=4, start=0)
         pids = process.pid, wineserver(desktop.prefix)
-        alone = percent_of_a_core(pids, seconds)
-        rows = [{"open": "no dialog", "% of a core": alone}]
-        dialog = open_settings(desktop, shell, neighbour)
-        for page in PAGES:
-            show_page(neighbour, dialog, page)
-            share = percent_of_a_core(pids, seconds)
-            rows.append({"open": page, "% of a core": share, "more": share - alone})
-        return rows
+        for _ in range(rounds):
+            samples["no dialog"].append(percent_of_a_core(pids, seconds))
+            dialog = open_settings(desktop, shell, neighbour)
+            for page in PAGES:
+                show_page(neighbour, dialog, page)
+                samples[page].append(percent_of_a_core(pids, seconds))
+            close_settings(neighbour, dialog)
+    rows = [{"open": name, "% of a core": measure.median(shares), "samples": shares} for name, shares in samples.items()]
+    for row in rows[1:]:
+        row["more"] = row["% of a core"] - rows[0]["% of a core"]
+    return rows
 
 
-def run(rounds=15, tick_rounds=5, ticks=50, seconds=40):
+def run(rounds=15, tick_rounds=5, ticks=50, program_rounds=3, seconds=20):
     measure.stay_on_one_processor()
     with Desktop() as desktop:
         dialogs = Dialogs(desktop)
         opened, ticked = open_in_turn(dialogs, rounds), tick_pages(dialogs, tick_rounds, ticks)
-    return {"open": opened, "ticks": ticked, "program": watch_program(seconds)}
+    return {"open": opened, "ticks": ticked, "program": watch_program(program_rounds, seconds)}
 
 
 def tables(results):
@@ -102,5 +106,5 @@ def tables(results):
              ("dialog", "own ms", "with server ms"), results["open"]),
             ("The samples of a page, made and painted every two seconds, medians (goal: below 1 %)",
              ("page", "ms", "% of a core"), results["ticks"]),
-            ("The program with a page of the dialog open (goal: at most 1 % more)",
+            ("The program with a page of the dialog open, medians (goal: at most 1 % more)",
              ("open", "% of a core", "more"), results["program"])]

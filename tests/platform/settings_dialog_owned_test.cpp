@@ -101,7 +101,8 @@ TEST_F(SettingsDialogOwned, EverythingThatTheDialogOwnsIsFreed) {
         VisitEveryPage();
         sys.colors[COLOR_BTNFACE] = RGB(10, 20, 30);
         Click(IdCpuPerCore);
-        EXPECT_GE(sys.owned.size(), 2U + 7U + 1U + 5U) << "icons of buttons, tabs and titles, the bold font, the brushes";
+        EXPECT_GE(sys.owned.size(), 2U + 7U + 1U + 5U)
+            << "icons of buttons, tabs and titles, the bold font, the brushes";
     });
     EXPECT_THAT(sys.owned, IsEmpty()) << "of " << sys.acquired;
 }

@@ -3,10 +3,11 @@
 from harness import NIM_MODIFY, every, wait_until
 from onscreen import DIALOG_CLASS, Picture, double_click_time, middle_of
 from settings_icons import COUNTERS, SettingsTest, network_row
+from settings_window import SETTINGS_ENTRY, TAB_BUTTONS
 from test_menu import MenuTest
 
 # The ids of the controls that the tests use.
-CPU_TAB, DISK_TAB, MEMORY_TAB, NETWORK_TAB, GENERAL_TAB = range(1300, 1305)
+CPU_TAB, DISK_TAB, MEMORY_TAB, NETWORK_TAB, GENERAL_TAB = TAB_BUTTONS.values()
 CPU_SHOW, DISK_SHOW, MEMORY_SHOW, NETWORK_SHOW = range(1051, 1055)
 CPU_BACK, CPU_REFRESH, CPU_SAMPLE = 1001, 1008, 1070
 CPU_OPACITY, CPU_MARGIN, CPU_LINES, CPU_TOPMOST = 1231, 1232, 1233, 1242
@@ -30,8 +31,6 @@ OK, CANCEL = 1, 2
 RED, GREEN, BLUE = 706, 707, 708
 
 LIST_CLASS = "ComboLBox"  # of a combo box that is dropped down
-
-SETTINGS_ENTRY = -3  # of the menu, from its end
 
 
 class SettingsDialogTest(MenuTest, SettingsTest):

@@ -110,14 +110,6 @@ class SettingsDialogControls : public SettingsDialogTest {
             places[GetDlgCtrlID(control)] = {PlaceOf(control), IsWindowVisible(control) != FALSE};
         return places;
     }
-    static void VisitEveryPage() {
-        for (const DialogTab& tab : DialogTabs)
-            Click(tab.button);
-        SendMessageW(Dialog(), WM_RETRANSLATE, 0, 0);
-        Click(IdCpuTab);
-        Click(IdCpuLines);
-        RedrawWindow(Dialog(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    }
     static DiskFacts Disk(std::uint32_t number, const wchar_t* model) {
         DiskFacts disk;
         disk.number = number;

@@ -1,44 +1,14 @@
 // The General page: starting with Windows, the check for updates, and saving both. The registry's two roots are the
 // test's own; that of the machine can be refused, and then the elevation is declined.
-#include <windows.h>
-// <windows.h> comes first.
-#include <shellapi.h>
-
 #include <array>
 #include <string>
 #include <vector>
 
 #include "settings/autostart_win32.h"
 #include "settings/ini_file_win32.h"
+#include "support/fake_elevation_win32.h"
 #include "support/fake_ini_writes_win32.h"
 #include "support/settings_dialog_world_win32.h"
-
-namespace {
-
-bool machineRefused = false;
-std::vector<HWND> promptOwners;
-std::function<void()> onPrompt;
-
-LSTATUS WINAPI CreateUnlessRefused(HKEY root, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
-                                   REGSAM access, LPSECURITY_ATTRIBUTES attributes, PHKEY key, LPDWORD disposition) {
-    static const auto real = REAL(L"advapi32", RegCreateKeyExW);
-    if (root == HKEY_LOCAL_MACHINE && machineRefused) return ERROR_ACCESS_DENIED;
-    return real(root, path, reserved, className, options, access, attributes, key, disposition);
-}
-
-BOOL WINAPI Decline(SHELLEXECUTEINFOW* info) {
-    promptOwners.push_back(info->hwnd);
-    if (onPrompt) onPrompt();
-    SetLastError(ERROR_CANCELLED);
-    return FALSE;
-}
-
-}  // namespace
-
-extern "C" {
-decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &CreateUnlessRefused;
-decltype(&ShellExecuteExW) __imp_ShellExecuteExW = &Decline;
-}
 
 namespace kestrane {
 namespace {

@@ -85,15 +85,6 @@ BOOL WINAPI StopTimer(HWND window, UINT_PTR id) {
 class SettingsDialogOwned : public SettingsDialogTest {
   protected:
     SettingsDialogOwned() { sys = {}; }
-
-    static void VisitEveryPage() {
-        for (const DialogTab& tab : DialogTabs)
-            Click(tab.button);
-        SendMessageW(Dialog(), WM_RETRANSLATE, 0, 0);
-        Click(IdCpuTab);
-        Click(IdCpuLines);
-        RedrawWindow(Dialog(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    }
 };
 
 TEST_F(SettingsDialogOwned, EverythingThatTheDialogOwnsIsFreed) {

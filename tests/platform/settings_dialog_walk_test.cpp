@@ -1,9 +1,5 @@
 // Random walks through the settings dialog beside a model of what it must do: after every step the live settings, the
 // file, the controls and what is enabled are compared. KESTRANE_WALK_SEED repeats the walk of a seed.
-#include <windows.h>
-// <windows.h> comes first.
-#include <shellapi.h>
-
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -15,33 +11,11 @@
 
 #include "dialog/dialog_messages_win32.h"
 #include "settings/ini_file_win32.h"
+#include "support/fake_elevation_win32.h"
 #include "support/fake_fonts_win32.h"
 #include "support/fake_ini_writes_win32.h"
 #include "support/settings_dialog_model.h"
 #include "support/settings_dialog_world_win32.h"
-
-namespace {
-
-bool machineRefused = false;
-
-LSTATUS WINAPI CreateUnlessRefused(HKEY root, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
-                                   REGSAM access, LPSECURITY_ATTRIBUTES attributes, PHKEY key, LPDWORD disposition) {
-    static const auto real = REAL(L"advapi32", RegCreateKeyExW);
-    if (root == HKEY_LOCAL_MACHINE && machineRefused) return ERROR_ACCESS_DENIED;
-    return real(root, path, reserved, className, options, access, attributes, key, disposition);
-}
-
-BOOL WINAPI Decline(SHELLEXECUTEINFOW*) {
-    SetLastError(ERROR_CANCELLED);
-    return FALSE;
-}
-
-}  // namespace
-
-extern "C" {
-decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &CreateUnlessRefused;
-decltype(&ShellExecuteExW) __imp_ShellExecuteExW = &Decline;
-}
 
 namespace kestrane {
 namespace {

@@ -157,13 +157,13 @@ struct SettingsDialogModel {
         ++told;
     }
 
-    /// False: a message. `machineRefused`: the machine's value can neither be written nor removed.
-    bool SaveGeneral(bool machineRefused, bool fileRefused) {
+    /// False: a message. `refusesMachine`: the machine's value can neither be written nor removed.
+    bool SaveGeneral(bool refusesMachine, bool fileRefused) {
         bool succeeded = true;
         if (const int wanted = WantedAutostart(); wanted != AutostartNow()) {
-            if (machineRefused && (machineAutostart || wanted == 2)) succeeded = false;
+            if (refusesMachine && (machineAutostart || wanted == 2)) succeeded = false;
             userAutostart = wanted == 1;
-            if (!machineRefused) machineAutostart = wanted == 2;
+            if (!refusesMachine) machineAutostart = wanted == 2;
         }
         knownAutostart = AutostartNow();
         if (live.check_updates != savedUpdates && !fileRefused) file.check_updates = live.check_updates;

@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "dialog/dialog_messages_win32.h"
 #include "dialog/dialog_panels.h"
 #include "dialog/settings_dialog_host.h"
 #include "dialog/settings_dialog_win32.h"
@@ -140,6 +141,16 @@ class SettingsDialogTest : public testing::Test {
         std::wstring text(1024, L'\0');
         text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), 1024)));
         return text;
+    }
+
+    /// Shows and paints all of the dialog at least once.
+    static void VisitEveryPage() {
+        for (const DialogTab& tab : DialogTabs)
+            Click(tab.button);
+        SendMessageW(Dialog(), WM_RETRANSLATE, 0, 0);
+        Click(IdCpuTab);
+        Click(IdCpuLines);
+        RedrawWindow(Dialog(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     }
 
     std::filesystem::path IniFile() const { return folder_.Path() / L"kestrane" / L"kestrane.ini"; }

@@ -74,6 +74,27 @@ TEST_F(SettingsDialogLanguage, EveryTextIsSetAnewOnTheSpot) {
     });
 }
 
+/// Each press of an arrow key is a choice, and the list stays open for the next.
+TEST_F(SettingsDialogLanguage, AListThatIsDroppedDownShowsAllItsChoicesInTheNewLanguage) {
+    WithDialog([this] {
+        Click(IdGeneralTab);
+        const HWND box = Control(IdLanguage);
+        SetFocus(box);
+        SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+        for (const Lang language : {LangSpanish, LangEnglish}) {
+            PostMessageW(box, WM_KEYDOWN, VK_DOWN, 1);
+            Pump();
+            EXPECT_EQ(settings.language, language);
+            EXPECT_TRUE(SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0));
+            EXPECT_EQ(SendMessageW(box, CB_GETCOUNT, 0, 0), 3);
+            EXPECT_EQ(SendMessageW(box, CB_GETCURSEL, 0, 0), static_cast<LRESULT>(language));
+        }
+        EXPECT_TRUE(IsShown(IdLanguage));
+        SendMessageW(box, CB_SHOWDROPDOWN, FALSE, 0);
+        EXPECT_EQ(TextOfWindow(box), L"English");
+    });
+}
+
 TEST_F(SettingsDialogLanguage, TheLanguageIsSavedAtOnceAndBelongsToNoPage) {
     WithDialog([this] {
         Click(IdCpuPerCore);

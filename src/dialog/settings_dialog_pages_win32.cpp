@@ -274,7 +274,7 @@ void SettingsDialog::ChooseWellColor(ColorKey key) {
     choose.rgbResult = SwapRedBlue(start);
     choose.lpCustColors = custom_colors_.data();
     choose.Flags = CC_RGBINIT | CC_FULLOPEN | CC_ANYCOLOR;
-    if (ChooseColorW(&choose) == FALSE) return;
+    if (ChooseColorW(&choose) == FALSE || closed_) return;
     SetWellColor(key, SwapRedBlue(choose.rgbResult));
 }
 

@@ -94,6 +94,7 @@ void SettingsDialog::Cancel() {
     // One page shown but not saved, another hidden and saved: together they would leave no icon to come back by. A file
     // that hides them all shows them all, too.
     if (std::ranges::count(settings_.show, true) == 0) settings_.show = defaults_.show;
+    closed_ = true;
     host_.OnSettingsChanged();
     EndDialog(window_, 0);
 }

@@ -137,6 +137,7 @@ class SettingsDialog {
 
     HWND window_ = nullptr;
     bool loading_ = false;  // the controls are being filled: their notifications are no edits
+    bool closed_ = false;   // what was not saved has been put back, though a nested loop may keep the window
     SettingsTab tab_ = SettingsTab::Cpu;
     SavedGeneral saved_general_;
 

@@ -80,6 +80,18 @@ TEST_F(SettingsDialogWells, ACancelledColorDialogChangesNothing) {
     });
 }
 
+/// Another program can ask it to close, though the user cannot while the colour dialog is open.
+TEST_F(SettingsDialogWells, AColorThatIsChosenAfterTheDialogHasClosedIsNotTaken) {
+    dialogWorld.chosenColor = OrangeOfWindows;
+    dialogWorld.onColorDialog = [] { SendMessageW(Dialog(), WM_CLOSE, 0, 0); };
+    WithDialog([this] {
+        Click(IdCpuBg);
+        EXPECT_FALSE(IsOpen());
+        EXPECT_EQ(settings, MakeDefaultSettings());
+        EXPECT_EQ(host.changes, 1) << "that of closing";
+    });
+}
+
 TEST_F(SettingsDialogWells, CustomColorsLastAsLongAsTheDialog) {
     WithDialog([] {
         Click(IdCpuBg);

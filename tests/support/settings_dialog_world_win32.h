@@ -63,6 +63,7 @@ struct DialogWorld {
     std::function<void()> onBox;          // what happens while a message box is open
     std::optional<COLORREF> chosenColor;  // none: the user cancels the colour dialog
     std::vector<CHOOSECOLORW> colorDialogs;
+    std::function<void()> onColorDialog;  // what happens while the colour dialog is open
 };
 inline DialogWorld dialogWorld;
 
@@ -74,6 +75,7 @@ inline int WINAPI RecordMessageBox(HWND, LPCWSTR text, LPCWSTR title, UINT type)
 
 inline BOOL WINAPI AnswerColorDialog(LPCHOOSECOLORW choose) {
     dialogWorld.colorDialogs.push_back(*choose);
+    if (dialogWorld.onColorDialog) dialogWorld.onColorDialog();
     if (!dialogWorld.chosenColor) return FALSE;
     choose->rgbResult = *dialogWorld.chosenColor;
     return TRUE;

@@ -94,9 +94,10 @@ void SettingsDialog::FillDisks() {
         Tick(DiskBoxId(i), IsDiskTicked(settings_, boxes[i].number));
 }
 
-/// The keyboard's place in the list stays.
+/// The list stays where it was scrolled to, and so does the keyboard's place in it.
 void SettingsDialog::FillInterfaceList() {
     const HWND list = Control(IdInterfaces);
+    const LRESULT top = SendMessageW(list, LB_GETTOPINDEX, 0, 0);
     const LRESULT caret = SendMessageW(list, LB_GETCARETINDEX, 0, 0);
     const auto count = static_cast<LRESULT>(ListedItems(interfaces_));
     SendMessageW(list, LB_RESETCONTENT, 0, 0);
@@ -104,7 +105,9 @@ void SettingsDialog::FillInterfaceList() {
         const std::wstring name = InterfaceItemAt(interfaces_, static_cast<std::size_t>(i)).name;
         SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
     }
-    SendMessageW(list, LB_SETCARETINDEX, static_cast<WPARAM>(std::clamp<LRESULT>(caret, 0, count - 1)), FALSE);
+    const auto listed = [count](LRESULT item) { return static_cast<WPARAM>(std::clamp<LRESULT>(item, 0, count - 1)); };
+    SendMessageW(list, LB_SETTOPINDEX, listed(top), 0);
+    SendMessageW(list, LB_SETCARETINDEX, listed(caret), FALSE);
 }
 
 // The settings, as the user edits the controls.

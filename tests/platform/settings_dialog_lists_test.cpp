@@ -136,6 +136,22 @@ TEST_F(SettingsDialogLists, HundredsOfInterfacesCanBeChosen) {
     });
 }
 
+/// So that a second click in the same place meets the same interface.
+TEST_F(SettingsDialogLists, AScrolledListStaysWhereItIs) {
+    for (std::uint64_t i = 1; i <= 30; ++i)
+        host.interfaces.push_back(Interface(i, L"Interface " + std::to_wstring(i)));
+    WithDialog([] {
+        Click(IdNetTab);
+        Toggle(0);
+        const HWND list = Control(IdInterfaces);
+        SendMessageW(list, LB_SETTOPINDEX, 10, 0);
+        SendMessageW(list, LB_SETCARETINDEX, 11, FALSE);
+        Toggle(11);
+        EXPECT_EQ(SendMessageW(list, LB_GETTOPINDEX, 0, 0), 10);
+        EXPECT_EQ(SendMessageW(list, LB_GETCARETINDEX, 0, 0), 11);
+    });
+}
+
 TEST_F(SettingsDialogLists, AMissingInterfaceIsNotForgottenAndStandsBehindTheOthers) {
     host.interfaces = {Interface(1, L"Ethernet"), Interface(2, L"Wi-Fi")};
     Choose({99, 2}, {L"Dock", L"Wi-Fi"});

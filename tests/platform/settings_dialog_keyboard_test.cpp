@@ -160,6 +160,31 @@ TEST_F(SettingsDialogKeyboard, StaysOnTheSwitchThatDisablesThePage) {
     });
 }
 
+TEST_F(SettingsDialogKeyboard, EscClosesAnOpenListBeforeTheDialog) {
+    WithDialog([] {
+        FocusOn(IdCpuRefresh);
+        SendMessageW(Control(IdCpuRefresh), CB_SHOWDROPDOWN, TRUE, 0);
+        Press(VK_ESCAPE);
+        EXPECT_FALSE(SendMessageW(Control(IdCpuRefresh), CB_GETDROPPEDSTATE, 0, 0));
+        EXPECT_TRUE(IsOpen());
+        Press(VK_ESCAPE);
+        EXPECT_FALSE(IsOpen());
+    });
+}
+
+TEST_F(SettingsDialogKeyboard, ClosingWhileAListIsOpenDoesNoHarm) {
+    WithDialog([this] {
+        FocusOn(IdCpuRefresh);
+        SendMessageW(Control(IdCpuRefresh), CB_SHOWDROPDOWN, TRUE, 0);
+        PostMessageW(Control(IdCpuRefresh), WM_KEYDOWN, VK_DOWN, 1);
+        Pump();
+        EXPECT_NE(settings, MakeDefaultSettings());
+        SendMessageW(Dialog(), WM_SYSCOMMAND, SC_CLOSE, 0);
+        EXPECT_FALSE(IsOpen());
+    });
+    EXPECT_EQ(settings, MakeDefaultSettings());
+}
+
 /// Aids for the disabled press buttons without giving them the focus.
 TEST_F(SettingsDialogKeyboard, IsNotLostWithAControlThatIsHiddenOrDisabled) {
     GraphSettingsOf(settings, GraphKind::Cpu).style = 1;

@@ -1,5 +1,9 @@
 #include "dialog/interface_list_win32.h"
 
+#include <windowsx.h>
+
+#include <optional>
+
 #include "dialog/dialog_messages_win32.h"
 
 namespace kestrane {
@@ -16,16 +20,26 @@ void PostToggle(HWND list, LRESULT item) {
     PostMessageW(GetParent(list), WM_TOGGLE_INTERFACE, static_cast<WPARAM>(item), 0);
 }
 
-void OnClick(HWND list, LPARAM position) {
-    SetFocus(list);
+/// None below the last item, for which the list may answer with the nearest one: it only promises to say whether the
+/// point is in its client area.
+std::optional<WORD> ItemAt(HWND list, LPARAM position) {
     const LRESULT found = SendMessageW(list, LB_ITEMFROMPOINT, 0, position);
     const bool outside = HIWORD(found) != 0;
-    if (outside) return;
-    const WORD item = LOWORD(found);
+    RECT rect{};
+    if (outside || SendMessageW(list, LB_GETITEMRECT, LOWORD(found), reinterpret_cast<LPARAM>(&rect)) == LB_ERR)
+        return {};
+    const bool isOnItem = PtInRect(&rect, {GET_X_LPARAM(position), GET_Y_LPARAM(position)}) != FALSE;
+    return isOnItem ? std::optional(LOWORD(found)) : std::nullopt;
+}
+
+void OnClick(HWND list, LPARAM position) {
+    SetFocus(list);
+    const auto item = ItemAt(list, position);
+    if (!item) return;
     // The arrow keys select, and the caret of a list for one selection moves only while nothing is selected.
     SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-    SendMessageW(list, LB_SETCARETINDEX, item, FALSE);
-    PostToggle(list, item);
+    SendMessageW(list, LB_SETCARETINDEX, *item, FALSE);
+    PostToggle(list, *item);
 }
 
 void Unsubclass(HWND list, WNDPROC old) {

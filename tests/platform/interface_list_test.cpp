@@ -21,9 +21,16 @@ constexpr int ItemHeight = 20;
 /// What reached the list box's own procedure.
 std::vector<UINT> reached;
 
+/// The list answers with the nearest item to a point in its client area, which is all that its documentation promises.
+bool findsTheNearest = false;
+
 LRESULT CALLBACK OwnProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     static const auto real = reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC));
     reached.push_back(message);
+    if (message == LB_ITEMFROMPOINT && findsTheNearest) {
+        const LRESULT found = CallWindowProcW(real, window, message, wParam, lParam);
+        return MAKELRESULT(LOWORD(found), 0);
+    }
     return CallWindowProcW(real, window, message, wParam, lParam);
 }
 
@@ -125,15 +132,22 @@ TEST_F(InterfaceList, AScrolledItemIsFoundWhereItStands) {
 
 TEST_F(InterfaceList, AClickBelowTheLastItemDoesNothingButTakeTheFocus) {
     SendMessageW(list_, LB_SETCARETINDEX, 0, FALSE);
-    for (const UINT click : {UINT{WM_LBUTTONDOWN}, UINT{WM_LBUTTONDBLCLK}}) {
-        SetFocus(parent_);
-        reached.clear();
-        EXPECT_EQ(SendMessageW(list_, click, MK_LBUTTON, At(50, 3 * ItemHeight + 5)), 0);
-        EXPECT_THAT(Toggled(), IsEmpty());
-        EXPECT_EQ(Caret(), 0);
-        EXPECT_EQ(GetFocus(), list_);
-        EXPECT_THAT(reached, testing::Not(testing::Contains(click)));
+    for (const bool nearest : {false, true}) {
+        findsTheNearest = nearest;
+        for (const UINT click : {UINT{WM_LBUTTONDOWN}, UINT{WM_LBUTTONDBLCLK}}) {
+            SetFocus(parent_);
+            reached.clear();
+            EXPECT_EQ(SendMessageW(list_, click, MK_LBUTTON, At(50, 3 * ItemHeight + 5)), 0);
+            EXPECT_THAT(Toggled(), IsEmpty());
+            EXPECT_EQ(Caret(), 0);
+            EXPECT_EQ(GetFocus(), list_);
+            EXPECT_THAT(reached, testing::Not(testing::Contains(click)));
+        }
     }
+    findsTheNearest = false;
+    SendMessageW(list_, LB_RESETCONTENT, 0, 0);
+    SendMessageW(list_, WM_LBUTTONDOWN, MK_LBUTTON, At(50, 5));
+    EXPECT_THAT(Toggled(), IsEmpty()) << "nor does one on an empty list";
 }
 
 TEST_F(InterfaceList, OtherMessagesReachItsOwnProcedure) {

@@ -301,6 +301,15 @@ TEST_F(SettingsDialogEdits, NewThresholdsShowOnTheSampleIcons) {
         Type(IdThreshold2, L"2");
         EXPECT_NE(picture(), before) << "a sample of level 1 shows 1 % now";
     });
+    settings = MakeDefaultSettings();
+    WithDialog([&] {
+        Show(SettingsTab::Memory);
+        Type(IdThreshold1, L"1");
+        Type(IdThreshold2, L"2");
+        const auto low = picture();
+        Click(IdMemRestore);
+        EXPECT_NE(picture(), low) << "restoring brings the old levels back to the samples, too";
+    });
 }
 
 TEST_F(SettingsDialogEdits, TheStyleShowsAndHidesWhatOnlyLinesHave) {
@@ -314,6 +323,9 @@ TEST_F(SettingsDialogEdits, TheStyleShowsAndHidesWhatOnlyLinesHave) {
                 EXPECT_EQ(IsShown(panel.smoothing), lines);
                 EXPECT_EQ(IsShown(panel.fill), lines);
             }
+            Click(panel.lines);
+            Click(DialogTabs[IndexOf(panel.tab)].restore);
+            EXPECT_EQ(IsShown(panel.smoothing), IsTicked(panel.lines)) << "restored";
         }
     });
 }

@@ -27,6 +27,14 @@ std::wstring DiskText(const DiskFacts& disk) {
     return FormatInteger(disk.number) + L"  " + disk.model;
 }
 
+/// As a button's caption, in which a single "&" would underline the next letter and make it the button's key.
+std::wstring CaptionOf(const std::wstring& text) {
+    std::wstring caption;
+    for (const wchar_t character : text)
+        caption.append(character == L'&' ? 2 : 1, character);
+    return caption;
+}
+
 }  // namespace
 
 void DialogControls::Create(HWND dialog, const DialogFonts& fonts, const std::vector<DiskFacts>& disks) {
@@ -70,7 +78,7 @@ void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
     const DiskBoxes boxes = FlowDisks();
     HWND previous = LastOfGroup(DiskListGroup);
     for (std::size_t i = 0; i < boxes.rows.size(); ++i) {
-        const HWND box = AddRow(boxes.rows[i], disk_texts_[i].c_str());
+        const HWND box = AddRow(boxes.rows[i], CaptionOf(disk_texts_[i]).c_str());
         if (box == nullptr) continue;
         // The Tab key follows the order of the windows, which is that of their creation until it is changed.
         SetWindowPos(box, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);

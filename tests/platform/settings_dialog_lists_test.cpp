@@ -276,6 +276,12 @@ TEST_F(SettingsDialogLists, ADiskIsNamedWithItsNumberHoweverLongItsName) {
     });
 }
 
+/// A single one would underline the next letter, which would then tick the box.
+TEST_F(SettingsDialogLists, AnAmpersandInTheNameOfADiskIsShown) {
+    host.disks = {Disk(0, L"A&B & C")};
+    WithDialog([] { EXPECT_EQ(TextOfWindow(Control(DiskBox(0))), L"0  A&&B && C"); });
+}
+
 TEST_F(SettingsDialogLists, TheBoxesOfTheDisksAreOneChoice) {
     host.disks = {Disk(0, L"a"), Disk(5, L"b"), Disk(7, L"c")};
     WithDialog([this] {

@@ -202,8 +202,10 @@ TEST_F(SettingsDialogWells, EachSwitchHidesAndShowsItsIcon) {
 
 TEST_F(SettingsDialogWells, TheSecondClickOfADoubleClickCounts) {
     WithDialog([this] {
+        PaintAll();
         Notify(IdCpuShow, BN_DOUBLECLICKED);
         EXPECT_FALSE(settings.show[0]);
+        EXPECT_TRUE(NeedsPaint(IdCpuShow)) << "painted again by the dialog, not for having been pressed";
         for (const UINT code : {1U, UINT{BN_SETFOCUS}, UINT{BN_KILLFOCUS}})
             Notify(IdCpuShow, code);
         EXPECT_FALSE(settings.show[0]);

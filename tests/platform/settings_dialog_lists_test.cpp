@@ -145,8 +145,10 @@ TEST_F(SettingsDialogLists, AScrolledListStaysWhereItIs) {
         Toggle(0);
         const HWND list = Control(IdInterfaces);
         SendMessageW(list, LB_SETTOPINDEX, 10, 0);
-        SendMessageW(list, LB_SETCARETINDEX, 11, FALSE);
-        Toggle(11);
+        RECT item{};
+        SendMessageW(list, LB_GETITEMRECT, 11, reinterpret_cast<LPARAM>(&item));
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(item.left + 1, item.top + 1));
+        Pump();
         EXPECT_EQ(SendMessageW(list, LB_GETTOPINDEX, 0, 0), 10);
         EXPECT_EQ(SendMessageW(list, LB_GETCARETINDEX, 0, 0), 11);
     });

@@ -151,14 +151,15 @@ void DialogControls::PlaceRow(ControlRow& control, const GroupLayout& layout, co
                               std::vector<Move>& moves) {
     const std::uint32_t dpi = GetDpiForWindow(dialog_);
     const ControlPlace place = PlaceControl(control.row, layout, heights);
+    // A control that stays hidden is placed when it is shown: most are on other pages than the first.
+    if (!place.shown && !control.last_visible) return;
     Rect rect = ToPixels(place.rect);
     control.frame = place.frame == Rect{} ? Rect{} : ToPixels(place.frame);
     if (control.row.type == ControlType::BoxTitle)
         rect = BoxTitleRect(rect, TextWidth(fonts_.bold, Tr(TextOf(control.row))), dpi);
     if (control.row.type == ControlType::TabIcon) rect = TabIconRect(rect, dpi);
 
-    if (control.placed && control.rect == rect && control.last_visible == place.shown) return;
-    control.placed = true;
+    if (control.rect == rect && control.last_visible == place.shown) return;
     control.rect = rect;
     control.last_visible = place.shown;
     moves.push_back({control.window, rect, static_cast<UINT>(place.shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW)});

@@ -24,7 +24,6 @@ struct ControlRow {
     HWND window;
     Rect rect{};  // where it was placed last, in pixels
     bool last_visible = false;
-    bool placed = false;
     Rect frame{};  // pixels; of a box title that is shown
 };
 

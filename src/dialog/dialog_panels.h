@@ -110,6 +110,10 @@ constexpr std::optional<ColorKey> ColorOfWell(std::int32_t id) {
     return std::nullopt;
 }
 
+/// The sampling periods, by MetricKind.
+inline constexpr std::array<ControlId, MetricCount> RefreshCombos{IdCpuRefresh, IdDiskRefresh, IdMemRefresh,
+                                                                  IdNetRefresh};
+
 /// The number fields of the memory icon's levels, in ascending order.
 inline constexpr std::array<ControlId, 3> ThresholdFields{IdThreshold1, IdThreshold2, IdThreshold3};
 

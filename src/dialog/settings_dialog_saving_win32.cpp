@@ -42,7 +42,7 @@ void SettingsDialog::SavePage(SettingsTab tab) {
     if (tab == SettingsTab::General) return SaveGeneral();
     if (tab == SettingsTab::Memory && !StoreThresholds()) {
         Tell(L"Los umbrales de memoria deben ser números entre 1 y 100, de menor a mayor.", MB_ICONWARNING);
-        SetFocus(Control(IdThreshold1));
+        SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(IdThreshold1)), TRUE);
         return;
     }
     if (!SaveSettingsTab(settings_, tab)) {

@@ -73,11 +73,14 @@ class SettingsDialog {
     void MeasureHardware(SettingsTab tab);
     void Retranslate();
 
-    // The pages: controls from the settings, settings from the controls (settings_dialog_pages_win32.cpp).
+    // The controls, as the settings say (settings_dialog_filling_win32.cpp).
     void FillControls();
     void FillGraphPanel(GraphKind kind);
     void FillDisks();
     void FillInterfaceList();
+    std::vector<DiskBox> ShownDisks() const;
+
+    // The settings, as the user edits the controls (settings_dialog_edits_win32.cpp).
     void OnCommand(std::int32_t id, UINT code);
     bool OnPageButton(std::int32_t id, UINT code);
     bool OnGraphControl(std::int32_t id, UINT code);
@@ -92,7 +95,6 @@ class SettingsDialog {
     void ChangeLanguage();
     bool StoreThresholds();
     FontEdit ShownFont(ControlId font, ControlId size, ControlId bold) const;
-    std::vector<DiskBox> ShownDisks() const;
     void AfterEdit();
 
     // Saving, restoring, closing (settings_dialog_saving_win32.cpp).

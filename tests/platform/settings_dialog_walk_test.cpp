@@ -21,7 +21,6 @@ namespace kestrane {
 namespace {
 
 constexpr int StepsOfAWalk = 400;
-constexpr std::array<ControlId, 4> RefreshCombos{IdCpuRefresh, IdDiskRefresh, IdMemRefresh, IdNetRefresh};
 
 class SettingsDialogWalk : public SettingsDialogTest {
   protected:

@@ -1,6 +1,5 @@
-// The pages of the settings dialog: the controls as the settings say, and the settings as the user edits the controls.
-// Message boxes and the colour dialog run nested loops, in which the program can end; nothing that follows them depends
-// on the window still being there.
+// The settings, as the user edits the controls of the settings dialog. Message boxes and the colour dialog run nested
+// loops, in which the program can end; nothing that follows them depends on the window still being there.
 #include "dialog/settings_dialog_win32.h"
 
 #include <commdlg.h>
@@ -18,19 +17,6 @@
 namespace kestrane {
 namespace {
 
-struct PeriodCombo {
-    MetricKind metric;
-    ControlId combo;
-};
-constexpr std::array<PeriodCombo, MetricCount> PeriodCombos{{{MetricKind::Cpu, IdCpuRefresh},
-                                                             {MetricKind::Disk, IdDiskRefresh},
-                                                             {MetricKind::Memory, IdMemRefresh},
-                                                             {MetricKind::Network, IdNetRefresh}}};
-
-constexpr std::int32_t DiskBoxId(std::size_t index) {
-    return IdFirstDisk + static_cast<std::int32_t>(index);
-}
-
 bool IsDiskBox(std::int32_t id) {
     return id == IdAllDisks || (id >= IdFirstDisk && id <= IdLastDisk);
 }
@@ -40,8 +26,8 @@ bool IsFontControl(std::int32_t id, UINT code) {
            (code == BN_CLICKED || code == CBN_SELCHANGE);
 }
 
-bool IsPeriodCombo(std::int32_t id) {
-    return std::ranges::any_of(PeriodCombos, [id](const PeriodCombo& row) { return row.combo == id; });
+bool IsRefreshCombo(std::int32_t id) {
+    return std::ranges::find(RefreshCombos, id) != RefreshCombos.end();
 }
 
 bool IsThresholdField(std::int32_t id) {
@@ -49,68 +35,6 @@ bool IsThresholdField(std::int32_t id) {
 }
 
 }  // namespace
-
-// The controls, as the settings say.
-
-void SettingsDialog::FillControls() {
-    const Filling filling(*this);
-    combos_->ChooseFontName(IdMemFont, settings_.font_name);
-    combos_->Choose(IdMemFontSize, FontSizeChoiceIndex(settings_.font_size));
-    Tick(IdMemFontBold, settings_.font_bold);
-    Tick(IdMemBar, settings_.bar);
-    for (const auto& [metric, combo] : PeriodCombos)
-        combos_->Choose(combo, static_cast<std::int32_t>(RefreshIndex(settings_.refresh_ms[IndexOf(metric)])));
-    for (const GraphKind kind : GraphKinds)
-        FillGraphPanel(kind);
-    Tick(IdCpuPerCore, settings_.per_core);
-    Tick(IdDiskActivity, settings_.activity);
-    FillDisks();
-    for (std::size_t i = 0; i < ThresholdFields.size(); ++i)
-        SetDlgItemInt(window_, ThresholdFields[i], static_cast<UINT>(settings_.thresholds[i]), FALSE);
-    for (const ControlId well : ColorWells)
-        InvalidateControl(well);
-    interfaces_ = BuildInterfaceChoice(settings_, host_.ListInterfaces());
-    FillInterfaceList();
-}
-
-void SettingsDialog::FillGraphPanel(GraphKind kind) {
-    const GraphPanel& panel = GraphPanels[IndexOf(kind)];
-    const GraphSettings& graph = GraphSettingsOf(settings_, kind);
-    combos_->ChooseFontName(panel.font, graph.font_name);
-    combos_->Choose(panel.size, FontSizeChoiceIndex(graph.font_size));
-    Tick(panel.bold, graph.font_bold);
-    combos_->Choose(panel.opacity, static_cast<std::int32_t>(OpacityIndex(graph.opacity)));
-    combos_->Choose(panel.margin, graph.margin);
-    combos_->Choose(panel.smoothing, graph.smoothing);
-    Tick(panel.lines, graph.style == 1);
-    combos_->Choose(panel.fill, static_cast<std::int32_t>(FillIndex(graph.fill)));
-    Tick(panel.topmost, graph.topmost);
-}
-
-void SettingsDialog::FillDisks() {
-    Tick(IdAllDisks, settings_.disks.empty());
-    const std::vector<DiskBox> boxes = ShownDisks();
-    for (std::size_t i = 0; i < boxes.size(); ++i)
-        Tick(DiskBoxId(i), IsDiskTicked(settings_, boxes[i].number));
-}
-
-/// The list stays where it was scrolled to, and so does the keyboard's place in it.
-void SettingsDialog::FillInterfaceList() {
-    const HWND list = Control(IdInterfaces);
-    const LRESULT top = SendMessageW(list, LB_GETTOPINDEX, 0, 0);
-    const LRESULT caret = SendMessageW(list, LB_GETCARETINDEX, 0, 0);
-    const auto count = static_cast<LRESULT>(ListedItems(interfaces_));
-    SendMessageW(list, LB_RESETCONTENT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        const std::wstring name = InterfaceItemAt(interfaces_, static_cast<std::size_t>(i)).name;
-        SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
-    }
-    const auto listed = [count](LRESULT item) { return static_cast<WPARAM>(std::clamp<LRESULT>(item, 0, count - 1)); };
-    SendMessageW(list, LB_SETTOPINDEX, listed(top), 0);
-    SendMessageW(list, LB_SETCARETINDEX, listed(caret), FALSE);
-}
-
-// The settings, as the user edits the controls.
 
 void SettingsDialog::OnCommand(std::int32_t id, UINT code) {
     if (const auto key = ColorOfWell(id)) {
@@ -204,9 +128,9 @@ void SettingsDialog::OnOtherControl(std::int32_t id, UINT code) {
     } else if (IsFontControl(id, code)) {
         ApplyFont(ShownFont(IdMemFont, IdMemFontSize, IdMemFontBold), settings_.font_name, settings_.font_size,
                   settings_.font_bold);
-    } else if (IsPeriodCombo(id) && code == CBN_SELCHANGE) {
-        for (const auto& [metric, combo] : PeriodCombos)
-            ApplyPeriod(settings_, metric, combos_->Chosen(combo));
+    } else if (IsRefreshCombo(id) && code == CBN_SELCHANGE) {
+        for (const MetricKind metric : MetricKinds)
+            ApplyPeriod(settings_, metric, combos_->Chosen(RefreshCombos[IndexOf(metric)]));
     } else if (IsThresholdField(id) && code == EN_CHANGE) {
         if (!StoreThresholds()) return;
         GenerateSamples(samples_, settings_.thresholds);
@@ -255,15 +179,6 @@ bool SettingsDialog::StoreThresholds() {
 
 FontEdit SettingsDialog::ShownFont(ControlId font, ControlId size, ControlId bold) const {
     return {combos_->ChosenFontName(font), combos_->Chosen(size), IsTicked(bold)};
-}
-
-std::vector<DiskBox> SettingsDialog::ShownDisks() const {
-    std::vector<DiskBox> boxes;
-    for (const DiskFacts& disk : host_.FixedDisks()) {
-        if (boxes.size() == MaxDiskBoxes) break;
-        boxes.push_back({static_cast<std::int32_t>(disk.number), IsTicked(DiskBoxId(boxes.size()))});
-    }
-    return boxes;
 }
 
 /// A left click on a colour well. A transparent colour starts from its default.

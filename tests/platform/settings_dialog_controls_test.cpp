@@ -84,7 +84,10 @@ const std::wstring ControlFailed = L"kestrane: no se pudo crear un control del d
 
 class SettingsDialogControls : public SettingsDialogTest {
   protected:
-    SettingsDialogControls() { sys = {}; }
+    SettingsDialogControls() {
+        sys = {};
+        opensAllPages = false;
+    }
 
     static Rect PlaceOf(HWND control) {
         RECT rect{};

@@ -99,6 +99,7 @@ TEST_F(SettingsDialogKeyboard, TabReachesAllThatCanBeUsedInTheOrderOfReading) {
 }
 
 TEST_F(SettingsDialogKeyboard, StartsAtTheBeginningOfThePage) {
+    opensAllPages = false;
     WithDialog([] {
         EXPECT_EQ(Focus(), IdCpuShow);
         EXPECT_EQ(GetActiveWindow(), Dialog());

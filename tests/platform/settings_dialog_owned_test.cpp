@@ -150,6 +150,7 @@ TEST_F(SettingsDialogOwned, AnswerWithTheirColours) {
 }
 
 TEST_F(SettingsDialogOwned, AreRedrawnAfterAnEditIfTheSystemsColoursHaveChanged) {
+    opensAllPages = false;
     WithDialog([] {
         const auto isToBePainted = [](std::int32_t id) { return GetUpdateRect(Control(id), nullptr, FALSE) != FALSE; };
         Pump();

@@ -23,6 +23,12 @@ constexpr std::int32_t ComboFrame = 2 * 4;
 
 class SettingsDialogTexts : public SettingsDialogTest {
   protected:
+    /// With every control in its place, those that only lines have, too.
+    SettingsDialogTexts() {
+        for (const GraphKind kind : GraphKinds)
+            GraphSettingsOf(settings, kind).style = 1;
+    }
+
     /// Runs `body` with the dialog open in each language.
     void InBothLanguages(const std::function<void()>& body) {
         for (const std::uint32_t language : {ActiveSpanish, ActiveEnglish}) {

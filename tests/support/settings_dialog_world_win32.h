@@ -9,6 +9,7 @@
 #include <objbase.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -23,6 +24,7 @@
 #include "dialog/dialog_panels.h"
 #include "dialog/settings_dialog_host.h"
 #include "dialog/settings_dialog_win32.h"
+#include "settings/ini_file_win32.h"
 #include "support/own_registry_win32.h"
 #include "support/real_call_win32.h"
 #include "support/recorded_log.h"
@@ -165,13 +167,24 @@ class SettingsDialogTest : public testing::Test {
 
     AppSettings settings = MakeDefaultSettings();
     DialogHostWorld host;
+    /// Before the body, so that it can use the controls of any page: they are placed when their page is first shown.
+    bool opensAllPages = true;
     Point anchor{1000, 700};
     HWND owner = nullptr;
 
   private:
+    static void OpenAllPages() {
+        const auto open = [](const DialogTab& tab) {
+            SendMessageW(Dialog(), WM_COMMAND, MAKEWPARAM(tab.button, BN_CLICKED), 0);
+        };
+        std::ranges::for_each(DialogTabs, open);
+        open(DialogTabs[IndexOf(TabOfNumber(LoadDialogState().tab))]);
+    }
+
     static void CALLBACK RunBody(HWND, UINT, UINT_PTR timer, DWORD) {
         if (!current_->body_ || Dialog() == nullptr || !IsWindowVisible(Dialog())) return;
         KillTimer(nullptr, timer);
+        if (current_->opensAllPages) OpenAllPages();
         std::exchange(current_->body_, nullptr)();
         if (IsOpen()) SendMessageW(Dialog(), WM_CLOSE, 0, 0);
     }

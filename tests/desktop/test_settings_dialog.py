@@ -101,10 +101,14 @@ class BesideTheDialog(SettingsDialogTest):
         ways.append(lambda: self.click(*middle_of(self.CPU_PLACE), button=RIGHT_BUTTON))
         for way in ways:
             self.assertTrue(self.neighbour.ask("front"))
-            way()
-            wait_until(lambda: self.neighbour.ask("foreground") == DIALOG_CLASS, "the dialog in front", 30)
+            wait_until(lambda: self.is_in_front_after(way), "the dialog in front", 30)
             self.assertEqual(self.neighbour.windows(MENU_CLASS), [])
         self.assertEqual([window.rect for window in self.neighbour.windows(DIALOG_CLASS)], [place])
+
+    def is_in_front_after(self, way):
+        """To be asked again: the screen's late news of the neighbour's focus can bring the neighbour back."""
+        way()
+        return self.neighbour.ask("foreground") == DIALOG_CLASS
 
     def test_graphs_open_and_move_but_the_disk_graph_keeps_its_view(self):
         self.start_with("cpu", "disk")

@@ -122,7 +122,7 @@ class Colors(EditTest):
         self.open_settings()
         back = DEFAULTS["cpu_bg"].to_bytes(3, "big") * 2
         shown = lambda: self.sample(CPU_SAMPLE)[0]
-        self.assertIn(back, shown())
+        wait_until(lambda: back in shown(), "the painted sample", 30)
         self.use(CPU_BACK, RIGHT_BUTTON)
         wait_until(lambda: back not in shown(), "the taskbar through the sample", 30)
 

@@ -31,11 +31,16 @@ inline std::int32_t TextWidth(HDC dc, const std::wstring& text) {
     return size.cx;
 }
 
-/// The same in `font`, on the screen.
+/// The same in `font`.
+inline std::int32_t TextWidth(HDC dc, HFONT font, const std::wstring& text) {
+    const SelectedObject selected(dc, font);
+    return TextWidth(dc, text);
+}
+
+/// The same on the screen.
 inline std::int32_t TextWidth(HFONT font, const std::wstring& text) {
     const ScreenDc screen;
-    const SelectedObject selected(screen.Get(), font);
-    return TextWidth(screen.Get(), text);
+    return TextWidth(screen.Get(), font, text);
 }
 
 }  // namespace kestrane

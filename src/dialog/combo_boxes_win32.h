@@ -28,8 +28,7 @@ class ComboBoxes {
     /// Fills a box before it drops down. Its choice stays.
     void OnDropDown(std::int32_t id);
 
-    /// The language has changed: every list is emptied again but for its choice, unless it is
-    /// dropped down.
+    /// The language has changed: every list is emptied again but for its choice, unless it is dropped down.
     void Retranslate();
 
   private:

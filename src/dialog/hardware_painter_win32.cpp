@@ -20,17 +20,12 @@ constexpr ColorValue White = 0xFFFFFF;
 
 constexpr UINT Wrapped = DT_WORDBREAK | DT_NOPREFIX;
 
-std::int32_t TextWidthIn(HDC dc, HFONT font, const std::wstring& text) {
-    const SelectedObject selected(dc, font);
-    return TextWidth(dc, text);
-}
-
 std::wstring BadgeText(const HardwareRow& row) {
     return row.badge >= 0 ? FormatInteger(row.badge) : std::wstring();
 }
 
 HardwareTextWidths MeasureTexts(HDC dc, const HardwareRow& row, const DialogFonts& fonts) {
-    return {TextWidthIn(dc, fonts.regular, BadgeText(row)), TextWidthIn(dc, fonts.bold, row.value)};
+    return {TextWidth(dc, fonts.regular, BadgeText(row)), TextWidth(dc, fonts.bold, row.value)};
 }
 
 /// The height of a note that wraps within `rect`, 0 for an empty one.

@@ -1,6 +1,6 @@
 #pragma once
-// Where the parts of the owner-drawn controls stand: tab buttons, switches, section titles and the list of
-// interfaces. All in pixels.
+// Where the parts of the owner-drawn controls stand: tab buttons, switches, section titles and the list of interfaces.
+// All in pixels.
 #include <cstdint>
 
 #include "base/geometry.h"

@@ -7,7 +7,7 @@
 #include "app/menu_images_win32.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "dialog/settings_dialog_win32.h"
 #include "settings/ini_file_win32.h"
 #include "settings/task_manager_win32.h"

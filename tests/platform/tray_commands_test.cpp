@@ -16,7 +16,7 @@
 #include "app/timers.h"
 #include "app/tray_events.h"
 #include "app/tray_menu.h"
-#include "app/version.h"
+#include "base/version.h"
 #include "dialog/settings_dialog_win32.h"
 #include "graph/graph_painter_win32.h"
 #include "settings/ini_file_win32.h"

@@ -38,4 +38,15 @@ std::wstring WidenBytes(std::string_view bytes) {
     return text;
 }
 
+std::string HexText(ByteSpan bytes) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const std::uint8_t byte : bytes) {
+        text += Digits[byte / 16];
+        text += Digits[byte % 16];
+    }
+    return text;
+}
+
 }  // namespace kestrane

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/byte_reader.h"
+
 namespace kestrane {
 
 /// `text` without leading and trailing spaces and tabs. Other control characters stay.
@@ -29,5 +31,8 @@ constexpr std::int32_t HexDigitValue(wchar_t c) {
 
 /// Each byte as the character with the same code, 0 to 255.
 std::wstring WidenBytes(std::string_view bytes);
+
+/// Two lower-case hexadecimal digits for each byte.
+std::string HexText(ByteSpan bytes);
 
 }  // namespace kestrane

@@ -6,6 +6,7 @@
 
 #include <ws2ipdef.h>
 
+#include <bcrypt.h>
 #include <iphlpapi.h>
 #include <pdh.h>
 
@@ -74,7 +75,7 @@ struct StandIn<Function> {
 
 /// Calls a function of `dll` on a system without the DLL, on one whose DLL lacks the function, and twice on one that
 /// has it; all but the last call look it up, and the arguments arrive.
-template <auto Function, typename... Arguments>
+template <auto Function, int Missing = ERROR_MOD_NOT_FOUND, typename... Arguments>
 void ExpectLoadedAtTheFirstCall(const char* dll, const char* name, Arguments... arguments) {
     using Found = StandIn<Function>;
     constexpr bool HasResult = !std::is_void_v<decltype(Function(arguments...))>;
@@ -87,11 +88,11 @@ void ExpectLoadedAtTheFirstCall(const char* dll, const char* name, Arguments... 
             return Function(arguments...), 0;
     };
     world = {};
-    EXPECT_EQ(call(), HasResult ? ERROR_MOD_NOT_FOUND : 0) << name;
+    EXPECT_EQ(call(), HasResult ? Missing : 0) << name;
     EXPECT_THAT(world.calls, ElementsAre(load));
 
     world.dllIsThere = true;
-    EXPECT_EQ(call(), HasResult ? ERROR_MOD_NOT_FOUND : 0) << name;
+    EXPECT_EQ(call(), HasResult ? Missing : 0) << name;
     EXPECT_THAT(world.calls, ElementsAre(load, name));
     EXPECT_THAT(Found::calls, IsEmpty()) << name;
 
@@ -133,6 +134,40 @@ TEST(SystemDlls, IpHelper) {
     ExpectLoadedAtTheFirstCall<&FreeMibTable>("iphlpapi.dll", "FreeMibTable", Handle<PVOID>(3));
     ExpectLoadedAtTheFirstCall<&GetAdaptersAddresses>("iphlpapi.dll", "GetAdaptersAddresses", ULONG{AF_INET}, ULONG{5},
                                                       static_cast<PVOID>(&reserved), &adapters, &bytes);
+}
+
+/// The functions of bcrypt.dll give a status, of which only a negative one is a failure.
+template <auto Function, typename... Arguments>
+void ExpectLoadedFromBCrypt(const char* name, Arguments... arguments) {
+    constexpr int DllNotFound = -1073741515;  // 0xC0000135
+    static_assert(!BCRYPT_SUCCESS(DllNotFound));
+    ExpectLoadedAtTheFirstCall<Function, DllNotFound>("bcrypt.dll", name, arguments...);
+}
+
+TEST(SystemDlls, BCrypt) {
+    const auto algorithm = Handle<BCRYPT_ALG_HANDLE>(1);
+    const auto hash = Handle<BCRYPT_HASH_HANDLE>(2);
+    const auto key = Handle<BCRYPT_KEY_HANDLE>(3);
+    BCRYPT_ALG_HANDLE newAlgorithm = nullptr;
+    BCRYPT_HASH_HANDLE newHash = nullptr;
+    BCRYPT_KEY_HANDLE newKey = nullptr;
+    int padding = 0;
+    UCHAR a = 0;
+    UCHAR b = 0;
+    ExpectLoadedFromBCrypt<&BCryptGenRandom>("BCryptGenRandom", algorithm, &a, ULONG{4}, ULONG{5});
+    ExpectLoadedFromBCrypt<&BCryptOpenAlgorithmProvider>("BCryptOpenAlgorithmProvider", &newAlgorithm, L"name",
+                                                         L"implementation", ULONG{4});
+    ExpectLoadedFromBCrypt<&BCryptCloseAlgorithmProvider>("BCryptCloseAlgorithmProvider", algorithm, ULONG{4});
+    ExpectLoadedFromBCrypt<&BCryptCreateHash>("BCryptCreateHash", algorithm, &newHash, &a, ULONG{4}, &b, ULONG{5},
+                                              ULONG{6});
+    ExpectLoadedFromBCrypt<&BCryptHashData>("BCryptHashData", hash, &a, ULONG{4}, ULONG{5});
+    ExpectLoadedFromBCrypt<&BCryptFinishHash>("BCryptFinishHash", hash, &a, ULONG{4}, ULONG{5});
+    ExpectLoadedFromBCrypt<&BCryptDestroyHash>("BCryptDestroyHash", hash);
+    ExpectLoadedFromBCrypt<&BCryptImportKeyPair>("BCryptImportKeyPair", algorithm, key, L"type", &newKey, &a, ULONG{4},
+                                                 ULONG{5});
+    ExpectLoadedFromBCrypt<&BCryptDestroyKey>("BCryptDestroyKey", key);
+    ExpectLoadedFromBCrypt<&BCryptVerifySignature>("BCryptVerifySignature", key, static_cast<VOID*>(&padding), &a,
+                                                   ULONG{4}, &b, ULONG{5}, ULONG{6});
 }
 
 }  // namespace

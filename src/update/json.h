@@ -39,7 +39,7 @@ bool ReadJsonString(JsonScanner& scanner, std::string& output);
 bool ReadJsonNumberToken(JsonScanner& scanner, std::string& output);
 /// Exactly this word, whatever follows.
 bool MatchJsonLiteral(JsonScanner& scanner, std::string_view word);
-/// An object or array, nested to any depth. The two kinds of brackets close each other.
+/// An object or array that begins there, nested to any depth. The two kinds of brackets close each other.
 bool SkipJsonContainer(JsonScanner& scanner);
 
 /// Appends a UTF-16 code unit as 1 to 3 bytes, surrogates too.

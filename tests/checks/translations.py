@@ -24,9 +24,11 @@ TITLE_INDENT = " " * 7
 # Texts have a word of at least three letters; units and marks do not.
 WORD = re.compile(r"[^\W\d_]{3}")
 # Settings keys and window classes; words with an inner capital, such as SATA or TaskbarCreated, or with a dot; paths
-# and anything with an underscore; switches; debug lines, which are always Spanish.
+# and anything with an underscore; switches; addresses, paths on a server and user agents; debug lines, which are always
+# Spanish.
 MACHINE_WORD = re.compile(
-    r"[a-z0-9._-]+|~?[A-Za-z0-9]+[A-Z][A-Za-z0-9]*|\w+(?:\.\w+)+|.*[\\_].*|--[a-z -]+|kestrane: .*",
+    r"[a-z0-9._-]+|~?[A-Za-z0-9]+[A-Z][A-Za-z0-9]*|\w+(?:\.\w+)+|.*[\\_].*"
+    r'|(?:" )?--[a-z -]+|(?:https:/)?/.*|.*\bkestrane/|kestrane: .*',
     re.DOTALL | re.ASCII,
 )
 

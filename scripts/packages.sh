@@ -6,7 +6,7 @@ packages=(
     # building
     cmake ninja-build g++ g++-mingw-w64-x86-64-win32 binutils-mingw-w64-x86-64 googletest
     # checking
-    clang-format clang-tidy python3 python3-pefile
+    clang-format clang-tidy python3 python3-pefile openssl
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
     wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
     # optional for Wine: encryption, and details of windows, mouse and text

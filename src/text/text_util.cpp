@@ -49,4 +49,13 @@ std::string HexText(ByteSpan bytes) {
     return text;
 }
 
+bool ParseHexBytes(std::string_view text, std::span<std::uint8_t> bytes) {
+    if (text.size() != bytes.size() * 2 || !std::ranges::all_of(text, IsHexDigit)) return false;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto digit = [text](std::size_t at) { return HexDigitValue(static_cast<unsigned char>(text[at])); };
+        bytes[i] = static_cast<std::uint8_t>(digit(2 * i) * 16 + digit(2 * i + 1));
+    }
+    return true;
+}
+
 }  // namespace kestrane

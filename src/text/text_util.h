@@ -1,6 +1,7 @@
 #pragma once
 // Small text helpers that several rooms need.
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -29,10 +30,19 @@ constexpr std::int32_t HexDigitValue(wchar_t c) {
     return c >= L'a' && c <= L'f' ? static_cast<std::int32_t>(c - L'a') + 10 : -1;
 }
 
+/// The same for a byte of text.
+constexpr bool IsHexDigit(char c) {
+    return HexDigitValue(static_cast<unsigned char>(c)) >= 0;
+}
+
 /// Each byte as the character with the same code, 0 to 255.
 std::wstring WidenBytes(std::string_view bytes);
 
 /// Two lower-case hexadecimal digits for each byte.
 std::string HexText(ByteSpan bytes);
+
+/// The other way round, from digits of either case: true if `text` holds exactly two for each byte. On failure
+/// `bytes` is unchanged.
+bool ParseHexBytes(std::string_view text, std::span<std::uint8_t> bytes);
 
 }  // namespace kestrane

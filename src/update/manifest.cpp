@@ -22,10 +22,6 @@ void FoldAscii(std::string& text) {
     std::ranges::transform(text, text.begin(), [](char c) { return FoldAscii(c); });
 }
 
-bool IsHexDigit(char c) {
-    return HexDigitValue(static_cast<unsigned char>(c)) >= 0;
-}
-
 /// The value of "checkMinutes": 15 minutes to a week, or 0.
 std::uint32_t ParseCheckMinutes(std::string_view text) {
     constexpr std::uint64_t FirstRefused = 1'000'000;

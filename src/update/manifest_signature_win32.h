@@ -1,4 +1,9 @@
 #pragma once
+// The optional signature of the manifest, which only the holder of the private key can make. Without it, whoever
+// controls the update host decides which program is installed, because the published hash comes from the same host.
+// With it, they can still withhold new versions, or offer any version that was ever signed and is newer than the
+// running one; an older version is never taken, signed or not. "published" and "checkMinutes" are not signed: nothing
+// shows the first, and the second only sets the wait.
 #include <string_view>
 
 #include "update/update_info.h"

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -94,6 +95,37 @@ TEST(WidenBytes, GivesEachByteItsOwnNumber) {
     EXPECT_EQ(WidenBytes("\xC3\xB1"), L"\u00C3\u00B1");  // byte by byte: UTF-8 is not decoded
     EXPECT_EQ(WidenBytes("\x80\xFF"), (std::wstring{wchar_t{0x80}, wchar_t{0xFF}}));
     EXPECT_EQ(WidenBytes(std::string_view("a\0b", 3)), std::wstring(L"a\0b", 3));
+}
+
+TEST(HexText, GivesTwoLowerCaseDigitsForEachByte) {
+    EXPECT_EQ(HexText({}), "");
+    EXPECT_EQ(HexText(std::array<std::uint8_t, 5>{0x00, 0x0F, 0xA0, 0x7F, 0xFF}), "000fa07fff");
+}
+
+TEST(ParseHexBytes, ReadsBackEveryByteInEitherCase) {
+    for (std::uint32_t value = 0; value < 256; ++value) {
+        const std::array<std::uint8_t, 2> bytes = {static_cast<std::uint8_t>(value), 0x5A};
+        std::string digits = HexText(bytes);
+        std::array<std::uint8_t, 2> read{};
+        EXPECT_TRUE(ParseHexBytes(digits, read)) << digits;
+        EXPECT_EQ(read, bytes);
+        for (char& c : digits) {
+            if (c >= 'a') c = static_cast<char>(c - 'a' + 'A');
+        }
+        read = {};
+        EXPECT_TRUE(ParseHexBytes(digits, read)) << digits;
+        EXPECT_EQ(read, bytes);
+    }
+    EXPECT_TRUE(ParseHexBytes("", {}));
+}
+
+TEST(ParseHexBytes, LeavesTheBytesAloneUnlessEachHasItsTwoDigits) {
+    for (const std::string_view text :
+         {"", "1", "12", "123", "12345", "123456", "123g", "g123", " 123", "123 ", "0x12", "+1-2", "123\xC3"}) {
+        std::array<std::uint8_t, 2> bytes = {7, 8};
+        EXPECT_FALSE(ParseHexBytes(text, bytes)) << text;
+        EXPECT_EQ(bytes, (std::array<std::uint8_t, 2>{7, 8}));
+    }
 }
 
 }  // namespace

@@ -1,0 +1,30 @@
+#include "base/thread_win32.h"
+
+#include <process.h>
+#include <stdlib.h>
+
+namespace kestrane {
+
+bool Thread::Start(Body body, void* context) {
+    unsigned id = 0;
+    // A thread that uses the C runtime is made by it. Its function reports by _doserrno, though not always: what it
+    // leaves alone is its own lack of memory.
+    _doserrno = ERROR_NOT_ENOUGH_MEMORY;
+    const std::uintptr_t handle = _beginthreadex(nullptr, 0, body, context, 0, &id);
+    if (handle == 0) {
+        SetLastError(_doserrno);
+        return false;
+    }
+    handle_.Reset(reinterpret_cast<HANDLE>(handle));
+    id_ = id;
+    return true;
+}
+
+void Thread::Join() {
+    if (!IsJoinable()) return;
+    WaitForSingleObject(handle_.Get(), INFINITE);
+    handle_.Reset();
+    id_ = 0;
+}
+
+}  // namespace kestrane

@@ -79,9 +79,7 @@ bool HttpGetSmall(std::string_view host, const std::wstring& path, const std::ws
     if (!session) return false;
     UniqueHttpHandle connection;
     const UniqueHttpHandle request = SendHttpsRequest(
-        session.Get(),
-        {.host = host, .path = path, .verb = L"GET", .body = {}, .headers = L"Cache-Control: no-cache\r\n"},
-        connection);
+        session.Get(), {.host = host, .path = path, .headers = L"Cache-Control: no-cache\r\n"}, connection);
     if (!request) return false;
     body.clear();
     std::array<char, ChunkBytes> chunk;

@@ -30,7 +30,7 @@ struct HttpsRequest {
     std::string_view host;
     std::wstring path;
     const wchar_t* verb = L"GET";
-    std::string_view body;             // sent as it is
+    std::string_view body = {};        // sent as it is
     const wchar_t* headers = nullptr;  // each ended by "\r\n"
 };
 

@@ -86,7 +86,7 @@ DownloadFailure Fetch(const UpdateInfo& info, const Address& address, const std:
     if (!session) return {.step = DownloadStep::Answer};
     UniqueHttpHandle connection;
     const UniqueHttpHandle request =
-        SendHttpsRequest(session.Get(), {.host = address.host, .path = address.path, .body = {}}, connection);
+        SendHttpsRequest(session.Get(), {.host = address.host, .path = address.path}, connection);
     if (!request) return {.step = DownloadStep::Answer};
     const UniqueFile file(
         CreateFileW(newFile.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -11,6 +11,13 @@ import sys
 # From the bottom up: a room may include itself and those before it.
 ROOMS = ["base", "text", "settings", "metrics", "history", "graph", "tray", "hardware", "update", "dialog", "app"]
 
+# The texts, the settings and the application belong to the UI thread. All of the update room may run on the worker or
+# on the download thread and must not get at them, except for these files, which only the UI thread calls.
+BACKGROUND_ROOM = "update"
+UI_THREAD_FILES = {"install_id_win32", "self_replacer_win32", "update_dialog_win32", "update_texts"}
+UI_THREAD_ROOMS = {"settings", "dialog", "app"}
+UI_THREAD_HEADERS = {"text/translation.h"}
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 # Streams, regular expressions and std::filesystem pull in the locale machinery, which makes the program several times
@@ -103,6 +110,44 @@ def find_circle(graph):
     return []
 
 
+def is_for_the_ui_thread(src, path):
+    room = path.relative_to(src).parts[0]
+    return (
+        room in UI_THREAD_ROOMS
+        or str(path.relative_to(src)) in UI_THREAD_HEADERS
+        or (room == BACKGROUND_ROOM and path.stem in UI_THREAD_FILES)
+    )
+
+
+def find_road(graph, start, is_goal):
+    """The shortest way from a file to one that fulfils `is_goal`, over what each includes and, because a header's
+    functions may be called, over what each header's source includes; empty if there is none."""
+    roads, reached = [[start]], {start}
+    for road in roads:
+        if is_goal(road[-1]):
+            return road
+        for target in [*graph[road[-1]], road[-1].with_suffix(".cpp")]:
+            if target in graph and target not in reached:
+                reached.add(target)
+                roads.append(road + [target])
+    return []
+
+
+def check_background(src, graph):
+    background = {
+        path
+        for path in graph
+        if path.relative_to(src).parts[0] == BACKGROUND_ROOM and not is_for_the_ui_thread(src, path)
+    }
+    breaches = []
+    for path in sorted(background):
+        road = find_road(graph, path, lambda target: is_for_the_ui_thread(src, target))
+        if road and not background.intersection(road[1:]):  # else another file is to blame
+            names = " -> ".join(str(step.relative_to(src)) for step in road)
+            breaches.append(f"{path}:1: background code reaches what belongs to the UI thread: {names}")
+    return breaches
+
+
 def check_sources(root):
     src = root / "src"
     breaches, graph = [], {}
@@ -120,7 +165,7 @@ def check_sources(root):
     if circle := find_circle(graph):
         names = " -> ".join(str(path.relative_to(src)) for path in circle)
         breaches.append(f"{circle[0]}:1: a circle of includes: {names}")
-    return breaches
+    return breaches + check_background(src, graph)
 
 
 def check_markers(root):

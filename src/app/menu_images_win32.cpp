@@ -3,15 +3,10 @@
 #include <utility>
 
 #include "base/dib_win32.h"
+#include "base/icon_win32.h"
 
 namespace kestrane {
 namespace {
-
-UniqueIcon LoadIconResource(std::uint32_t resource, int size) {
-    const HANDLE icon =
-        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(resource), IMAGE_ICON, size, size, LR_DEFAULTCOLOR);
-    return UniqueIcon(static_cast<HICON>(icon));
-}
 
 /// All pixels start transparent, so the menu blends with the icon's own alpha.
 UniqueBitmap PaintIcon(HICON icon, int size) {

@@ -17,6 +17,23 @@ inline UniqueFont MakeFont(const std::wstring& face, std::int32_t height, bool b
                                   face.c_str()));
 }
 
+/// `font` with some attributes changed by `change(LOGFONTW&)`; empty on failure.
+template <typename Change>
+UniqueFont MakeVariant(HFONT font, const Change& change) {
+    LOGFONTW description{};
+    if (GetObjectW(font, sizeof description, &description) == 0) return {};
+    change(description);
+    return UniqueFont(CreateFontIndirectW(&description));
+}
+
+inline UniqueFont MakeBold(HFONT font) {
+    return MakeVariant(font, [](LOGFONTW& description) { description.lfWeight = FW_BOLD; });
+}
+
+inline UniqueFont MakeUnderlined(HFONT font) {
+    return MakeVariant(font, [](LOGFONTW& description) { description.lfUnderline = TRUE; });
+}
+
 /// The height of a line of text in the selected font, in pixels, at least 1.
 inline std::int32_t TextHeight(HDC dc) {
     TEXTMETRICW metrics = {};

@@ -6,6 +6,8 @@ namespace kestrane {
 
 /// The empty dialog template.
 inline constexpr std::uint32_t ResourceSettingsDialog = 200;
+/// The dialog that offers a newer version.
+inline constexpr std::uint32_t ResourceUpdateDialog = 300;
 
 // Icons.
 inline constexpr std::uint32_t ResourceProgram = 1;  // the shell shows the lowest id for the file

@@ -4,7 +4,9 @@
 
 #include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
+#include "base/font_win32.h"
 #include "base/geometry_win32.h"
+#include "base/icon_win32.h"
 #include "dialog/dialog_messages_win32.h"
 #include "dialog/dialog_resources.h"
 #include "dialog/interface_list_win32.h"
@@ -22,14 +24,6 @@ constexpr WPARAM ThresholdDigits = 3;
 constexpr std::int32_t PageIconSize = 16;  // pixels at 96 DPI
 
 HWND openDialog = nullptr;
-
-/// The font in bold; empty on failure.
-UniqueFont MakeBold(HFONT font) {
-    LOGFONTW description{};
-    if (GetObjectW(font, sizeof description, &description) == 0) return {};
-    description.lfWeight = FW_BOLD;
-    return UniqueFont(CreateFontIndirectW(&description));
-}
 
 }  // namespace
 
@@ -150,16 +144,11 @@ void SettingsDialog::ShowGeneral() {
     combos_->Choose(IdLanguage, static_cast<std::int32_t>(settings_.language));
 }
 
-UniqueIcon SettingsDialog::LoadIconOf(std::uint32_t resource, int size) const {
-    return UniqueIcon(
-        static_cast<HICON>(LoadImageW(instance_, MAKEINTRESOURCEW(resource), IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
-}
-
 void SettingsDialog::LoadIcons() {
     const int smallIcon = GetSystemMetricsForDpi(SM_CXSMICON, Dpi());
     const int buttonSize = smallIcon < 1 ? PageIconSize : smallIcon;
     const auto loadOwned = [&](std::uint32_t resource) {
-        return owned_icons_.emplace_back(LoadIconOf(resource, buttonSize)).Get();
+        return owned_icons_.emplace_back(LoadIconResource(resource, buttonSize)).Get();
     };
     const auto giveIcon = [&](std::int32_t button, HICON icon) {
         SendDlgItemMessageW(window_, button, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon));
@@ -170,12 +159,12 @@ void SettingsDialog::LoadIcons() {
     for (std::size_t i = 0; i < TabCount; ++i) {
         giveIcon(DialogTabs[i].restore, restore);
         giveIcon(DialogTabs[i].save, save);
-        tab_icons_[i] = LoadIconOf(TabIcons[i], size);
+        tab_icons_[i] = LoadIconResource(TabIcons[i], size);
         SendDlgItemMessageW(window_, DialogTabs[i].icon, STM_SETIMAGE, IMAGE_ICON,
                             reinterpret_cast<LPARAM>(tab_icons_[i].Get()));
     }
-    hardware_icon_ = LoadIconOf(HardwareSectionIcon, size);
-    graph_icon_ = LoadIconOf(GraphSectionIcon, size);
+    hardware_icon_ = LoadIconResource(HardwareSectionIcon, size);
+    graph_icon_ = LoadIconResource(GraphSectionIcon, size);
 }
 
 void SettingsDialog::PlaceWindow(const DialogState& state) {

@@ -57,7 +57,6 @@ class SettingsDialog {
     // Opening and closing (settings_dialog_win32.cpp).
     void OnInitDialog(HWND window);
     void LoadIcons();
-    UniqueIcon LoadIconOf(std::uint32_t resource, int size) const;
     void ShowGeneral();
     void PlaceWindow(const DialogState& state);
     void NameWells();

@@ -1,0 +1,40 @@
+#pragma once
+// What the update dialog and its download thread share. The UI thread owns it, on the stack of ShowUpdateDialog; the
+// download thread lives shorter.
+#include <windows.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "base/handles_win32.h"
+#include "base/thread_win32.h"
+#include "update/download_failure.h"
+#include "update/update_info.h"
+
+namespace kestrane {
+
+struct UpdateDialogState {
+    const UpdateInfo* info = nullptr;  // the caller's
+    std::wstring exePath;
+    HWND dialog = nullptr;
+    UniqueFont boldFont;
+    UniqueFont linkFont;
+    UniqueIcon buttonIcon;
+    Thread downloadThread;
+    std::atomic<bool> cancel = false;
+    bool downloading = false;
+    bool blocked = false;                    // the executable may not be replaced
+    std::atomic<std::int32_t> permille = 0;  // 0 to 1000
+    std::wstring errorText;                  // of the last download
+
+    // Set by the download thread, read once it has been joined.
+    DownloadFailure failure;
+    bool downloaded = false;  // the verified file stands there
+};
+
+/// The body of the download thread, with an UpdateDialogState: downloads, and tells the dialog how far it is and how
+/// it has ended. It only notes a failure, because translated text belongs to the UI thread.
+unsigned __stdcall RunUpdateDownload(void* state);
+
+}  // namespace kestrane

@@ -9,6 +9,7 @@
 #include "base/handles_win32.h"
 #include "settings/autostart_win32.h"
 #include "settings/ini_file_win32.h"
+#include "settings/migration_win32.h"
 #include "text/language_win32.h"
 #include "text/translation.h"
 
@@ -81,6 +82,7 @@ int Main(HINSTANCE instance, const wchar_t* commandLine) {
 
     App app;
     app.instance = instance;
+    MigrateFormerInstall();
     app.settings = LoadSettings();
     SetLanguage(ResolveLanguage(app.settings.language));
     app.taskbarCreatedMessage = RegisterWindowMessageW(TaskbarCreatedName);

@@ -14,7 +14,6 @@
 namespace kestrane {
 namespace {
 
-constexpr const wchar_t* RunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const wchar_t* RunValue = L"kestrane";
 
 /// How long the elevated process has for its one value.
@@ -39,16 +38,6 @@ LSTATUS StoreOwnPath(HKEY key) {
 LSTATUS RemovePath(HKEY key) {
     const LSTATUS status = RegDeleteValueW(key, RunValue);
     return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
-}
-
-/// 0 on success, else the system's error.
-LSTATUS WriteRunValue(HKEY root, bool enable) {
-    HKEY opened = nullptr;
-    const LSTATUS status =
-        RegCreateKeyExW(root, RunKey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &opened, nullptr);
-    if (status != ERROR_SUCCESS) return status;
-    const UniqueRegistryKey key(opened);
-    return enable ? StoreOwnPath(key.Get()) : RemovePath(key.Get());
 }
 
 bool SetUserAutostart(bool enable) {
@@ -116,6 +105,15 @@ bool SetAutostart(AutostartMode mode, HWND owner) {
     }
     if (mode == AutostartMode::AllUsers) succeeded = SetMachineAutostartOrElevate(true, owner) && succeeded;
     return succeeded;
+}
+
+LSTATUS WriteRunValue(HKEY root, bool enable) {
+    HKEY opened = nullptr;
+    const LSTATUS status =
+        RegCreateKeyExW(root, RunKey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &opened, nullptr);
+    if (status != ERROR_SUCCESS) return status;
+    const UniqueRegistryKey key(opened);
+    return enable ? StoreOwnPath(key.Get()) : RemovePath(key.Get());
 }
 
 bool SetMachineAutostart(bool enable) {

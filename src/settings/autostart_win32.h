@@ -7,6 +7,9 @@
 
 namespace kestrane {
 
+/// Below HKEY_CURRENT_USER or HKEY_LOCAL_MACHINE.
+inline constexpr const wchar_t* RunKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+
 /// As it is in the registry now. With both values, AllUsers. A value that is not text counts as absent.
 AutostartMode GetAutostartMode();
 
@@ -17,9 +20,11 @@ AutostartMode GetAutostartMode();
 /// prompt on the way to AllUsers leaves Off.
 bool SetAutostart(AutostartMode mode, HWND owner);
 
-/// Writes (the running executable's full path in double quotes) or removes the value for all users of the machine.
-/// Fails with a debug line if access is denied or the path is too long; never asks for elevation. Removing a missing
-/// value succeeds.
+/// Writes (the running executable's full path in double quotes) or removes the value in one root. Removing a missing
+/// value succeeds. 0 on success, else the system's error, also if the path is too long.
+LSTATUS WriteRunValue(HKEY root, bool enable);
+
+/// The same for all users of the machine. On failure false with a debug line; never asks for elevation.
 bool SetMachineAutostart(bool enable);
 
 }  // namespace kestrane

@@ -59,7 +59,7 @@ void App::OnTrayNotify(WPARAM wParam, LPARAM lParam) {
             OpenTaskManager(TaskManagerPage(notification.iconId, sample));
             break;
         case TrayAction::OpenUpdate:
-            FocusSettingsDialog();
+            OnUpdateRequested();
             break;
         case TrayAction::None:
             break;
@@ -102,7 +102,8 @@ std::optional<std::uint32_t> App::RunTrayMenu(std::uint32_t iconId, int x, int y
 std::uint32_t App::ChooseFromTrayMenu(int x, int y) {
     std::vector<UniqueBitmap> images;  // declared first: must outlive the menu
     const UniqueMenu menu(CreatePopupMenu());
-    FillMenu(menu.Get(), BuildTrayMenu(settings, ShownGraphs()), static_cast<int>(IconPixelSize(window)), images);
+    FillMenu(menu.Get(), BuildTrayMenu(settings, ShownGraphs(), OfferedVersion()),
+             static_cast<int>(IconPixelSize(window)), images);
     SetForegroundWindow(window);
     menuOpen = true;
     const std::uint32_t command = TrackMenu(menu.Get(), window, x, y);
@@ -119,6 +120,8 @@ void App::RunCommand(std::uint32_t command, std::uint32_t iconId, const Point& p
         ShowSettings(point);
     } else if (command == CommandAbout) {
         ShowAbout();
+    } else if (command == CommandUpdate) {
+        OnUpdateRequested();
     } else if (command == CommandExit) {
         DestroyWindow(window);
     }

@@ -2,8 +2,10 @@
 
 #include "app/timers.h"
 #include "base/debug_log_win32.h"
+#include "base/module_path_win32.h"
 #include "hardware/hardware_facts_win32.h"
 #include "metrics/samplers_win32.h"
+#include "update/self_replacer_win32.h"
 
 namespace kestrane {
 
@@ -30,6 +32,8 @@ void App::OnCreate(HWND created) {
     if (shuttingDown) return;  // a message dispatched during a call to the shell has destroyed the window
     RegisterGraphHotkey();
     SetTimer(window, PromotionTimer, PromotionDelayMs, nullptr);
+    CleanUpdateLeftovers(ModulePath());
+    ApplyUpdateCheckSetting();
 }
 
 void OnDestroy(HWND window, App* app) {
@@ -37,6 +41,7 @@ void OnDestroy(HWND window, App* app) {
         KillTimer(window, timer.id);
     if (app != nullptr) {
         app->shuttingDown = true;
+        app->updateChecker.Stop();
         if (app->hotkeyRegistered) UnregisterHotKey(window, GraphHotkeyId);
         for (auto& graph : app->graphs)
             graph.reset();
@@ -57,6 +62,7 @@ void App::OnSettingsChanged() {
     ApplyTimers();
     ApplyGraphSettings();
     RefreshAllIcons();
+    ApplyUpdateCheckSetting();
 }
 
 std::vector<NetRow> App::ListInterfaces() {

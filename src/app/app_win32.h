@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "dialog/settings_dialog_host.h"
@@ -20,6 +21,7 @@
 #include "metrics/pdh_counters_win32.h"
 #include "settings/app_settings.h"
 #include "tray/tray_icon_set_win32.h"
+#include "update/update_checker_win32.h"
 
 namespace kestrane {
 
@@ -85,6 +87,16 @@ struct App final : SettingsDialogHost, GraphWindowHost {
     /// the keyboard focus to the icon, unless the user has clicked another window.
     void ShowTrayMenu(std::uint32_t iconId, int x, int y);
 
+    // Updates (app_update_win32.cpp).
+
+    /// Starts or stops the update check as the settings say. The first start ever makes this installation's identity.
+    void ApplyUpdateCheckSetting();
+    /// WM_UPDATE_STATE: tells the user about a newer version, once for each.
+    void OnUpdateState();
+    /// Opens the update dialog for the newer version, if there is one, or the settings dialog to the front if that is
+    /// open. If the user has the new version downloaded, it takes this one's place, and the program ends.
+    void OnUpdateRequested();
+
     // Graphs (app_graphs_win32.cpp).
 
     /// The screens have changed: moves graphs that are off every monitor back to the taskbar.
@@ -131,9 +143,13 @@ struct App final : SettingsDialogHost, GraphWindowHost {
     MetricRing<std::uint64_t> netDownRing{SeriesCapacity};
     MetricRing<std::uint64_t> netUpRing{SeriesCapacity};
     bool menuOpen = false;
-    bool settingsOpen = false;
     bool shuttingDown = false;
+    bool settingsOpen = false;
+    bool updateDialogOpen = false;
     bool hotkeyRegistered = false;
+    UpdateChecker updateChecker;
+    /// The version that the last notification was about.
+    std::string lastNotifiedVersion;
     /// Running periods by metric; 0 means not started.
     std::array<std::uint32_t, MetricCount> timerPeriods{};
     /// By icon position: the tick count until which clicks are ignored.
@@ -159,6 +175,11 @@ struct App final : SettingsDialogHost, GraphWindowHost {
     void ShowSettings(const Point& anchor);
     void TogglePin(GraphKind kind);
     void ShowAbout();
+
+    /// The newer version that the user can have.
+    std::optional<std::wstring> OfferedVersion() const;
+    void EnsureInstallId();
+    void FinishSelfUpdate();
 
     void BindGraphSources();
     void ApplyGraphSettings();

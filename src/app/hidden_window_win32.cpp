@@ -67,6 +67,9 @@ bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_TRAY_NOTIFY:
             app.OnTrayNotify(wParam, lParam);
             return true;
+        case WM_UPDATE_STATE:
+            app.OnUpdateState();
+            return true;
         case WM_DPICHANGED:
             app.RefreshAllIcons();
             return true;

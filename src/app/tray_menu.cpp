@@ -28,8 +28,14 @@ void AppendPinEntries(std::vector<TrayMenuEntry>& menu, const AppSettings& setti
 
 }  // namespace
 
-std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown) {
+std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown,
+                                         const std::optional<std::wstring>& offeredVersion) {
     std::vector<TrayMenuEntry> menu;
+    if (offeredVersion) {
+        menu.push_back(
+            {CommandUpdate, FormatText(L"Nueva versión {0} disponible...", {*offeredVersion}), ResourceUpdate});
+        menu.emplace_back();
+    }
     menu.push_back({CommandPerformance, Tr(L"Rendimiento"), ResourcePerformance});
     menu.emplace_back();
     AppendPinEntries(menu, settings, shown);

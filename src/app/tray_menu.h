@@ -2,6 +2,7 @@
 // The current tray menu as data: its entries in order.
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ inline constexpr std::uint32_t CommandPerformance = 103;
 inline constexpr std::uint32_t CommandPinFirst = 104;
 inline constexpr std::uint32_t CommandPinLast = CommandPinFirst + GraphCount - 1;
 static_assert(IndexOf(GraphKind::Network) == 0 && IndexOf(GraphKind::Disk) == GraphCount - 1);
+inline constexpr std::uint32_t CommandUpdate = 110;
 
 /// An entry; a separator has the id 0 and no text.
 struct TrayMenuEntry {
@@ -40,7 +42,8 @@ constexpr bool StartsAProgram(std::uint32_t command) {
 }
 
 /// `shown` tells by GraphKind which graphs are open: only those can be pinned. The pin entries are in the order CPU,
-/// disk, network.
-std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown);
+/// disk, network. `offeredVersion` is the newer version that the user can have, if there is one; it stands at the top.
+std::vector<TrayMenuEntry> BuildTrayMenu(const AppSettings& settings, const std::array<bool, GraphCount>& shown,
+                                         const std::optional<std::wstring>& offeredVersion);
 
 }  // namespace kestrane

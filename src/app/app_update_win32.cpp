@@ -11,21 +11,12 @@
 #include "text/text_util.h"
 #include "text/translation.h"
 #include "update/install_id_win32.h"
+#include "update/own_version.h"
 #include "update/self_replacer_win32.h"
 #include "update/update_dialog_win32.h"
 #include "update/update_texts.h"
-#include "update/version_rules.h"
 
 namespace kestrane {
-namespace {
-
-/// The running version in the form in which the checker compares it.
-std::string RunningVersion() {
-    const std::wstring_view text = ProgramVersion;
-    return NormalizeVersion(std::string(text.begin(), text.end()));
-}
-
-}  // namespace
 
 void App::ApplyUpdateCheckSetting() {
     // The program may have ended in the call to the shell before this one; then no worker may start any more.
@@ -35,7 +26,7 @@ void App::ApplyUpdateCheckSetting() {
         return;
     }
     EnsureInstallId();
-    updateChecker.Start(window, RunningVersion(), settings.install_id);
+    updateChecker.Start(window, OwnVersion(), settings.install_id);
 }
 
 /// Saved at once, so that it stays the same whatever the user does next. Without a random source there is none, and the

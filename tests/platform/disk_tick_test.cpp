@@ -61,6 +61,7 @@ class DiskTickTest : public testing::Test {
         TwoDisks();
         app = std::make_unique<App>();
         app->settings = MakeDefaultSettings();
+        app->settings.check_updates = false;
         app->instance = GetModuleHandleW(nullptr);
     }
     ~DiskTickTest() override {

@@ -9,6 +9,8 @@ packages=(
     clang-format clang-tidy python3 python3-pefile openssl
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
     wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
+    # a network of the test's own, with its own authority
+    iproute2 mount openssl
     # optional for Wine: encryption, and details of windows, mouse and text
     libgnutls30 libxcomposite1 libxcursor1 libxfixes3 libxi6 libxinerama1 libxrandr2 libxrender1 ca-certificates
 )

@@ -47,6 +47,9 @@ CLONE_NEWNS = 0x20000
 
 _names = ()
 
+names_asked = []
+"""Names that were asked of the name server so far: those that /etc/hosts lacks. It knows none."""
+
 
 def enter(*names):
     """Goes on in a network of its own, in which these names lead to 127.0.0.1. To be called before anything else."""
@@ -61,6 +64,7 @@ def enter(*names):
     _names = names
     _close_off()
     _lead_names_to("127.0.0.1")
+    _start_name_server()
 
 
 def _unshare():
@@ -103,17 +107,46 @@ def _cover(path, text):
 
 
 def _lead_names_to(address):
-    _cover(HOSTS, "127.0.0.1 localhost\n" + "".join(f"{address} {name}\n" for name in _names))
+    machine = f"127.0.0.1 localhost {socket.gethostname()}\n"
+    _cover(HOSTS, machine + "".join(f"{address} {name}\n" for name in _names))
+
+
+def _start_name_server():
+    listener = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+    listener.bind(("127.0.0.1", 53))
+    threading.Thread(target=_answer_that_names_are_unknown, args=(listener,), daemon=True).start()
+
+
+def _answer_that_names_are_unknown(listener):
+    while True:
+        query, sender = listener.recvfrom(512)
+        names_asked.append(_name_in(query))
+        listener.sendto(query[:2] + b"\x81\x83" + query[4:6] + bytes(6) + query[12:], sender)
+
+
+def _name_in(query):
+    labels, place = [], 12
+    while length := query[place]:
+        labels.append(query[place + 1 : place + 1 + length].decode("ascii", "replace"))
+        place += 1 + length
+    return ".".join(labels)
+
+
+def _require_inside():
+    if not _names:
+        raise AssertionError("only in a network of its own: call private_network.enter first")
 
 
 def trust(certificate):
     """From now on this authority, a file in PEM, is the only one that is trusted. Wine reads it at the first use of a
     prefix."""
+    _require_inside()
     shutil.copyfile(certificate, TRUSTED / TRUSTED_FILE)
 
 
 def lead_this_thread_to(address):
     """For programs that this thread starts from now on, the names lead to another address of loopback."""
+    _require_inside()
     libc = ctypes.CDLL(None, use_errno=True)
     if libc.unshare(CLONE_NEWNS) != 0:
         raise OSError(ctypes.get_errno(), "no mount namespace for a thread")
@@ -123,6 +156,7 @@ def lead_this_thread_to(address):
 @contextlib.contextmanager
 def read_only(folder):
     """Nobody can write into this folder meanwhile."""
+    _require_inside()
     _mount("--bind", folder, folder)
     try:
         _mount("-o", "remount,bind,ro", folder)
@@ -134,6 +168,7 @@ def read_only(folder):
 @contextlib.contextmanager
 def small_disk(folder, size):
     """The folder is an empty disk of this many bytes meanwhile."""
+    _require_inside()
     _mount("-t", "tmpfs", "-o", f"size={size}", "tmpfs", folder)
     try:
         yield
@@ -145,28 +180,3 @@ def packets_sent():
     """The number of packets that have left any program so far, over any interface."""
     rows = pathlib.Path("/proc/net/dev").read_text(encoding="ascii").splitlines()[2:]
     return sum(int(row.split(":")[1].split()[9]) for row in rows)
-
-
-class NameServer:
-    """Knows no name, and keeps those that it was asked for. Only names that /etc/hosts lacks come here."""
-
-    def __init__(self):
-        self.asked = []
-        self._socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
-        self._socket.bind(("127.0.0.1", 53))
-        threading.Thread(target=self._serve, daemon=True).start()
-
-    def _serve(self):
-        while True:
-            query, sender = self._socket.recvfrom(512)
-            self.asked.append(self._name_in(query))
-            no_such_name = query[:2] + b"\x81\x83" + query[4:6] + bytes(6) + query[12:]
-            self._socket.sendto(no_such_name, sender)
-
-    @staticmethod
-    def _name_in(query):
-        labels, place = [], 12
-        while length := query[place]:
-            labels.append(query[place + 1 : place + 1 + length].decode("ascii", "replace"))
-            place += 1 + length
-        return ".".join(labels)

@@ -9,6 +9,7 @@
 #include <bcrypt.h>
 #include <iphlpapi.h>
 #include <pdh.h>
+#include <winhttp.h>
 
 #include <gmock/gmock.h>
 
@@ -68,7 +69,10 @@ struct StandIn<Function> {
     static inline std::vector<std::tuple<Arguments...>> calls;
     static Result Call(Arguments... arguments) {
         calls.emplace_back(arguments...);
-        return Result(Answer);
+        if constexpr (std::is_pointer_v<Result>)
+            return reinterpret_cast<Result>(std::uintptr_t{Answer});
+        else
+            return Result(Answer);
     }
     static constexpr int Answer = 42;
 };
@@ -82,7 +86,9 @@ void ExpectLoadedAtTheFirstCall(const char* dll, const char* name, Arguments... 
     const std::string load = std::string("load ") + dll;
     const auto call = [&] {
         world.calls.clear();
-        if constexpr (HasResult)
+        if constexpr (std::is_pointer_v<decltype(Function(arguments...))>)
+            return static_cast<int>(reinterpret_cast<std::intptr_t>(Function(arguments...)));
+        else if constexpr (HasResult)
             return static_cast<int>(Function(arguments...));
         else
             return Function(arguments...), 0;
@@ -168,6 +174,37 @@ TEST(SystemDlls, BCrypt) {
     ExpectLoadedFromBCrypt<&BCryptDestroyKey>("BCryptDestroyKey", key);
     ExpectLoadedFromBCrypt<&BCryptVerifySignature>("BCryptVerifySignature", key, static_cast<VOID*>(&padding), &a,
                                                    ULONG{4}, &b, ULONG{5}, ULONG{6});
+}
+
+/// The functions of winhttp.dll fail with FALSE or null.
+template <auto Function, typename... Arguments>
+void ExpectLoadedFromWinHttp(const char* name, Arguments... arguments) {
+    ExpectLoadedAtTheFirstCall<Function, 0>("winhttp.dll", name, arguments...);
+}
+
+TEST(SystemDlls, WinHttp) {
+    const auto session = Handle<HINTERNET>(1);
+    const auto connection = Handle<HINTERNET>(2);
+    const auto request = Handle<HINTERNET>(3);
+    int buffer = 0;
+    void* const bytes = &buffer;
+    DWORD a = 0;
+    DWORD b = 0;
+    LPCWSTR types = nullptr;
+    URL_COMPONENTS parts{};
+    ExpectLoadedFromWinHttp<&WinHttpOpen>("WinHttpOpen", L"agent", DWORD{4}, L"proxy", L"bypass", DWORD{5});
+    ExpectLoadedFromWinHttp<&WinHttpSetTimeouts>("WinHttpSetTimeouts", session, 1, 2, 3, 4);
+    ExpectLoadedFromWinHttp<&WinHttpConnect>("WinHttpConnect", session, L"host", INTERNET_PORT{443}, DWORD{5});
+    ExpectLoadedFromWinHttp<&WinHttpOpenRequest>("WinHttpOpenRequest", connection, L"verb", L"path", L"version",
+                                                 L"referrer", &types, DWORD{5});
+    ExpectLoadedFromWinHttp<&WinHttpSendRequest>("WinHttpSendRequest", request, L"headers", DWORD{4}, bytes, DWORD{5},
+                                                 DWORD{6}, DWORD_PTR{7});
+    ExpectLoadedFromWinHttp<&WinHttpReceiveResponse>("WinHttpReceiveResponse", request, bytes);
+    ExpectLoadedFromWinHttp<&WinHttpQueryHeaders>("WinHttpQueryHeaders", request, DWORD{4}, L"name", bytes, &a, &b);
+    ExpectLoadedFromWinHttp<&WinHttpQueryDataAvailable>("WinHttpQueryDataAvailable", request, &a);
+    ExpectLoadedFromWinHttp<&WinHttpReadData>("WinHttpReadData", request, bytes, DWORD{4}, &a);
+    ExpectLoadedFromWinHttp<&WinHttpCloseHandle>("WinHttpCloseHandle", request);
+    ExpectLoadedFromWinHttp<&WinHttpCrackUrl>("WinHttpCrackUrl", L"url", DWORD{4}, DWORD{5}, &parts);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/handles_win32.h"
 #include "base/lock_win32.h"
 #include "support/real_call_win32.h"
 
@@ -94,32 +95,27 @@ inline std::size_t OpenHttpHandles() {
                                                   [](const auto& handle) { return handle.isOpen; }));
 }
 
-/// Holds the calls of one function, whichever thread makes them, from Close to Open.
+/// Holds the calls of one function, from the given one on, until it is opened.
 class HttpGate {
   public:
-    explicit HttpGate(std::string function) : function_(std::move(function)) {
-        fakeHttp.onCall = [this](const std::string& called) {
-            if (called != function_) return;
-            SetEvent(reached_);
-            WaitForSingleObject(open_, INFINITE);
+    explicit HttpGate(const std::string& function, int firstCall = 1) {
+        fakeHttp.onCall = [=, this](const std::string& called) {
+            if (called != function || HttpCallCount(function) + 1 < firstCall) return;
+            SetEvent(reached_.Get());
+            WaitForSingleObject(open_.Get(), INFINITE);
         };
     }
     HttpGate(const HttpGate&) = delete;
     HttpGate& operator=(const HttpGate&) = delete;
-    /// The threads that were held must have been joined.
-    ~HttpGate() {
-        fakeHttp.onCall = nullptr;
-        CloseHandle(reached_);
-        CloseHandle(open_);
-    }
+    /// Nothing may be held any more.
+    ~HttpGate() { fakeHttp.onCall = nullptr; }
     /// True once a call is held; false if none comes within ten seconds.
-    bool AwaitCall() { return WaitForSingleObject(reached_, 10000) == WAIT_OBJECT_0; }
-    void Open() { SetEvent(open_); }
+    bool AwaitCall() { return WaitForSingleObject(reached_.Get(), 10000) == WAIT_OBJECT_0; }
+    void Open() { SetEvent(open_.Get()); }
 
   private:
-    std::string function_;
-    HANDLE reached_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    HANDLE open_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    UniqueKernelHandle reached_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    UniqueKernelHandle open_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
 };
 
 /// One call of a function: takes the lock, and tells whether it is refused.

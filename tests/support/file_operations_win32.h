@@ -34,7 +34,7 @@ struct FileOperations {
     UINT killExitCode = 0;
 
     int done = 0;
-    std::map<HANDLE, std::string> open;  // the names of files below the folder
+    std::map<HANDLE, std::string> open;  // the names of files below the folder, and what a process of one gave
 };
 inline FileOperations fileOperations;
 
@@ -177,7 +177,13 @@ inline BOOL WINAPI WatchedCreateProcessW(LPCWSTR program, LPWSTR commandLine, LP
         return real(program, commandLine, process, thread, inherit, flags, environment, folder, startup, information);
     };
     if (program == nullptr || !IsWatched(program)) return call();
-    return Operate("CreateProcessW " + NameOf(program), FALSE, call);
+    const std::string note = "CreateProcessW " + NameOf(program) + " inherit " + std::to_string(inherit) + " flags " +
+                             Hex(flags) + (environment != nullptr || folder != nullptr ? " elsewhere" : "");
+    const BOOL result = Operate(note, FALSE, call);
+    if (result == FALSE) return FALSE;
+    fileOperations.open[information->hThread] = "thread";
+    fileOperations.open[information->hProcess] = "process";
+    return TRUE;
 }
 
 }  // namespace file_operations

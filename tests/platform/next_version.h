@@ -1,0 +1,3 @@
+#pragma once
+
+inline constexpr int NextVersionExitCode = 20;

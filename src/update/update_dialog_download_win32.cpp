@@ -1,7 +1,6 @@
-#include "update/update_dialog_state_win32.h"
+#include "update/update_dialog_download_win32.h"
 
 #include "update/download_win32.h"
-#include "update/update_dialog_win32.h"
 #include "update/update_rules.h"
 
 namespace kestrane {

@@ -3,6 +3,9 @@
 #include <shellapi.h>
 
 #include <array>
+#include <cstdint>
+#include <string>
+#include <utility>
 
 #include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
@@ -15,7 +18,7 @@
 #include "text/translation.h"
 #include "update/own_version.h"
 #include "update/self_replacer_win32.h"
-#include "update/update_dialog_state_win32.h"
+#include "update/update_dialog_download_win32.h"
 #include "update/update_rules.h"
 #include "update/update_texts.h"
 

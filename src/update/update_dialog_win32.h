@@ -7,10 +7,6 @@
 
 namespace kestrane {
 
-/// Posted by the download thread to the dialog: the progress in permille, and at the end 1 for success, else 0.
-inline constexpr UINT WM_UPDATE_PROGRESS = 0x801E;
-inline constexpr UINT WM_UPDATE_DONE = 0x801F;
-
 /// True if the verified new version stands beside the executable, ready to take its place.
 bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info);
 

@@ -1,6 +1,5 @@
 #pragma once
-// What the update dialog and its download thread share. The UI thread owns it, on the stack of ShowUpdateDialog; the
-// download thread lives shorter.
+// The download thread of the update dialog, and what the two share.
 #include <windows.h>
 
 #include <atomic>
@@ -14,6 +13,11 @@
 
 namespace kestrane {
 
+/// Posted by the download thread to the dialog: the progress in permille, and at the end 1 for success, else 0.
+inline constexpr UINT WM_UPDATE_PROGRESS = 0x801E;
+inline constexpr UINT WM_UPDATE_DONE = 0x801F;
+
+/// On the stack of ShowUpdateDialog. The download thread has always been joined before it goes.
 struct UpdateDialogState {
     const UpdateInfo* info = nullptr;  // the caller's
     std::wstring exePath;

@@ -64,10 +64,35 @@ PROGRAM_ICON_EDGES = [16, 20, 24, 32, 48, 64, 256]
 ICON_EDGES = [16, 20, 24, 32, 48]
 
 SETTINGS_DIALOG = 200
-DIALOG_ICONS = {202, 203, 206, 207, 210, 211, 212, 213, 214}
+UPDATE_DIALOG = 300
+DIALOG_ICONS = {202, 203, 206, 207, 210, 211, 212, 213, 214, 215}
 DIALOG_STYLE = 0x80C800C0  # popup, caption, system menu, modal frame, font
 NEUTRAL = 0
 DEFAULT_CHARSET = 1
+BUTTON, STATIC = 0x80, 0x82
+CHILD = 0x50000000  # and visible
+GROUP, TAB_STOP = 0x20000, 0x10000
+DEFAULT_BUTTON = 0x1
+OWNER_DRAW, NOTIFY = 0xD, 0x100  # of a static
+NO_ID = 0xFFFFFFFF
+
+UPDATE_NOTE = (
+    "Al actualizar se descarga la versión nueva, se comprueba, se cierra kestrane y se vuelve a abrir ya actualizado."
+)
+# Id, class, style, rectangle and text, in the order in which Tab goes through them.
+UPDATE_CONTROLS = [
+    (3001, STATIC, GROUP, (10, 10, 240, 10), "Hay una versión nueva de kestrane."),
+    (NO_ID, STATIC, GROUP, (10, 26, 72, 10), "Versión actual:"),
+    (3002, STATIC, GROUP, (84, 26, 120, 10), ""),
+    (NO_ID, STATIC, GROUP, (10, 38, 72, 10), "Versión disponible:"),
+    (3003, STATIC, GROUP, (84, 38, 120, 10), ""),
+    (3004, STATIC, GROUP | NOTIFY, (10, 54, 120, 10), "Ver los cambios de cada versión"),
+    (3005, STATIC, GROUP, (10, 70, 240, 26), UPDATE_NOTE),
+    (3007, STATIC, GROUP | NOTIFY, (10, 96, 60, 10), "Ir a la web"),
+    (3006, STATIC, GROUP | OWNER_DRAW, (10, 98, 240, 7), ""),
+    (2, BUTTON, GROUP | TAB_STOP, (116, 110, 44, 14), "Cerrar"),
+    (3008, BUTTON, TAB_STOP | DEFAULT_BUTTON, (164, 110, 86, 14), "Actualizar y reiniciar"),
+]
 
 
 class Executable(unittest.TestCase):
@@ -209,18 +234,48 @@ class Executable(unittest.TestCase):
         self.assertEqual(sorted(there), sorted(named))
         self.assertLessEqual(DIALOG_ICONS, set(there))
 
-    def test_dialog_is_empty_and_of_no_language(self):
-        [(number, language, data)] = self.resources("RT_DIALOG")
-        self.assertEqual((number, language), (SETTINGS_DIALOG, NEUTRAL))
+    def dialog(self, number):
+        """The number of controls, the place and the rest of a template that begins as all do."""
+        [(_, language, data)] = [found for found in self.resources("RT_DIALOG") if found[0] == number]
+        self.assertEqual(language, NEUTRAL)
         version, signature, help_id, extended_style, style = struct.unpack_from("<HHIII", data)
         self.assertEqual((version, signature, help_id, extended_style), (1, 0xFFFF, 0, 0))
         self.assertEqual(style, DIALOG_STYLE)
         controls, *place, menu, window_class = struct.unpack_from("<HhhhhHH", data, 16)
-        self.assertEqual(controls, 0)
-        self.assertEqual(place, [0, 0, 520, 300])
         self.assertEqual((menu, window_class), (0, 0))
-        title, font = "Ajustes de kestrane\0".encode("utf-16-le"), "Segoe UI\0".encode("utf-16-le")
-        self.assertEqual(data[30:], title + struct.pack("<HHBB", 9, 400, 0, DEFAULT_CHARSET) + font)
+        return controls, place, data[30:]
+
+    @staticmethod
+    def title_and_font(title):
+        font = struct.pack("<HHBB", 9, 400, 0, DEFAULT_CHARSET) + "Segoe UI\0".encode("utf-16-le")
+        return (title + "\0").encode("utf-16-le") + font
+
+    def test_settings_dialog_is_empty(self):
+        expected = (0, [0, 0, 520, 300], self.title_and_font("Ajustes de kestrane"))
+        self.assertEqual(self.dialog(SETTINGS_DIALOG), expected)
+
+    def test_update_dialog_has_its_controls(self):
+        count, place, data = self.dialog(UPDATE_DIALOG)
+        self.assertEqual((count, place), (len(UPDATE_CONTROLS), [0, 0, 260, 132]))
+        head = self.title_and_font("Nueva versión de kestrane")
+        self.assertEqual(data[: len(head)], head)
+        position, controls = len(head), []
+        for _ in UPDATE_CONTROLS:
+            position = (position + 30 + 3) // 4 * 4 - 30  # each begins at a multiple of four bytes
+            help_id, extended_style, style, x, y, width, height, number, mark, kind = struct.unpack_from(
+                "<IIIhhhhIHH", data, position
+            )
+            self.assertEqual((help_id, extended_style, mark), (0, 0, 0xFFFF), number)
+            self.assertEqual(style & CHILD, CHILD, number)
+            position += struct.calcsize("<IIIhhhhIHH")
+            end = position
+            while data[end : end + 2] != b"\0\0":
+                end += 2
+            text = data[position:end].decode("utf-16-le")
+            self.assertEqual(data[end + 2 : end + 4], b"\0\0", number)  # no data of its own
+            position = end + 4
+            controls.append((number, kind, style - CHILD, (x, y, width, height), text))
+        self.assertEqual(controls, UPDATE_CONTROLS)
 
     def test_a_second_link_of_the_same_tree_is_equal_byte_for_byte(self):
         commands = subprocess.run(

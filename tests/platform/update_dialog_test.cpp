@@ -266,6 +266,10 @@ TEST_F(UpdateDialogFrame, TheUpdateHasTheKeyboardAndReturn) {
         EXPECT_EQ(GetFocus(), Control(IDCANCEL));
         Press(VK_TAB);
         EXPECT_EQ(GetFocus(), Control(Update));
+        Press(VK_LEFT);
+        EXPECT_EQ(GetFocus(), Control(IDCANCEL));
+        Press(VK_RIGHT);
+        EXPECT_EQ(GetFocus(), Control(Update));
         Press(VK_RETURN);
         PumpUntil([] { return !IsOpen(); });
     });

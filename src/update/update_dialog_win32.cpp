@@ -91,6 +91,19 @@ void GiveFont(const UpdateDialogState& state, int id, const UniqueFont& font) {
     if (font) SendDlgItemMessageW(state.dialog, id, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
 }
 
+/// Makes room for a link in a font with wider letters than those for which the template was made. Nothing stands right
+/// of it.
+void FitLink(const UpdateDialogState& state, int id) {
+    const HWND link = Control(state, id);
+    std::array<wchar_t, LongestText> text{};
+    GetWindowTextW(link, text.data(), LongestText);
+    RECT place{};
+    GetClientRect(link, &place);
+    const std::int32_t width = TextWidth(state.linkFont.Get(), text.data());
+    if (width <= place.right) return;
+    SetWindowPos(link, nullptr, 0, 0, width, place.bottom, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 /// Fonts and icon of the dialog's present DPI. The controls keep the old ones until they have the new.
 void Dress(UpdateDialogState& state) {
     const auto font = reinterpret_cast<HFONT>(SendMessageW(state.dialog, WM_GETFONT, 0, 0));
@@ -102,6 +115,8 @@ void Dress(UpdateDialogState& state) {
     GiveFont(state, IdWebLink, linkFont);
     state.boldFont = std::move(boldFont);
     state.linkFont = std::move(linkFont);
+    FitLink(state, IdChangesLink);
+    FitLink(state, IdWebLink);
 
     const int size = ScaleForDpi(ButtonIconSize, GetDpiForWindow(state.dialog));
     UniqueIcon icon = LoadIconResource(ResourceUpdate, size);

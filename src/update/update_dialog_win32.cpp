@@ -106,7 +106,7 @@ void FitLink(const UpdateDialogState& state, int id) {
 
 /// Fonts and icon of the dialog's present DPI. The controls keep the old ones until they have the new.
 void Dress(UpdateDialogState& state) {
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(state.dialog, WM_GETFONT, 0, 0));
+    auto* const font = reinterpret_cast<HFONT>(SendMessageW(state.dialog, WM_GETFONT, 0, 0));
     UniqueFont boldFont = MakeBold(font);
     UniqueFont linkFont = MakeUnderlined(font);
     GiveFont(state, IdHeadline, boldFont);

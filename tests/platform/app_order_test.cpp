@@ -26,6 +26,7 @@
 #include "hardware/hardware_facts_win32.h"
 #include "support/call_log.h"
 #include "support/fake_pdh.h"
+#include "support/fake_worker_win32.h"
 #include "support/real_call_win32.h"
 
 namespace {
@@ -125,6 +126,14 @@ BOOL WINAPI FakeWritePrivateProfileStringW(LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR) {
     Note("save");
     return TRUE;
 }
+BOOL WINAPI FakeDeleteFileW(LPCWSTR path) {
+    const std::wstring name(path);
+    for (const char* ending : {".old", ".new"}) {
+        if (name.ends_with(std::wstring(L".exe") + std::wstring(ending, ending + 4)))
+            Note(std::string("delete ") + ending);
+    }
+    return FALSE;
+}
 BOOL WINAPI FakeShowWindow(HWND window, int command) {
     static const auto real = REAL(L"user32", ShowWindow);
     const BOOL result = real(window, command);
@@ -155,6 +164,7 @@ decltype(&GetSystemMetricsForDpi) __imp_GetSystemMetricsForDpi = &FakeGetSystemM
 decltype(&SHAppBarMessage) __imp_SHAppBarMessage = &FakeSHAppBarMessage;
 decltype(&TrackPopupMenuEx) __imp_TrackPopupMenuEx = &FakeTrackPopupMenuEx;
 decltype(&WritePrivateProfileStringW) __imp_WritePrivateProfileStringW = &FakeWritePrivateProfileStringW;
+decltype(&DeleteFileW) __imp_DeleteFileW = &FakeDeleteFileW;
 decltype(&ShowWindow) __imp_ShowWindow = &FakeShowWindow;
 decltype(&DestroyWindow) __imp_DestroyWindow = &FakeDestroyWindow;
 decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = &FakeGlobalMemoryStatusEx;
@@ -198,6 +208,7 @@ class AppOrderTest : public testing::Test {
         app = std::make_unique<App>();
         app->instance = GetModuleHandleW(nullptr);
         app->settings = MakeDefaultSettings();
+        app->settings.install_id = "01234567-89ab-4def-8123-456789abcdef";
         app->taskbarCreatedMessage = FakeTaskbarCreated;
     }
 
@@ -256,28 +267,36 @@ TEST_F(AppOrderTest, TheGraphsOpenAfterTheTimersAndBeforeTheShortcut) {
     ASSERT_TRUE(CreateHiddenWindow(*app));
     Calls().erase(Calls().begin(), std::find(Calls().begin(), Calls().end(), "SetTimer 4 1500"));
     EXPECT_THAT(Calls(), ElementsAre("SetTimer 4 1500", "network opens", "cpu opens", "disk opens", "RegisterHotKey",
-                                     "SetTimer 2 2000"));
+                                     "SetTimer 2 2000", "delete .old", "delete .new", "worker starts"));
 }
 
-TEST_F(AppOrderTest, AtTheEndTheGraphsGoAfterTheShortcutAndBeforeTheIcons) {
+TEST_F(AppOrderTest, TheIdentityIsSavedBeforeTheFirstWorkerStarts) {
+    app->settings.install_id.clear();
+    ASSERT_TRUE(CreateHiddenWindow(*app));
+    Calls().erase(Calls().begin(), std::find(Calls().begin(), Calls().end(), "delete .new"));
+    EXPECT_THAT(Calls(), ElementsAre("delete .new", "save", "worker starts"));
+}
+
+TEST_F(AppOrderTest, AtTheEndTheGraphsGoAfterWorkerAndShortcutAndBeforeTheIcons) {
     OpenGraphs();
     Start();
     DestroyWindow(app->window);
-    EXPECT_THAT(Calls(), ElementsAre("KillTimer 1", "KillTimer 5", "KillTimer 3", "KillTimer 4", "UnregisterHotKey",
-                                     "network goes", "cpu goes", "disk goes", "icon delete 1", "icon delete 2",
-                                     "icon delete 3", "icon delete 4", "PostQuitMessage"));
+    EXPECT_THAT(Calls(), ElementsAre("KillTimer 1", "KillTimer 5", "KillTimer 3", "KillTimer 4", "worker stops",
+                                     "UnregisterHotKey", "network goes", "cpu goes", "disk goes", "icon delete 1",
+                                     "icon delete 2", "icon delete 3", "icon delete 4", "PostQuitMessage"));
 }
 
-TEST_F(AppOrderTest, ChangedSettingsReachIconsThenTimersThenGraphsThenImages) {
+TEST_F(AppOrderTest, ChangedSettingsReachIconsThenTimersThenGraphsThenImagesThenTheWorker) {
     app->settings.network.graph = true;
     Start();
     app->settings.show[0] = false;
     app->settings.refresh_ms[3] = 500;
     app->settings.network.graph = false;
     app->settings.disk.graph = true;
+    app->settings.check_updates = false;
     app->OnSettingsChanged();
     EXPECT_THAT(Calls(), ElementsAre("icon delete 1", "SetTimer 4 500", "network goes", "disk opens", "icon modify 2",
-                                     "icon modify 3", "icon modify 4"));
+                                     "icon modify 3", "icon modify 4", "worker stops"));
 }
 
 TEST_F(AppOrderTest, OnANewTaskbarTheIconsComeBackBeforeTheGraphs) {
@@ -363,6 +382,7 @@ TEST_F(AppOrderTest, AWindowWithoutAppDoesNothing) {
         {WM_DPICHANGED, MAKEWPARAM(192, 192), 0},
         {WM_HOTKEY, GraphHotkeyId, 0},
         {WM_TRAY_NOTIFY, 0, 0},
+        {WM_UPDATE_STATE, 0, 0},
         {FakeTaskbarCreated, 0, 0},
         {WM_NULL, 0, 0},
     };
@@ -375,7 +395,9 @@ TEST_F(AppOrderTest, AWindowWithoutAppDoesNothing) {
 TEST_F(AppOrderTest, BeforeItsCreationAppHasNeitherIconsNorGraphsToTouch) {
     const WindowWithoutApp window;
     SetWindowLongPtrW(window.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(app.get()));
-    for (const UINT message : {UINT{WM_ENDSESSION}, UINT{WM_SETTINGCHANGE}, UINT{WM_DISPLAYCHANGE}, FakeTaskbarCreated})
+    app->updateChecker.offer.available = true;
+    for (const UINT message :
+         {UINT{WM_ENDSESSION}, UINT{WM_SETTINGCHANGE}, UINT{WM_DISPLAYCHANGE}, WM_UPDATE_STATE, FakeTaskbarCreated})
         EXPECT_EQ(window.Send(message, TRUE), 0) << message;
     EXPECT_THAT(Calls(), IsEmpty());
     SetWindowLongPtrW(window.Get(), GWLP_USERDATA, 0);

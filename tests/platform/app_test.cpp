@@ -250,6 +250,7 @@ class AppTest : public testing::Test {
         app = std::make_unique<App>();
         app->instance = GetModuleHandleW(nullptr);
         app->settings = MakeDefaultSettings();
+        app->settings.check_updates = false;
         app->taskbarCreatedMessage = FakeTaskbarCreated;
         UnregisterClassW(HiddenWindowClass, app->instance);
         Calls().clear();

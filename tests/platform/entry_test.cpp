@@ -13,6 +13,7 @@
 #include "app/app_win32.h"
 #include "app/entry_win32.h"
 #include "app/hidden_window_win32.h"
+#include "settings/migration_win32.h"
 #include "support/call_log.h"
 #include "support/fake_module_path_win32.h"
 #include "support/own_registry_win32.h"
@@ -178,6 +179,13 @@ void WINAPI FakePostQuitMessage(int exitCode) {
     NoteCall("PostQuitMessage " + std::to_string(exitCode));
 }
 
+/// Noted once for all the keys of a file.
+DWORD WINAPI FakeGetPrivateProfileStringW(LPCWSTR, LPCWSTR, LPCWSTR fallback, LPWSTR text, DWORD size, LPCWSTR) {
+    if (Calls().empty() || Calls().back() != "load settings") NoteCall("load settings");
+    lstrcpynW(text, fallback, static_cast<int>(size));
+    return static_cast<DWORD>(std::wcslen(text));
+}
+
 LSTATUS WINAPI FakeRegCreateKeyExW(HKEY root, LPCWSTR path, DWORD, LPWSTR, DWORD options, REGSAM access,
                                    LPSECURITY_ATTRIBUTES, PHKEY key, LPDWORD disposition) {
     EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
@@ -227,6 +235,7 @@ decltype(&GetMessageW) __imp_GetMessageW = &FakeGetMessageW;
 decltype(&TranslateMessage) __imp_TranslateMessage = &FakeTranslateMessage;
 decltype(&DispatchMessageW) __imp_DispatchMessageW = &FakeDispatchMessageW;
 decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
+decltype(&GetPrivateProfileStringW) __imp_GetPrivateProfileStringW = &FakeGetPrivateProfileStringW;
 decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
@@ -234,6 +243,12 @@ decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW
 }
 
 namespace kestrane {
+
+/// Its own tests show what it does.
+void MigrateFormerInstall() {
+    NoteCall("take over the former settings");
+}
+
 namespace {
 
 class EntryTest : public testing::Test {
@@ -304,9 +319,10 @@ TEST_F(MainTest, RunsInTheRequiredOrder) {
         Calls().clear();
         world.messages = {TRUE, TRUE};
         EXPECT_EQ(Main(Module, text), 0);
-        EXPECT_THAT(CallsOfMain(), ElementsAre("CreateMutex owned", "RegisterWindowMessage", "RegisterClass",
-                                               "CreateWindow", "GetMessage 1", "Dispatch", "GetMessage 1", "Dispatch",
-                                               "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
+        EXPECT_THAT(CallsOfMain(),
+                    ElementsAre("CreateMutex owned", "take over the former settings", "load settings",
+                                "RegisterWindowMessage", "RegisterClass", "CreateWindow", "GetMessage 1", "Dispatch",
+                                "GetMessage 1", "Dispatch", "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
     }
 }
 
@@ -326,9 +342,10 @@ TEST_F(MainTest, AnEndInANestedLoopEndsThisOneToo) {
     world.messages = {TRUE};
     world.endsInDispatch = true;
     Main(Module, L"");
-    EXPECT_THAT(CallsOfMain(), ElementsAre("CreateMutex owned", "RegisterWindowMessage", "RegisterClass",
-                                           "CreateWindow", "GetMessage 1", "Dispatch", "PostQuitMessage 0",
-                                           "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
+    EXPECT_THAT(CallsOfMain(),
+                ElementsAre("CreateMutex owned", "take over the former settings", "load settings",
+                            "RegisterWindowMessage", "RegisterClass", "CreateWindow", "GetMessage 1", "Dispatch",
+                            "PostQuitMessage 0", "GetMessage 0", "ReleaseMutex", "CloseHandle mutex"));
 }
 
 TEST_F(MainTest, AfterAnUpdateItWaitsForTheOutgoingInstance) {

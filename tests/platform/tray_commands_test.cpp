@@ -25,6 +25,7 @@
 #include "support/icon_pixels_win32.h"
 #include "support/real_call_win32.h"
 #include "text/translation.h"
+#include "update/update_dialog_win32.h"
 
 namespace {
 
@@ -231,6 +232,15 @@ HWND OpenSettingsDialog() {
     return world.settingsDialog;
 }
 
+/// Replaces the update dialog. Nothing has been downloaded.
+bool ShowUpdateDialog(HINSTANCE, HWND, const UpdateInfo& info) {
+    NoteCall("update dialog " + info.version);
+    return false;
+}
+HWND OpenUpdateDialog() {
+    return nullptr;
+}
+
 /// Replaces the real one, which would start a program.
 void OpenTaskManager(std::int64_t page) {
     NoteCall("Task Manager " + std::to_string(page));
@@ -243,15 +253,20 @@ class TrayCommandsTest : public testing::Test {
     TrayCommandsTest() {
         world = World{};
         SetLanguage(1);
-        app = std::make_unique<App>();
-        app->instance = GetModuleHandleW(nullptr);
-        app->settings = MakeDefaultSettings();
-        app->taskbarCreatedMessage = 0xC0DE;
+        MakeApp();
     }
     ~TrayCommandsTest() override {
         if (IsWindow(app->window)) DestroyWindow(app->window);
         UnregisterClassW(HiddenWindowClass, app->instance);
         SetLanguage(0);
+    }
+
+    void MakeApp() {
+        app = std::make_unique<App>();
+        app->instance = GetModuleHandleW(nullptr);
+        app->settings = MakeDefaultSettings();
+        app->settings.check_updates = false;
+        app->taskbarCreatedMessage = 0xC0DE;
     }
 
     void Start() {
@@ -270,6 +285,11 @@ class TrayCommandsTest : public testing::Test {
         world.menuAnswer = static_cast<BOOL>(command);
         Event(iconId, EventContextMenu);
         world.menuAnswer = 0;
+    }
+
+    void OfferVersion(const char* version) {
+        app->updateChecker.offer.available = true;
+        app->updateChecker.offer.info.version = version;
     }
 
     GraphWindow& Graph(GraphKind kind) { return *app->graphs[IndexOf(kind)]; }
@@ -416,6 +436,38 @@ TEST_F(TrayCommandsTest, TheMenuStandsWhereTheUserIsWithImagesAndADefault) {
     EXPECT_EQ(world.imageSize, static_cast<int>(app->iconRingSize));
     EXPECT_THAT(Calls(), ElementsAre("image 201", "image 202", "image 203", "image 204", "SetForegroundWindow",
                                      "TrackPopupMenu", "post 0", "focus 3"));
+}
+
+TEST_F(TrayCommandsTest, ANewerVersionStandsAtTheTopOfTheMenuForAsLongAsItIsOffered) {
+    Start();
+    OfferVersion("0.2.0");
+    Event(1, EventContextMenu);
+    EXPECT_THAT(TextsOf(world.menu), ElementsAre(L"New version 0.2.0 available...", L"-", L"Performance", L"-",
+                                                 L"Settings...", L"-", L"About kestrane...", L"Exit"));
+    EXPECT_EQ(world.menu[0].id, 110U);
+    EXPECT_NE(world.menu[0].image, nullptr);
+    EXPECT_EQ(world.menuDefault, 103U) << "a double click on an icon does not mean an update";
+    EXPECT_EQ(CountCalls("image 215"), 1);
+    app->updateChecker.offer.available = false;
+    Event(1, EventContextMenu);
+    EXPECT_EQ(world.menu.size(), 6U);
+    EXPECT_EQ(CountCalls("image 215"), 1);
+}
+
+TEST_F(TrayCommandsTest, TheMenusNewerVersionOpensTheUpdateDialog) {
+    Start();
+    OfferVersion("0.2.0");
+    Choose(CommandUpdate);
+    EXPECT_EQ(Calls().back(), "update dialog 0.2.0");
+    EXPECT_EQ(CountCalls("focus 1"), 0) << "the user has chosen something";
+}
+
+TEST_F(TrayCommandsTest, AVersionThatIsTakenBackUnderTheMenuOpensNoDialog) {
+    Start();
+    OfferVersion("0.2.0");
+    world.whileMenuIsOpen = [this] { app->updateChecker.offer.available = false; };
+    Choose(CommandUpdate);
+    EXPECT_EQ(CountCalls("update dialog 0.2.0"), 0);
 }
 
 TEST_F(TrayCommandsTest, TheImagesAreThoseOfTheIconsOnNothing) {
@@ -605,18 +657,19 @@ TEST_F(TrayCommandsTest, ExitDestroysTheWindow) {
 }
 
 TEST_F(TrayCommandsTest, AWindowThatGoesAwayUnderTheMenuRunsNoCommand) {
-    for (const std::uint32_t command : {CommandPinFirst, CommandPerformance, CommandAbout, CommandExit}) {
-        app = std::make_unique<App>();
-        app->instance = GetModuleHandleW(nullptr);
-        app->settings = MakeDefaultSettings();
+    for (const std::uint32_t command :
+         {CommandPinFirst, CommandPerformance, CommandAbout, CommandExit, CommandUpdate}) {
+        MakeApp();
         UnregisterClassW(HiddenWindowClass, app->instance);
         Start();
+        OfferVersion("0.2.0");
         world.whileMenuIsOpen = [this] { SendMessageW(app->window, WM_CLOSE, 0, 0); };
         Choose(command);
         EXPECT_FALSE(IsWindow(app->window));
         EXPECT_EQ(world.boxText, L"");
         EXPECT_FALSE(app->settings.network.pinned);
         EXPECT_THAT(Calls(), Not(Contains(HasSubstr("Task Manager"))));
+        EXPECT_THAT(Calls(), Not(Contains(HasSubstr("update dialog"))));
         EXPECT_EQ(CountCalls("PostQuitMessage"), 1);
     }
 }
@@ -865,9 +918,7 @@ TEST_F(TrayCommandsTest, AGraphsMenuThatDoesNotOpenLeavesTheForegroundAlone) {
 
 TEST_F(TrayCommandsTest, TheEndUnderAMenuGivesNothingBack) {
     for (const bool ofIcon : {true, false}) {
-        app = std::make_unique<App>();
-        app->instance = GetModuleHandleW(nullptr);
-        app->settings = MakeDefaultSettings();
+        MakeApp();
         UnregisterClassW(HiddenWindowClass, app->instance);
         Start();
         const HWND users = MakeUsersWindow();

@@ -272,6 +272,7 @@ TEST_F(AppOrderTest, TheGraphsOpenAfterTheTimersAndBeforeTheShortcut) {
 
 TEST_F(AppOrderTest, TheIdentityIsSavedBeforeTheFirstWorkerStarts) {
     app->settings.install_id.clear();
+    Calls().clear();
     ASSERT_TRUE(CreateHiddenWindow(*app));
     Calls().erase(Calls().begin(), std::find(Calls().begin(), Calls().end(), "delete .new"));
     EXPECT_THAT(Calls(), ElementsAre("delete .new", "save", "worker starts"));

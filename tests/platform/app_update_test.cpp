@@ -203,6 +203,7 @@ class AppUpdateTest : public testing::Test {
         app->settings = MakeDefaultSettings();
         app->settings.install_id = FirstIdentity;
         UnregisterClassW(HiddenWindowClass, app->instance);
+        Calls().clear();
     }
 
     /// Its calls are forgotten.
@@ -482,7 +483,7 @@ TEST_F(AppUpdateTest, AClickOnTheNotificationOpensTheDialogForTheVersionThatIsOf
     Offer("0.2.0");
     Offer("0.3.0");
     app->updateChecker.offer.info.url = "https://kestrane.example/k.exe";
-    for (const WPARAM icon : {1, 3, 4}) {
+    for (const WPARAM icon : {1U, 3U, 4U}) {
         Calls().clear();
         SendMessageW(app->window, WM_TRAY_NOTIFY, 0, static_cast<LPARAM>(EventBalloonClick | icon << 16));
         EXPECT_THAT(Calls(), ElementsAre("update dialog")) << icon;

@@ -95,11 +95,13 @@ class SettingsDialogTest : public testing::Test {
     void SetUp() override { ASSERT_TRUE(user_ && machine_); }
 
     /// Opens the dialog and runs `body` in its message loop as soon as it is shown; then closes it, unless `body` has.
-    void WithDialog(const std::function<void()>& body) {
+    void WithDialog(const std::function<void()>& body) { WithDialogOf(settings, host, body); }
+    /// The same for the settings of another program.
+    void WithDialogOf(AppSettings& edited, SettingsDialogHost& program, const std::function<void()>& body) {
         current_ = this;
         body_ = body;
         const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &RunBody);
-        ShowSettingsDialog(GetModuleHandleW(nullptr), owner, anchor, settings, host);
+        ShowSettingsDialog(GetModuleHandleW(nullptr), owner, anchor, edited, program);
         KillTimer(nullptr, timer);
         EXPECT_FALSE(body_) << "the dialog has not been shown";
     }

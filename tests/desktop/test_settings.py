@@ -243,6 +243,7 @@ class HandWritten(SettingsTest):
         ; what I like
         [General]
         LANGUAGE = 1
+        Check_Updates = 0
 
         [COLORS]
         CPU_FG = ff0000

@@ -2,7 +2,8 @@
 """Every text that the program shows has a row in the translation table, and finished features use all of theirs.
 
 A text need not be in the call of Tr itself: it may come from a table. So every wide literal in src counts as a text,
-unless it looks like an internal name (a key, a path, a class name, a debug line) or is listed below. Prints each
+unless it looks like an internal name (a key, a path, a class name, a debug line) or is listed below; and so do captions
+and controls of the dialog templates, which are translated when a dialog opens. Prints each
 violation as FILE:LINE: MESSAGE and exits with 1 if there are any; then the rows that wait for their feature. An
 argument names another tree to check.
 """
@@ -40,6 +41,8 @@ TOKEN = re.compile(
     r"|(?P<character>L?'(?:[^'\\\n]|\\.)+')|(?P<call>\b(?:Tr|FormatText)\s*\()|(?P<other>\w+|\S)",
     re.DOTALL,
 )
+# In a resource script. A quote within a text is doubled.
+TEMPLATE_TEXT = re.compile(r'\s*(?:CAPTION|[CLR]TEXT|(?:DEF)?PUSHBUTTON|GROUPBOX|CONTROL)\s+"((?:[^"]|"")*)"')
 ESCAPE = re.compile(r'\\(?:u([0-9A-Fa-f]{4})|([n"\\t]))')
 
 
@@ -79,6 +82,14 @@ def literals_of(text):
         elif first_arguments and (depth < first_arguments[-1] or (depth == first_arguments[-1] and token == ",")):
             first_arguments.pop()
     return found
+
+
+def texts_of_templates(root):
+    """Each text of a dialog template in res, with its file and line."""
+    for path in sorted((root / "res").glob("*.rc")):
+        for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), start=1):
+            if match := TEMPLATE_TEXT.match(line):
+                yield path, number, match[1].replace('""', '"')
 
 
 def read_table(path):
@@ -124,6 +135,10 @@ def check(root):
                 used.add(text)
             elif translated or is_shown(text):
                 breaches.append(f"{path}:{line}: no row has {shown(text)}; if nobody reads it, name it here")
+    for path, line, text in texts_of_templates(root):
+        used.add(text)
+        if text not in rows and is_shown(text):
+            breaches.append(f"{path}:{line}: no row has {shown(text)}")
     waiting = []
     for text, (line, group) in rows.items():
         if text not in used and group in FINISHED_GROUPS:

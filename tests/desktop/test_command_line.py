@@ -65,6 +65,7 @@ class CommandLine(DesktopTest):
     def test_a_second_start_leaves_in_silence(self):
         process = self.start()
         window = self.window_of_last_call()
+        wait_until(lambda: b"install_id" in self.desktop.ini_path.read_bytes(), "the last write of the start")
         files = sorted(self.desktop.ini_path.parent.iterdir())
         text = self.desktop.ini_path.read_bytes()
         before = self.shell.mark()

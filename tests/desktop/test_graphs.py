@@ -25,7 +25,7 @@ STYLES = FLYOUT | WS_EX_TOPMOST | WS_EX_TRANSPARENT
 
 
 class Opening(GraphTest):
-    settings = "".join(f"[{kind}]\ngraph=1\n" for kind in KINDS)
+    settings = "[general]\ncheck_updates=0\n" + "".join(f"[{kind}]\ngraph=1\n" for kind in KINDS)
 
     def test_graphs_without_a_place_stand_at_the_taskbar(self):
         self.start_with(*KINDS)

@@ -1,11 +1,15 @@
-"""A settings file that is corrupt, hostile or inaccessible: the program uses its defaults and leaves the file alone."""
+"""A settings file that is corrupt, hostile or inaccessible: the program uses its defaults and leaves the file alone, but
+for the identity of the installation, which it adds."""
 
 import random
+import re
 import shutil
 import subprocess
 
 from harness import main, windows_path
 from settings_icons import COLOR_KEYS, MEMORY, SettingsTest
+
+IDENTITY = re.compile(rb"install_id=[0-9a-f]{8}-([0-9a-f]{4}-){3}[0-9a-f]{12}\s")
 
 
 class Ruined(SettingsTest):
@@ -21,7 +25,16 @@ class Ruined(SettingsTest):
         self.assertEqual(path.stat().st_mtime_ns, before)
         self.assertEqual([file.name for file in path.parent.iterdir()], [path.name])
 
-    def test_a_ruined_file_is_as_good_as_none_and_is_left_alone(self):
+    def assert_only_identified(self, content):
+        """The program uses the defaults, and the first start adds the identity, which the second one finds there."""
+        self.desktop.write_ini_bytes(content)
+        self.assert_defaults(self.run_with_the_file())
+        self.desktop.end_kestrane()
+        identified = self.desktop.ini_path.read_bytes()
+        self.assertEqual(len(IDENTITY.findall(identified.replace(b"\0", b""))), 1)
+        self.assert_left_alone(identified)
+
+    def test_a_ruined_file_is_as_good_as_none(self):
         noise = random.Random(5)
         every_key = "".join(f"{key}={{0}}\n" for key in COLOR_KEYS)
         keys = b"".join(b"key%d=%d\n" % (number, number) for number in range(100000))
@@ -45,8 +58,7 @@ class Ruined(SettingsTest):
             ("numbers as colours", f"[colors]\n{every_key.format('-1')}".encode()),
         ):
             with self.case(name):
-                self.desktop.write_ini_bytes(content)
-                self.assert_left_alone(content)
+                self.assert_only_identified(content)
 
     def test_numbers_out_of_all_bounds(self):
         graph = "graph pinned x y width height opacity margin font_size fill style smoothing topmost"
@@ -63,8 +75,7 @@ class Ruined(SettingsTest):
             with self.case(value):
                 lines = ((f"[{name}]", *(f"{key}={value}" for key in keys.split())) for name, keys in sections.items())
                 content = "\n".join(line for section in lines for line in section).encode()
-                self.desktop.write_ini_bytes(content)
-                self.assert_left_alone(content)
+                self.assert_only_identified(content)
 
     def test_a_file_that_somebody_else_holds(self):
         content = self.GOOD.encode()

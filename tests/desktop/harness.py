@@ -387,10 +387,10 @@ class Desktop:
         command = (f"/desktop={TASKBAR_DESKTOP}", windows_path(self._kestrane), *arguments)
         return self.start("explorer", *command, environment=self._kestrane_environment)
 
-    def run_kestrane_from(self, folder):
-        """From now on a copy in this folder is started."""
+    def run_kestrane_from(self, folder, build="kestrane.exe"):
+        """From now on a copy in this folder is started, of the program or of a variant of it."""
         folder.mkdir(parents=True, exist_ok=True)
-        self._kestrane = shutil.copy(BUILD / "kestrane.exe", folder)
+        self._kestrane = shutil.copy(BUILD / build, folder / "kestrane.exe")
 
     def start_kestrane(self, *arguments, **options):
         environment = {**self._kestrane_environment, **options.pop("environment", {})}

@@ -1,0 +1,368 @@
+"""Updates of the real program: the whole way to the next version, what can be in the way, and what is sent of it."""
+
+import contextlib
+import subprocess
+import time
+
+import private_network
+from harness import NIM_ADD, VERSION, every, main, wait_until, windows_path
+from onscreen import DIALOG_CLASS, RIGHT_BUTTON, Picture, double_click_time
+from settings_dialog import CHECK_UPDATES, GENERAL_SAVE, GENERAL_TAB
+from test_menu import load_image, shows_image
+from update_server import HOST, STATS_HOST, keep_silent, reply, silence, head
+from updates import (
+    CHANGES_LINK,
+    CHECK_HEADERS,
+    CLOSE,
+    DOWNLOAD,
+    FIRST_CHECK,
+    LONGEST_END,
+    NEWER,
+    NIN_BALLOONUSERCLICK,
+    NOTE,
+    OFFERED,
+    PROGRESS,
+    RUNNING,
+    UPDATE,
+    WEB_LINK,
+    UpdateTest,
+)
+
+PLAIN_MENU, MENU_WITH_OFFER = "E-E-EE", "E-E-E-EE"
+
+SHARING_VIOLATION, DISK_FULL = 32, 112
+
+BAR_COLOR = 0x2F7DE1
+
+INSTALL_ID = r"^[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}$"
+
+
+class TheWholeWay(UpdateTest):
+    settings = every(10000) + "[general]\nlanguage=1\n"
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        # Only in a locale that the C library has does Wine know letters outside ASCII in a path.
+        cls.desktop.environment["LC_ALL"] = "C.UTF-8"
+
+    def test_from_the_offer_to_the_next_version(self):
+        self.install("Programas de Ñandú 𝒦")
+        for leftover in ("kestrane.exe.new", "kestrane.exe.old"):
+            (self.folder / leftover).write_text("of an update that was cut off")
+        began = time.monotonic()
+        process = self.start()
+        wait_until(lambda: self.files() == ["kestrane.exe"], "the end of what was left")
+        self.assertRegex(wait_until(self.install_id, "the identity"), INSTALL_ID)
+        self.sees_the_offer(began)
+        self.sees_it_in_the_menu()
+        self.leaves_the_dialog_by_each_way()
+        self.assert_nothing_else_was_sent(checks=1)
+        self.updates(process)
+        self.next_version_is_as_the_last()
+        self.next_version_ends_during_a_check()
+
+    def sees_the_offer(self, began):
+        balloon = self.wait_for_balloon()
+        self.assertEqual(balloon.infoTitle, self.words.title)
+        self.assertEqual(balloon.info, self.words.balloon.format(NEWER, VERSION))
+        waited = self.checks()[0].time - began
+        self.assertTrue(FIRST_CHECK <= waited < FIRST_CHECK + 12, waited)
+
+    def sees_it_in_the_menu(self):
+        menu = self.open_menu()
+        self.assertEqual(menu.shape, MENU_WITH_OFFER)
+        self.assertTrue(menu.entries[0].image)
+        self.click(*menu.middle_of(0))
+        self.wait_for_no_menu()
+        offer = wait_until(self.offer, "the update dialog")
+        texts = self.texts_of(offer)
+        self.assertEqual(sorted(texts), sorted([*self.words.labels, VERSION, NEWER, self.words.note]))
+        self.assertEqual((self.of_offer(RUNNING).text, self.of_offer(OFFERED).text), (VERSION, NEWER))
+        self.assertEqual(self.note(), self.words.note)
+        self.assertFalse(self.of_offer(WEB_LINK).visible or self.of_offer(PROGRESS).visible)
+        self.assertTrue(self.of_offer(UPDATE).enabled)
+
+    def leaves_the_dialog_by_each_way(self):
+        self.keys("Escape")
+        self.wait_for_no_offer()
+        self.open_offer()
+        self.use(CLOSE, of=self.offer())
+        self.wait_for_no_offer()
+        left, top, right, _ = self.open_offer().rect
+        self.click(right - 14, top + 12)
+        self.wait_for_no_offer()
+
+    def updates(self, process):
+        before = self.desktop.ini_path.read_bytes()
+        gate = self.stop_the_download_halfway()
+        self.open_offer()
+        self.press_update()
+        self.wait_for_note(self.words.downloading)
+        self.sees_the_bar(gate.first_half * 1000 // len(self.newer))
+        self.assertFalse(self.of_offer(UPDATE).enabled)
+        self.assertEqual(self.files(), ["kestrane.exe", "kestrane.exe.new"])
+        self.assertEqual(self.executable.read_bytes(), self.older)
+
+        start = self.shell.mark()
+        self.server.reception = keep_silent  # for the next version's check
+        gate.open()
+        self.assertEqual(process.wait(timeout=60), 0)
+        self.successor_start = self.shell.wait_for_count(4, lambda call: call.message == NIM_ADD and call.answer, start)
+        self.assert_nothing_else_was_sent(checks=1, downloads=1)
+        self.assertEqual(self.desktop.ini_path.read_bytes(), before)
+
+    def sees_the_bar(self, permille):
+        left, top, right, bottom = self.of_offer(PROGRESS).rect
+        wanted = (right - left) * permille // 1000 - 1  # the frame covers the first column
+        row = lambda: Picture(self.desktop).row((top + bottom) // 2, left, right)
+        wait_until(lambda: row().count(BAR_COLOR) == wanted, f"a bar of {wanted} columns, not {row().count(BAR_COLOR)}")
+        self.assertEqual(set(row()[1 : 1 + wanted]), {BAR_COLOR})
+
+    def next_version_is_as_the_last(self):
+        self.assertEqual(self.executable.read_bytes(), self.newer)
+        wait_until(lambda: self.files() == ["kestrane.exe"], "the end of the old version")
+        lines = list(self.running().values())
+        self.assertEqual(lines, [[windows_path(self.executable), "--updated"]])
+        self.choose(-2)
+        box = wait_until(lambda: self.neighbour.find(DIALOG_CLASS), "the box about the program")
+        self.assertEqual(max(self.texts_of(box), key=len).split("\n")[0], f"kestrane {NEWER}")
+        self.answer(box)
+
+    def next_version_ends_during_a_check(self):
+        silent = lambda: any(visit.handshake == "kept silent" for visit in self.server.visits)
+        wait_until(silent, "the next version's check")
+        self.end_by_switch()
+        self.assertLess(self.wait_for_end(), LONGEST_END)
+
+
+class Obstacles(UpdateTest):
+    options = {"language": "en_US", **double_click_time(1)}
+
+    NOT_WRITABLE = (
+        "There is no permission to write to kestrane's folder, so it cannot update itself. Download the new version from "
+        "the website and replace it by hand."
+    )
+    NOT_SAVED = "The new version could not be saved next to kestrane (code {})."
+    NOT_REPLACED = (
+        "The new version could not replace the current one (code {}).\n\nkestrane stays on the version you had."
+    )
+
+    def test_each_leaves_the_old_version_and_none_stays_in_the_way(self):
+        disk = private_network.SCRATCH / "long" / ("a" * 100) / ("b" * 100)
+        disk.mkdir(parents=True)
+        with private_network.small_disk(disk, 4 * len(self.older)):
+            self.install(disk / ("c" * 100))
+            process = self.start_and_wait_for_offer()
+            for obstacle in (
+                self.read_only_folder,
+                self.full_disk,
+                self.held_download,
+                self.held_executable,
+            ):
+                with self.subTest(obstacle.__name__):
+                    obstacle()
+                    self.assertIsNone(process.poll())
+                    self.assertEqual(self.executable.read_bytes(), self.older)
+                    self.assertEqual(self.files(), ["kestrane.exe"])
+                    self.settle()
+            self.open_offer()
+            self.keys("Return")
+            self.assertEqual(process.wait(timeout=60), 0)
+            wait_until(lambda: self.running() and self.files() == ["kestrane.exe"], "the next version")
+            self.assertEqual(self.executable.read_bytes(), self.newer)
+            self.end_by_switch()
+            self.wait_for_end()
+
+    def read_only_folder(self):
+        with private_network.read_only(self.folder):
+            self.open_offer()
+            self.assertEqual(self.note(), self.NOT_WRITABLE)
+            self.assertTrue(self.of_offer(WEB_LINK).visible)
+            self.assertFalse(self.of_offer(UPDATE).enabled)
+            self.press_update()
+            self.keys("Return")  # on what has the keyboard, which is the other button
+            self.wait_for_no_offer()
+        self.assert_nothing_else_was_sent(checks=1)
+
+    def full_disk(self):
+        filler = self.folder.parent / "filler"
+        with contextlib.suppress(OSError), open(filler, "wb", buffering=0) as file:
+            file.write(bytes(8 * len(self.older)))
+        with open(filler, "r+b") as file:
+            file.truncate(filler.stat().st_size - len(self.newer) // 2)
+        try:
+            self.tries_in_vain_to_save(DISK_FULL)
+        finally:
+            filler.unlink()
+
+    def held_download(self):
+        new = self.folder / "kestrane.exe.new"
+        new.write_text("of another program")
+        with self.held(new):
+            self.tries_in_vain_to_save(SHARING_VIOLATION)
+            self.assertEqual(new.read_text(), "of another program")
+        new.unlink()
+
+    def tries_in_vain_to_save(self, code):
+        self.open_offer()
+        self.press_update()
+        self.wait_for_note(self.NOT_SAVED.format(code))
+        self.assertTrue(self.of_offer(UPDATE).enabled)
+        self.assertFalse(self.of_offer(PROGRESS).visible)
+
+    def held_executable(self):
+        with self.held(self.executable):
+            self.open_offer()
+            self.press_update()
+            box = self.wait_for_box(self.words.box)
+            self.assertIn(self.NOT_REPLACED.format(SHARING_VIOLATION), self.texts_of(box))
+            self.assertIsNone(self.offer())
+            self.answer(box)
+
+    @contextlib.contextmanager
+    def held(self, path):
+        """Another program has a file open and shares it with nobody."""
+        holder = self.desktop.start("holder.exe", windows_path(path), stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.assertEqual(holder.stdout.readline().strip(), "held")
+        try:
+            yield
+        finally:
+            holder.stdin.close()
+            holder.wait(timeout=60)
+
+
+class DevelopmentCopy(UpdateTest):
+    options = {"language": "es_ES", "dpi": 192, **double_click_time(1)}
+
+    BLOCKED = (
+        "kestrane se está ejecutando desde una compilación, no desde el exe publicado: no se cambia nada. Descarga la "
+        "versión nueva desde la web."
+    )
+
+    def test_is_not_replaced_and_can_be_ended_with_the_dialog_open(self):
+        self.install("Build")
+        process = self.start_and_wait_for_offer()
+        self.open_offer()
+        self.assertEqual(self.note(), self.BLOCKED)
+        self.assertTrue(self.of_offer(WEB_LINK).visible)
+        self.assertFalse(self.of_offer(UPDATE).enabled)
+        self.press_update()
+        self.assert_nothing_else_was_sent(checks=1)
+        self.end_by_switch()
+        self.assertEqual(process.wait(timeout=LONGEST_END), 0)
+        self.assertEqual(self.files(), ["kestrane.exe"])
+
+
+class DuringADownload(UpdateTest):
+    options = {"language": "en_US", "dpi": 192, **double_click_time(1)}
+
+    def test_the_program_can_be_ended(self):
+        self.install("kestrane")
+        process = self.start_and_wait_for_offer()
+        self.stop_the_download_halfway()
+        self.open_offer()
+        self.press_update()
+        self.wait_for_note(self.words.downloading)
+        self.end_by_switch()
+        self.assertEqual(process.wait(timeout=LONGEST_END), 0)
+        self.assertEqual(self.files(), ["kestrane.exe"])
+        self.assertEqual(self.executable.read_bytes(), self.older)
+
+
+class Switch(UpdateTest):
+    """The setting, in a build that reports its use."""
+
+    settings = every(10000) + "[general]\ncheck_updates=0\n"
+
+    def test_decides_whether_anything_is_sent_and_offered(self):
+        self.install("kestrane", "kestrane-reporting.exe")
+        packets = private_network.packets_sent()
+        self.start()
+        self.sends_nothing_while_off(packets)
+        self.open_settings(GENERAL_TAB)
+        self.reports_even_a_failed_check()
+        self.offers_once_switched_off_and_on()
+        self.brings_only_the_settings_to_the_front()
+        self.takes_the_offer_back()
+
+    def sends_nothing_while_off(self, packets):
+        time.sleep(FIRST_CHECK + 2)  # nothing to wait for: the longest time in which a check would come
+        self.assertEqual(private_network.packets_sent(), packets)
+        self.assertEqual((self.server.visits, private_network.names_asked), ([], []))
+        self.assertIsNone(self.install_id())
+
+    def reports_even_a_failed_check(self):
+        self.server.answers["/latest.json"] = reply(status=404)
+        self.use(CHECK_UPDATES)
+        self.wait_for(CHECK_UPDATES, ticked=True)
+        wait_until(self.install_id, "the identity")
+        self.use(GENERAL_SAVE)
+        self.wait_for_saved("general", check_updates=1)
+        self.identity = self.install_id()
+        self.assertRegex(self.identity, INSTALL_ID)
+        self.reported(1)
+
+    def reported(self, count):
+        """So many checks, and a report of each."""
+        wait_until(lambda: len(self.server.requests) >= 2 * count, f"report {count}")
+        self.assertEqual([request.path for request in self.server.requests], ["/latest.json", "/api/send"] * count)
+        report = self.server.requests[-1]
+        body = (
+            '{"type":"event","payload":{"website":"W","hostname":"app","url":"/app","title":"kestrane","name":"check",'
+            f'"id":"{self.identity}","data":{{"version":"{VERSION}","install":"{self.identity}"}}}}}}'
+        )
+        self.assertEqual((report.verb, report.query, report.body.decode()), ("POST", "", body))
+        self.assertEqual(
+            report.headers,
+            {
+                "host": STATS_HOST,
+                "connection": "Keep-Alive",
+                "pragma": "no-cache",
+                "content-type": "application/json",
+                "content-length": str(len(body)),
+                "user-agent": f"Mozilla/5.0 (Windows NT 10.0; Win64; x64) kestrane/{VERSION}",
+            },
+        )
+
+    def offers_once_switched_off_and_on(self):
+        self.assertFalse(any(call.info for call in self.shell.since(self.first)))
+        self.publish()
+        for ticked in (False, True):
+            self.use(CHECK_UPDATES)
+            self.wait_for(CHECK_UPDATES, ticked=ticked)
+        self.wait_for_balloon()
+        self.reported(2)
+
+    def brings_only_the_settings_to_the_front(self):
+        self.neighbour.ask("show", 400, 50, 500, 500)
+        self.assertTrue(self.neighbour.ask("front"))
+
+        def is_in_front():
+            self.shell.command(f"callback 1 {NIN_BALLOONUSERCLICK} 600 500")
+            return self.neighbour.ask("foreground") == DIALOG_CLASS
+
+        wait_until(is_in_front, "the settings dialog in front", 30)
+        self.assertIsNone(self.offer())
+        self.neighbour.ask("hide")
+
+    def takes_the_offer_back(self):
+        self.use(CHECK_UPDATES)
+        self.wait_for(CHECK_UPDATES, ticked=False)
+        self.use(GENERAL_SAVE)
+        self.wait_for_saved("general", check_updates=0)
+        self.leave_settings()
+        self.assertEqual(self.open_menu().shape, PLAIN_MENU)
+        self.keys("Escape")
+        self.wait_for_no_menu()
+        self.shell.command(f"callback 1 {NIN_BALLOONUSERCLICK} 600 500")
+        self.click_icon("cpu")
+        self.wait_for_graph("cpu")  # when this is done, so is that
+        self.assertIsNone(self.offer())
+        self.assertEqual(self.install_id(), self.identity)
+        self.assertEqual(len(self.server.requests), 4)
+
+
+if __name__ == "__main__":
+    private_network.enter(HOST, STATS_HOST)
+    main()

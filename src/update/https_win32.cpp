@@ -32,6 +32,14 @@ DWORD ReadStatus(HINTERNET request) {
                : 0;
 }
 
+/// The first four bound a single call of the network. The last one bounds the whole wait for an answer's headers, which
+/// a server could otherwise send byte by byte; without it Wine waits for ever for the first one, and in the handshake.
+bool SetTimeLimits(HINTERNET session) {
+    DWORD responseMs = ReceiveMs;
+    return WinHttpSetTimeouts(session, ResolveMs, ConnectMs, SendMs, ReceiveMs) != FALSE &&
+           WinHttpSetOption(session, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &responseMs, sizeof responseMs) != FALSE;
+}
+
 bool IsSignalled(HANDLE event) {
     return WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
 }
@@ -46,7 +54,7 @@ UniqueHttpHandle OpenHttpSession(const std::wstring& userAgent) {
     UniqueHttpHandle session = open(WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY);
     if (!session) session = open(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY);
     // With the system's own time-outs a name could be resolved for ever.
-    if (session && WinHttpSetTimeouts(session.Get(), ResolveMs, ConnectMs, SendMs, ReceiveMs) == FALSE) session.Reset();
+    if (session && !SetTimeLimits(session.Get())) session.Reset();
     return session;
 }
 

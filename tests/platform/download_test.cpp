@@ -160,8 +160,8 @@ TEST_F(DownloadTest, TouchesTheDiskOnlyAfterAGoodAnswerAndReleasesEverythingBefo
     EXPECT_EQ(Download(), NoFailure);
     EXPECT_THAT(
         Calls(),
-        ElementsAre("http crack", "http open", "http timeouts", "http connect", "http request", "http send",
-                    "http receive", "http status",
+        ElementsAre("http crack", "http open", "http timeouts", "http option", "http connect", "http request",
+                    "http send", "http receive", "http status",
                     "CreateFileW kestrane.exe.new access 40000000 share 0 disposition 2 flags 80", "http available",
                     "http read", "WriteFile kestrane.exe.new 3", "http available", "FlushFileBuffers kestrane.exe.new",
                     "CloseHandle kestrane.exe.new", "http close", "http close", "http close",
@@ -235,7 +235,7 @@ TEST_F(DownloadTest, TheLongestAddressThatFitsIsTaken) {
 // --- the answer
 
 TEST_F(DownloadTest, WithoutAnAnswerNoFileIsMadeAndAnEarlierOneGoes) {
-    for (const char* function : {"open", "timeouts", "connect", "request", "send", "receive", "status"}) {
+    for (const char* function : {"open", "timeouts", "option", "connect", "request", "send", "receive", "status"}) {
         StartAnew();
         test::WriteBytes(newFile_, "of an earlier attempt");
         fakeHttp.refusedAlways = {function};

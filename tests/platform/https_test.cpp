@@ -56,7 +56,7 @@ TEST_F(HttpsTest, FetchesADocument) {
     EXPECT_EQ(body_, "the document");
     EXPECT_THAT(HttpCalls(),
                 ElementsAre("open agent/1 access 4 proxy (none) (none) flags 0", "timeouts 1: 5000 5000 15000 15000",
-                            "connect 1: host.example 443",
+                            "option 1: 7 is 15000", "connect 1: host.example 443",
                             "request 2: GET /path?t=1 version (none) referrer (none) types (none) flags 0x800100",
                             "send 3: headers Cache-Control: no-cache\r\n length -1 body (none) length 0 of 0",
                             "receive 3", "status 3: level 0x20000013 name (none) bytes 4", "available 3", "read 3: 12",
@@ -85,6 +85,12 @@ TEST_F(HttpsTest, ASessionThatRefusesTheTimeOutsIsNotUsed) {
     EXPECT_FALSE(OpenHttpSession(L"agent/1"));
     EXPECT_THAT(HttpCalls(), ElementsAre("open agent/1 access 4 proxy (none) (none) flags 0",
                                          "timeouts 1: 5000 5000 15000 15000 refused", "close 1"));
+    fakeHttp = test::FakeWinHttp();
+    fakeHttp.refused["option"] = {1};
+    EXPECT_FALSE(OpenHttpSession(L"agent/1"));
+    EXPECT_THAT(HttpCalls(),
+                ElementsAre("open agent/1 access 4 proxy (none) (none) flags 0", "timeouts 1: 5000 5000 15000 15000",
+                            "option 1: 7 is 15000 refused", "close 1"));
 }
 
 /// A call that fails is the last one but for the handles, which are closed in order.
@@ -97,6 +103,7 @@ TEST_F(HttpsTest, EachFailingCallEndsIt) {
     const std::vector<std::string> all{"close 3", "close 2", "close 1"};
     const std::vector<Row> rows{
         {"timeouts", 1, {"close 1"}},
+        {"option", 1, {"close 1"}},
         {"connect", 1, {"close 1"}},
         {"request", 1, {"close 2", "close 1"}},
         {"send", 1, all},
@@ -274,9 +281,9 @@ TEST_F(HttpsTest, ARequestMayHaveABodyAndNoHeaders) {
     const std::string body("{\"a\":\"\0\"}", 9);
     EXPECT_TRUE(
         SendHttpsRequest(session.Get(), {.host = Host, .path = L"/x", .verb = L"POST", .body = body}, connection));
-    ASSERT_GE(HttpCalls().size(), 5u);
-    EXPECT_EQ(HttpCalls()[3], "request 2: POST /x version (none) referrer (none) types (none) flags 0x800100");
-    EXPECT_EQ(HttpCalls()[4],
+    ASSERT_GE(HttpCalls().size(), 6u);
+    EXPECT_EQ(HttpCalls()[4], "request 2: POST /x version (none) referrer (none) types (none) flags 0x800100");
+    EXPECT_EQ(HttpCalls()[5],
               "send 3: headers (none) length 0 body " + std::string("{\"a\":\"\0\"}", 9) + " length 9 of 9");
 }
 

@@ -194,6 +194,7 @@ TEST(SystemDlls, WinHttp) {
     URL_COMPONENTS parts{};
     ExpectLoadedFromWinHttp<&WinHttpOpen>("WinHttpOpen", L"agent", DWORD{4}, L"proxy", L"bypass", DWORD{5});
     ExpectLoadedFromWinHttp<&WinHttpSetTimeouts>("WinHttpSetTimeouts", session, 1, 2, 3, 4);
+    ExpectLoadedFromWinHttp<&WinHttpSetOption>("WinHttpSetOption", session, DWORD{2}, bytes, DWORD{3});
     ExpectLoadedFromWinHttp<&WinHttpConnect>("WinHttpConnect", session, L"host", INTERNET_PORT{443}, DWORD{5});
     ExpectLoadedFromWinHttp<&WinHttpOpenRequest>("WinHttpOpenRequest", connection, L"verb", L"path", L"version",
                                                  L"referrer", &types, DWORD{5});

@@ -447,7 +447,7 @@ TEST_F(UpdateCheckerTest, EachRefusedCallFailsTheCheckInSilence) {
     AwaitSleep();
     EXPECT_EQ(Check(), HourMs);
     for (const char* function :
-         {"open", "timeouts", "connect", "request", "send", "receive", "status", "available", "read"}) {
+         {"open", "timeouts", "option", "connect", "request", "send", "receive", "status", "available", "read"}) {
         SCOPED_TRACE(function);
         {
             const LockGuard guard(test::fakeHttpLock);
@@ -579,8 +579,8 @@ TEST_F(UpdateCheckerTest, WithoutAThreadStartThrowsAndLeavesNothing) {
 
 /// Stop waits for the call that is held, whichever it is, and leaves no offer behind.
 TEST_F(UpdateCheckerTest, StopWaitsForTheCheckUnderWay) {
-    for (const char* function :
-         {"open", "timeouts", "connect", "request", "send", "receive", "status", "available", "read", "close"}) {
+    for (const char* function : {"open", "timeouts", "option", "connect", "request", "send", "receive", "status",
+                                 "available", "read", "close"}) {
         SCOPED_TRACE(function);
         Reset();
         Publish(Manifest("0.2.0"));
@@ -664,7 +664,7 @@ TEST_F(UpdateCheckerTest, TheOfferCanBeAskedForAtAnyTime) {
     AwaitSleep();
     Check();
     checker_.Stop();
-    EXPECT_EQ(asked, 15);  // 13 calls and 2 posts
+    EXPECT_EQ(asked, 16);  // 14 calls and 2 posts
     EXPECT_EQ(answered, asked);
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -56,7 +57,7 @@ TEST_F(UsageEventTest, IsOneRequestWhoseAnswerIsNotRead) {
         HttpCalls(),
         ElementsAre(
             "open Mozilla/5.0 (Windows NT 10.0; Win64; x64) kestrane/0.1.0 access 4 proxy (none) (none) flags 0",
-            "timeouts 1: 5000 5000 15000 15000", "connect 1: stats.example 443",
+            "timeouts 1: 5000 5000 15000 15000", "option 1: 7 is 15000", "connect 1: stats.example 443",
             "request 2: POST /api/send version (none) referrer (none) types (none) flags 0x800100",
             "send 3: headers Content-Type: application/json\r\n length -1 body " + body + " length " + length + " of " +
                 length,
@@ -77,14 +78,14 @@ TEST_F(UsageEventTest, WithoutAnIdentityNothingIsOpened) {
 
 /// No second try: each function is called once, except for the session's two kinds of proxy.
 TEST_F(UsageEventTest, EachFailingCallEndsItInSilence) {
-    for (const char* function : {"open", "timeouts", "connect", "request", "send", "receive", "status"}) {
+    for (const char* function : {"open", "timeouts", "option", "connect", "request", "send", "receive", "status"}) {
         SCOPED_TRACE(function);
         Prepare("W");
         fakeHttp.refusedAlways = {function};
         SendUsageEvent(checker_);
         EXPECT_EQ(HttpCallCount(function), std::string(function) == "open" ? 2 : 1);
-        EXPECT_EQ(HttpCallCount("connect"),
-                  std::string(function) == "open" || std::string(function) == "timeouts" ? 0 : 1);
+        const bool hasSession = std::set<std::string>{"open", "timeouts", "option"}.count(function) == 0;
+        EXPECT_EQ(HttpCallCount("connect"), hasSession ? 1 : 0);
         EXPECT_THAT(fakeHttp.mistakes, IsEmpty());
         EXPECT_EQ(OpenHttpHandles(), 0u);
     }

@@ -43,8 +43,8 @@ struct FakeHttpHandle {
     std::size_t available = 0;  // announced and not read
 };
 
-/// The functions are called "open", "timeouts", "connect", "request", "send", "receive", "status", "available", "read",
-/// "close" and "crack" here. A handle is the number of its opening, from 1.
+/// The functions are called "open", "timeouts", "option", "connect", "request", "send", "receive", "status",
+/// "available", "read", "close" and "crack" here. A handle is the number of its opening, from 1.
 struct FakeWinHttp {
     std::map<std::string, FakeAnswer> answers;     // by host; another host cannot be connected to
     std::map<std::string, std::set<int>> refused;  // by function, which of its calls, from 1
@@ -192,6 +192,14 @@ BOOL WINAPI WinHttpSetTimeouts(HINTERNET session, int resolve, int connect, int 
     using namespace kestrane::test;
     HttpCall call("timeouts", HandleText(session) + ": " + std::to_string(resolve) + " " + std::to_string(connect) +
                                   " " + std::to_string(send) + " " + std::to_string(receive));
+    call.Handle(session, "session");
+    return call.IsRefused() ? FALSE : TRUE;
+}
+
+BOOL WINAPI WinHttpSetOption(HINTERNET session, DWORD option, LPVOID value, DWORD bytes) {
+    using namespace kestrane::test;
+    const std::string number = bytes == sizeof(DWORD) ? std::to_string(*static_cast<const DWORD*>(value)) : "no number";
+    HttpCall call("option", HandleText(session) + ": " + std::to_string(option) + " is " + number);
     call.Handle(session, "session");
     return call.IsRefused() ? FALSE : TRUE;
 }

@@ -24,6 +24,11 @@ BOOL WINAPI WinHttpSetTimeouts(HINTERNET handle, int resolve, int connect, int s
     return call != nullptr ? call(handle, resolve, connect, send, receive) : FALSE;
 }
 
+BOOL WINAPI WinHttpSetOption(HINTERNET handle, DWORD option, LPVOID value, DWORD bytes) {
+    const auto call = kestrane::SystemFunction<&WinHttpSetOption>(Dll, __func__);
+    return call != nullptr ? call(handle, option, value, bytes) : FALSE;
+}
+
 HINTERNET WINAPI WinHttpConnect(HINTERNET session, LPCWSTR host, INTERNET_PORT port, DWORD reserved) {
     const auto call = kestrane::SystemFunction<&WinHttpConnect>(Dll, __func__);
     return call != nullptr ? call(session, host, port, reserved) : nullptr;

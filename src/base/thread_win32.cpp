@@ -1,7 +1,8 @@
 #include "base/thread_win32.h"
 
 #include <process.h>
-#include <stdlib.h>
+
+#include <cstdlib>
 
 namespace kestrane {
 

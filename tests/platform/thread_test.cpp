@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <errno.h>
 #include <process.h>
-#include <stdlib.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdlib>
 #include <string>
 
 #include "base/handles_win32.h"

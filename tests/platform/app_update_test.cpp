@@ -167,11 +167,8 @@ bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info) {
     NoteCall("update dialog");
     world.owner = owner;
     world.offered = info;
-    if (world.whileDialogIsOpen) world.whileDialogIsOpen();
+    if (world.whileDialogIsOpen) std::exchange(world.whileDialogIsOpen, nullptr)();
     return world.isDownloaded;
-}
-HWND OpenUpdateDialog() {
-    return nullptr;
 }
 void ShowSettingsDialog(HINSTANCE, HWND, const Point&, AppSettings&, SettingsDialogHost&) {}
 HWND OpenSettingsDialog() {
@@ -513,7 +510,6 @@ TEST_F(AppUpdateTest, NoSecondDialogOpensOverTheFirst) {
     };
     app->OnUpdateRequested();
     EXPECT_FALSE(app->updateDialogOpen);
-    world.whileDialogIsOpen = nullptr;
     app->OnUpdateRequested();
     EXPECT_THAT(Calls(), ElementsAre("update dialog")) << "but after it";
 }

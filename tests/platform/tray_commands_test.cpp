@@ -237,9 +237,6 @@ bool ShowUpdateDialog(HINSTANCE, HWND, const UpdateInfo& info) {
     NoteCall("update dialog " + info.version);
     return false;
 }
-HWND OpenUpdateDialog() {
-    return nullptr;
-}
 
 /// Replaces the real one, which would start a program.
 void OpenTaskManager(std::int64_t page) {

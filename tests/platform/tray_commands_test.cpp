@@ -68,6 +68,7 @@ struct World {
     HWND settingsDialog = nullptr;
     kestrane::Point settingsAnchor{};
     std::function<void()> whileSettingsAreOpen;
+    std::function<void()> whileUpdateDialogIsOpen;
     std::vector<UINT> refreshedIcons;
     std::wstring boxText;
     std::wstring boxCaption;
@@ -235,6 +236,7 @@ HWND OpenSettingsDialog() {
 /// Replaces the update dialog. Nothing has been downloaded.
 bool ShowUpdateDialog(HINSTANCE, HWND, const UpdateInfo& info) {
     NoteCall("update dialog " + info.version);
+    if (world.whileUpdateDialogIsOpen) std::exchange(world.whileUpdateDialogIsOpen, nullptr)();
     return false;
 }
 
@@ -465,6 +467,31 @@ TEST_F(TrayCommandsTest, AVersionThatIsTakenBackUnderTheMenuOpensNoDialog) {
     world.whileMenuIsOpen = [this] { app->updateChecker.offer.available = false; };
     Choose(CommandUpdate);
     EXPECT_EQ(CountCalls("update dialog 0.2.0"), 0);
+}
+
+TEST_F(TrayCommandsTest, TheIconsWorkWhileTheUpdateDialogIsOpen) {
+    Start();
+    OfferVersion("0.2.0");
+    world.whileUpdateDialogIsOpen = [this] {
+        Event(1, EventSelect);
+        EXPECT_TRUE(Graph(GraphKind::Cpu).IsShown());
+        Choose(CommandSettings);
+        Choose(CommandUpdate);
+    };
+    Choose(CommandUpdate);
+    EXPECT_EQ(CountCalls("TrackPopupMenu"), 3);
+    EXPECT_EQ(CountCalls("settings dialog"), 1);
+    EXPECT_EQ(CountCalls("update dialog 0.2.0"), 1) << "it is open";
+}
+
+TEST_F(TrayCommandsTest, ExitEndsTheProgramWhileTheUpdateDialogIsOpen) {
+    Start();
+    OfferVersion("0.2.0");
+    world.whileUpdateDialogIsOpen = [this] { Choose(CommandExit); };
+    Choose(CommandUpdate);
+    EXPECT_FALSE(IsWindow(app->window));
+    EXPECT_EQ(CountCalls("PostQuitMessage"), 1);
+    EXPECT_EQ(CountCalls("focus 1"), 0);
 }
 
 TEST_F(TrayCommandsTest, TheImagesAreThoseOfTheIconsOnNothing) {

@@ -273,7 +273,7 @@ TEST_F(DownloadTest, AFileThatCannotBeMadeOrWrittenTellsTheSystemsError) {
 
 TEST_F(DownloadTest, AShortWriteIsAFailureAndHasOnlyAnErrorOfItsOwn) {
     fileOperations.shortWrites = true;
-    SetLastError(ERROR_FILE_NOT_FOUND);  // of an earlier call
+    fakeHttp.onCall = [](const std::string&) { SetLastError(ERROR_FILE_NOT_FOUND); };
     EXPECT_EQ(Download(), NotSaved(0));
     EXPECT_FALSE(NewFileStands());
     EXPECT_EQ(HttpCount("read"), 1);
@@ -363,7 +363,7 @@ TEST_F(DownloadTest, ALargerBodyIsReadUpToThePieceThatIsTooMuch) {
     EXPECT_EQ(reported_.size(), 1U);  // never more than all of it
 
     StartAnew();
-    fakeHttp.answers[Host].isEndless = true;
+    Serve(PatternBytes(100 * Piece));
     EXPECT_EQ(Download(), WrongContent);
     EXPECT_EQ(HttpCount("read"), 4);
     EXPECT_FALSE(NewFileStands());

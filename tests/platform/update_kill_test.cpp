@@ -216,7 +216,7 @@ class UpdateKillTest : public testing::Test {
 
     /// Prints a row of the table.
     void PrintState(const std::string& what) const {
-        const std::string brief = what.substr(0, what.find(" disposition"));
+        const std::string brief = what.substr(0, what.find(" share"));
         std::printf("%-54s %-12s %-6s %s\n", brief.c_str(), StateOf(executable_).c_str(),
                     StateOf(executable_ + L".new").c_str(), StateOf(executable_ + L".old").c_str());
     }

@@ -1,25 +1,15 @@
 #pragma once
 // Tells screen readers the names of the colour wells.
 #include <windows.h>
-// <windows.h> comes first.
-#include <ole2.h>
-
-#include <oleacc.h>
 
 #include <array>
 #include <cstdint>
 #include <string>
 
-#include "base/owned.h"
+#include "base/accessible_win32.h"
 #include "settings/app_settings.h"
 
 namespace kestrane {
-
-struct AccPropServicesTraits {
-    using Handle = IAccPropServices*;
-    static constexpr Handle None() { return nullptr; }
-    static void Close(Handle services) { services->Release(); }
-};
 
 /// The names live as long as this, within the life of the dialog's windows and of a COM apartment. Where the system
 /// does not offer them, the wells stay without.
@@ -36,8 +26,8 @@ class WellNames {
   private:
     HWND Well(std::size_t key) const;
 
+    UniqueAccPropServices services_;
     HWND dialog_;
-    Owned<AccPropServicesTraits> services_;
     std::array<std::wstring, ColorCount> names_;  // by ColorKey; empty for none
 };
 

@@ -4,11 +4,13 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/handles_win32.h"
 #include "base/thread_win32.h"
 #include "update/download_failure.h"
+#include "update/update_dialog_roles_win32.h"
 #include "update/update_info.h"
 
 namespace kestrane {
@@ -31,6 +33,7 @@ struct UpdateDialogState {
     bool blocked = false;                    // the executable may not be replaced
     std::atomic<std::int32_t> permille = 0;  // 0 to 1000
     std::wstring errorText;                  // of the last download
+    std::optional<UpdateDialogRoles> roles;  // while there is a window
 
     // Set by the download thread, read once it has been joined.
     DownloadFailure failure;

@@ -45,6 +45,7 @@ constexpr INT_PTR Downloaded = 1;
 constexpr COLORREF LinkColor = RGB(0, 102, 204);
 constexpr COLORREF BarColor = RGB(47, 125, 225);
 constexpr std::int32_t ButtonIconSize = 16;  // pixels at 96 DPI
+constexpr const wchar_t* DownloadingText = L"Descargando la versión nueva...";
 constexpr int LongestTitle = 128;
 constexpr int LongestText = 256;
 
@@ -88,7 +89,7 @@ void Translate(HWND dialog) {
 }
 
 void GiveFont(const UpdateDialogState& state, int id, const UniqueFont& font) {
-    if (font) SendDlgItemMessageW(state.dialog, id, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
+    SendDlgItemMessageW(state.dialog, id, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
 }
 
 /// Makes room for a link in a font with wider letters than those for which the template was made. Nothing stands right
@@ -107,17 +108,18 @@ void FitLink(const UpdateDialogState& state, int id) {
 /// Fonts and icon of the dialog's present DPI. The controls keep the old ones until they have the new.
 void Dress(UpdateDialogState& state) {
     auto* const font = reinterpret_cast<HFONT>(SendMessageW(state.dialog, WM_GETFONT, 0, 0));
-    UniqueFont boldFont = MakeBold(font);
-    UniqueFont linkFont = MakeUnderlined(font);
-    GiveFont(state, IdHeadline, boldFont);
-    GiveFont(state, IdOfferedVersion, boldFont);
-    GiveFont(state, IdChangesLink, linkFont);
-    GiveFont(state, IdWebLink, linkFont);
-    state.boldFont = std::move(boldFont);
-    state.linkFont = std::move(linkFont);
-    FitLink(state, IdChangesLink);
-    FitLink(state, IdWebLink);
-
+    if (UniqueFont bold = MakeBold(font)) {
+        GiveFont(state, IdHeadline, bold);
+        GiveFont(state, IdOfferedVersion, bold);
+        state.boldFont = std::move(bold);
+    }
+    if (UniqueFont underlined = MakeUnderlined(font)) {
+        GiveFont(state, IdChangesLink, underlined);
+        GiveFont(state, IdWebLink, underlined);
+        state.linkFont = std::move(underlined);
+        FitLink(state, IdChangesLink);
+        FitLink(state, IdWebLink);
+    }
     const int size = ScaleForDpi(ButtonIconSize, GetDpiForWindow(state.dialog));
     UniqueIcon icon = LoadIconResource(ResourceUpdate, size);
     if (!icon) return;
@@ -160,6 +162,8 @@ void OnInitDialog(UpdateDialogState& state, HWND dialog) {
         Show(state, IdWebLink, true);
         EnableWindow(Control(state, IdUpdate), FALSE);
     }
+    state.roles.emplace(std::array{Control(state, IdChangesLink), Control(state, IdWebLink)},
+                        Control(state, IdProgress), Tr(DownloadingText));
     ComeToFront(dialog);
     FocusButton(state, state.blocked ? IDCANCEL : IdUpdate);
 }
@@ -174,6 +178,11 @@ void ShowFailure(UpdateDialogState& state) {
     EnableWindow(Control(state, IdUpdate), TRUE);
 }
 
+void ShowProgress(UpdateDialogState& state) {
+    InvalidateRect(Control(state, IdProgress), nullptr, FALSE);
+    if (state.roles) state.roles->ShowProgress(state.permille);
+}
+
 void StartDownload(UpdateDialogState& state) {
     if (state.downloading || state.blocked) return;
     state.downloading = true;
@@ -183,7 +192,8 @@ void StartDownload(UpdateDialogState& state) {
     FocusButton(state, IDCANCEL);  // first, because a disabled button would keep the keyboard
     EnableWindow(Control(state, IdUpdate), FALSE);
     Show(state, IdProgress, true);
-    Tell(state, Tr(L"Descargando la versión nueva..."));
+    Tell(state, Tr(DownloadingText));
+    ShowProgress(state);
     if (state.downloadThread.Start(RunUpdateDownload, &state)) return;
     state.failure = {DownloadStep::Save, GetLastError()};
     ShowFailure(state);
@@ -223,7 +233,6 @@ void PaintProgress(const UpdateDialogState& state, const DRAWITEMSTRUCT& item) {
 // Links.
 
 void OpenPage(const UpdateDialogState& state, const wchar_t* path) {
-    const ComApartment apartment;  // ShellExecuteW may hand over to extensions of the shell
     ShellExecuteW(state.dialog, L"open", UpdatePage(path).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
@@ -264,7 +273,7 @@ void OnClick(UpdateDialogState& state, int id) {
 INT_PTR OnMessage(UpdateDialogState& state, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_UPDATE_PROGRESS:
-            InvalidateRect(Control(state, IdProgress), nullptr, FALSE);
+            ShowProgress(state);
             return TRUE;
         case WM_UPDATE_DONE:
             OnDownloadDone(state);
@@ -292,6 +301,7 @@ INT_PTR OnMessage(UpdateDialogState& state, UINT message, WPARAM wParam, LPARAM 
         case WM_DESTROY:
             // Also reached without a click on "Cerrar", when the program ends.
             StopDownload(state);
+            state.roles.reset();
             openDialog = nullptr;
             return TRUE;
         default:
@@ -312,6 +322,8 @@ INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 }  // namespace
 
 bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info) {
+    const ComApartment
+        apartment;  // for screen readers, and for extensions of the shell that ShellExecuteW hands over to
     UpdateDialogState state;
     state.info = &info;
     state.exePath = ModulePath();

@@ -6,6 +6,7 @@
 #include "dialog/control_table.h"
 #include "dialog/dialog_messages_win32.h"
 #include "dialog/well_names_win32.h"
+#include "support/fake_acc_services_win32.h"
 #include "support/settings_dialog_world_win32.h"
 
 namespace kestrane {
@@ -13,12 +14,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::wstring TextOfGuid(const GUID& guid) {
-    std::wstring text(64, L'\0');
-    text.resize(static_cast<std::size_t>(StringFromGUID2(guid, text.data(), 64)) - 1);
-    return text;
-}
 
 /// What has been asked of the system.
 struct Requests {
@@ -38,15 +33,8 @@ void ExpectName(DWORD object, DWORD child, const GUID& property) {
         requests.breaches.emplace_back("not its name");
 }
 
-// COM's interfaces have no virtual destructor.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 /// Only the operations that the dialog may use.
-struct Services final : IAccPropServices {
-    HRESULT WINAPI QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    ULONG WINAPI AddRef() override { return static_cast<ULONG>(++requests.references); }
-    ULONG WINAPI Release() override { return static_cast<ULONG>(--requests.references); }
-
+struct Services final : FakeAccPropServices {
     HRESULT WINAPI SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID property, LPCWSTR text) override {
         ExpectName(object, child, property);
         ++requests.sets;
@@ -62,36 +50,7 @@ struct Services final : IAccPropServices {
         requests.names.erase(GetDlgCtrlID(window));
         return S_OK;
     }
-
-    HRESULT WINAPI SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) override { return Unexpected(); }
-    HRESULT WINAPI SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
-        return Unexpected();
-    }
-    HRESULT WINAPI ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) override { return Unexpected(); }
-    HRESULT WINAPI SetHwndProp(HWND, DWORD, DWORD, MSAAPROPID, VARIANT) override { return Unexpected(); }
-    HRESULT WINAPI SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
-        return Unexpected();
-    }
-    HRESULT WINAPI ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**, DWORD*) override { return Unexpected(); }
-    HRESULT WINAPI DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*, DWORD*) override {
-        return Unexpected();
-    }
-    HRESULT WINAPI SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) override { return Unexpected(); }
-    HRESULT WINAPI SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) override { return Unexpected(); }
-    HRESULT WINAPI SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
-        return Unexpected();
-    }
-    HRESULT WINAPI ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) override { return Unexpected(); }
-    HRESULT WINAPI ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) override { return Unexpected(); }
-    HRESULT WINAPI DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*, DWORD*) override { return Unexpected(); }
-
-  private:
-    static HRESULT Unexpected() {
-        requests.breaches.emplace_back("another operation");
-        return E_NOTIMPL;
-    }
 };
-#pragma GCC diagnostic pop
 
 HRESULT WINAPI CreateService(REFCLSID kind, LPUNKNOWN, DWORD, REFIID interfaceId, void** object) {
     static Services services;

@@ -1,6 +1,7 @@
 """Updates of the real program: the whole way to the next version, what can be in the way, and what is sent of it."""
 
 import contextlib
+import re
 import subprocess
 import time
 
@@ -11,16 +12,13 @@ from settings_dialog import CHECK_UPDATES, GENERAL_SAVE, GENERAL_TAB
 from test_menu import load_image, shows_image
 from update_server import HOST, STATS_HOST, keep_silent, reply, silence, head
 from updates import (
-    CHANGES_LINK,
-    CHECK_HEADERS,
     CLOSE,
-    DOWNLOAD,
     FIRST_CHECK,
     LONGEST_END,
     NEWER,
     NIN_BALLOONUSERCLICK,
-    NOTE,
     OFFERED,
+    PLAIN_HEADERS,
     PROGRESS,
     RUNNING,
     UPDATE,
@@ -132,8 +130,8 @@ class TheWholeWay(UpdateTest):
     def next_version_ends_during_a_check(self):
         silent = lambda: any(visit.handshake == "kept silent" for visit in self.server.visits)
         wait_until(silent, "the next version's check")
-        self.end_by_switch()
-        self.assertLess(self.wait_for_end(), LONGEST_END)
+        self.end_by_switch(waits_to_the_end=False)
+        self.wait_for_end()
 
 
 class Obstacles(UpdateTest):
@@ -167,12 +165,14 @@ class Obstacles(UpdateTest):
                     self.assertEqual(self.files(), ["kestrane.exe"])
                     self.settle()
             self.open_offer()
-            self.keys("Return")
+            self.press_return_on(UPDATE)
             self.assertEqual(process.wait(timeout=60), 0)
-            wait_until(lambda: self.running() and self.files() == ["kestrane.exe"], "the next version")
             self.assertEqual(self.executable.read_bytes(), self.newer)
+            # Wine starts no program whose path has more than 260 characters by itself.
             self.end_by_switch()
-            self.wait_for_end()
+            self.start()
+            wait_until(lambda: self.files() == ["kestrane.exe"], "the end of the old version")
+            self.end_by_switch()
 
     def read_only_folder(self):
         with private_network.read_only(self.folder):
@@ -181,7 +181,7 @@ class Obstacles(UpdateTest):
             self.assertTrue(self.of_offer(WEB_LINK).visible)
             self.assertFalse(self.of_offer(UPDATE).enabled)
             self.press_update()
-            self.keys("Return")  # on what has the keyboard, which is the other button
+            self.press_return_on(CLOSE)
             self.wait_for_no_offer()
         self.assert_nothing_else_was_sent(checks=1)
 
@@ -189,10 +189,12 @@ class Obstacles(UpdateTest):
         filler = self.folder.parent / "filler"
         with contextlib.suppress(OSError), open(filler, "wb", buffering=0) as file:
             file.write(bytes(8 * len(self.older)))
-        with open(filler, "r+b") as file:
-            file.truncate(filler.stat().st_size - len(self.newer) // 2)
         try:
             self.tries_in_vain_to_save(DISK_FULL)
+            self.settle()
+            with open(filler, "r+b") as file:
+                file.truncate(filler.stat().st_size - len(self.newer) // 2)
+            self.tries_in_vain_to_save(r"\d+")  # under Wine the last write succeeds in part, without an error
         finally:
             filler.unlink()
 
@@ -207,7 +209,8 @@ class Obstacles(UpdateTest):
     def tries_in_vain_to_save(self, code):
         self.open_offer()
         self.press_update()
-        self.wait_for_note(self.NOT_SAVED.format(code))
+        pattern = re.escape(self.NOT_SAVED).replace(re.escape("{}"), str(code))
+        wait_until(lambda: re.fullmatch(pattern, self.note()), f"{pattern!r} in place of {self.note()!r}", 60)
         self.assertTrue(self.of_offer(UPDATE).enabled)
         self.assertFalse(self.of_offer(PROGRESS).visible)
 
@@ -264,7 +267,7 @@ class DuringADownload(UpdateTest):
         self.open_offer()
         self.press_update()
         self.wait_for_note(self.words.downloading)
-        self.end_by_switch()
+        self.end_by_switch(waits_to_the_end=False)
         self.assertEqual(process.wait(timeout=LONGEST_END), 0)
         self.assertEqual(self.files(), ["kestrane.exe"])
         self.assertEqual(self.executable.read_bytes(), self.older)
@@ -316,9 +319,8 @@ class Switch(UpdateTest):
         self.assertEqual(
             report.headers,
             {
+                **PLAIN_HEADERS,
                 "host": STATS_HOST,
-                "connection": "Keep-Alive",
-                "pragma": "no-cache",
                 "content-type": "application/json",
                 "content-length": str(len(body)),
                 "user-agent": f"Mozilla/5.0 (Windows NT 10.0; Win64; x64) kestrane/{VERSION}",

@@ -43,6 +43,9 @@ COVERED_FOLDERS = ("/run/nscd", "/var/run/nscd")
 # What Wine and others take as the user's proxy.
 PROXIES = ("http_proxy", "https_proxy", "ftp_proxy", "all_proxy", "no_proxy")
 
+# Wine asks for printers at the start of many a program, on a socket of the machine or over loopback: here there is none.
+PRINTERS = "CUPS_SERVER", "/run/no-printers"
+
 CLONE_NEWNS = 0x20000
 
 _names = ()
@@ -87,6 +90,7 @@ def _close_off():
     subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
     for name in [name for name in os.environ if name.lower() in PROXIES]:
         del os.environ[name]
+    os.environ.update([PRINTERS])
     _mount("-t", "tmpfs", "tmpfs", SCRATCH)
     for path, text in COVERED.items():
         _cover(path, text)

@@ -291,8 +291,8 @@ class Switch(UpdateTest):
 
     def sends_nothing_while_off(self, packets):
         time.sleep(FIRST_CHECK + 2)  # nothing to wait for: the longest time in which a check would come
-        self.assertEqual(private_network.packets_sent(), packets)
         self.assertEqual((self.server.visits, private_network.names_asked), ([], []))
+        self.assertEqual(private_network.packets_sent(), packets)
         self.assertIsNone(self.install_id())
 
     def reports_even_a_failed_check(self):
@@ -354,8 +354,9 @@ class Switch(UpdateTest):
         self.use(GENERAL_SAVE)
         self.wait_for_saved("general", check_updates=0)
         self.leave_settings()
-        self.assertEqual(self.open_menu().shape, PLAIN_MENU)
-        self.keys("Escape")
+        menu = self.open_menu()
+        self.assertEqual(menu.shape, PLAIN_MENU)
+        self.desktop.use_mouse("mousemove", *menu.middle_of(0), "key", "Escape")
         self.wait_for_no_menu()
         self.shell.command(f"callback 1 {NIN_BALLOONUSERCLICK} 600 500")
         self.click_icon("cpu")

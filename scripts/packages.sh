@@ -6,7 +6,7 @@ packages=(
     # building
     cmake ninja-build g++ g++-mingw-w64-x86-64-win32 binutils-mingw-w64-x86-64 googletest
     # checking
-    clang-format clang-tidy python3 python3-pefile openssl
+    clang-format clang-tidy python3 python3-pefile
     # running: Wine's 64-bit half, a virtual screen, a mouse for it, fonts and pictures
     wine wine64 xvfb xdotool imagemagick fonts-dejavu-core
     # a network of the test's own, with its own authority

@@ -21,6 +21,8 @@ import time
 import types
 import unittest
 
+import private_network
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("KESTRANE_BUILD", ROOT / "build" / "windows"))
 WINE_FOLDER = ROOT / "build" / "wine"
@@ -529,4 +531,7 @@ def wineserver(prefix):
 
 
 def main():
+    """Runs the tests of a script in a network of its own, so that the program, which looks for updates some seconds after
+    its start, asks nobody."""
+    private_network.enter()
     unittest.main(verbosity=2)

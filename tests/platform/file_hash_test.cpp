@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "base/handles_win32.h"
-#include "support/fake_hashing_win32.h"
+#include "support/fake_bcrypt_win32.h"
 #include "support/file_bytes_win32.h"
 #include "support/file_operations_win32.h"
 #include "support/test_folder_win32.h"
@@ -32,13 +32,13 @@ class FileHashTest : public testing::Test {
     FileHashTest() {
         fileOperations = {};
         fileOperations.folder = folder_.Path().wstring() + L"\\";
-        test::refusedHashing.clear();
+        fakeBCrypt = {};
         Calls().clear();
     }
     ~FileHashTest() override {
         EXPECT_TRUE(fileOperations.open.empty());
         fileOperations = {};
-        test::refusedHashing.clear();
+        EXPECT_TRUE(fakeBCrypt.openOnes.empty());
     }
 
     /// The hash of these bytes, or "failed".
@@ -71,11 +71,12 @@ TEST_F(FileHashTest, IsThatOfAllBytesAtEveryLengthAroundABlock) {
 
 TEST_F(FileHashTest, ReadsBlockByBlockAndReleasesEverything) {
     EXPECT_EQ(HashOf(PatternBytes(65537)).size(), 64U);
-    EXPECT_THAT(Calls(),
-                ElementsAre("CreateFileW file access 80000000 share 1 disposition 3 flags 8000000",
-                            "BCryptOpenAlgorithmProvider", "BCryptCreateHash", "ReadFile file", "BCryptHashData",
-                            "ReadFile file", "BCryptHashData", "ReadFile file", "BCryptFinishHash", "BCryptDestroyHash",
-                            "BCryptCloseAlgorithmProvider", "CloseHandle file"));
+    EXPECT_THAT(Calls(), ElementsAre("CreateFileW file access 80000000 share 1 disposition 3 flags 8000000",
+                                     "ReadFile file", "ReadFile file", "ReadFile file", "CloseHandle file"));
+    EXPECT_THAT(fakeBCrypt.names,
+                ElementsAre("BCryptOpenAlgorithmProvider", "BCryptCreateHash", "BCryptHashData", "BCryptHashData",
+                            "BCryptFinishHash", "BCryptDestroyHash", "BCryptCloseAlgorithmProvider"));
+    EXPECT_THAT(fakeBCrypt.algorithms, ElementsAre(L"SHA256"));
 }
 
 TEST_F(FileHashTest, FailsWithoutAFile) {
@@ -100,28 +101,18 @@ TEST_F(FileHashTest, FailsIfAnyFileOperationDoes) {
 }
 
 TEST_F(FileHashTest, FailsIfAnyCallOfTheHashingDoesAndReleasesTheRest) {
-    struct Row {
-        const char* refused;
-        int destroyed;
-        int closed;
-    };
-    for (const Row& row : {Row{"BCryptOpenAlgorithmProvider", 0, 0}, Row{"BCryptCreateHash", 0, 1},
-                           Row{"BCryptHashData", 1, 1}, Row{"BCryptFinishHash", 1, 1}}) {
-        Calls().clear();
-        test::refusedHashing = row.refused;
-        EXPECT_EQ(HashOf("abc"), "failed") << row.refused;
-        EXPECT_EQ(CountCalls("BCryptDestroyHash"), row.destroyed) << row.refused;
-        EXPECT_EQ(CountCalls("BCryptCloseAlgorithmProvider"), row.closed) << row.refused;
-        EXPECT_EQ(CountCalls("CloseHandle file"), 1) << row.refused;
-    }
-    test::refusedHashing.clear();
-    EXPECT_EQ(HashOf("abc"), AbcHash);
-}
-
-TEST_F(FileHashTest, AnEmptyFileNeedsTheHashingToo) {
-    for (const char* function : {"BCryptOpenAlgorithmProvider", "BCryptCreateHash", "BCryptFinishHash"}) {
-        test::refusedHashing = function;
-        EXPECT_EQ(HashOf(""), "failed") << function;
+    for (const char* bytes : {"abc", ""}) {
+        fakeBCrypt = {};
+        EXPECT_EQ(HashOf(bytes).size(), 64U);
+        const int calls = fakeBCrypt.calls;
+        EXPECT_EQ(calls, *bytes != 0 ? 4 : 3);
+        for (int call = 1; call <= calls; ++call) {
+            RefuseCall(call);
+            Calls().clear();
+            EXPECT_EQ(HashOf(bytes), "failed") << call;
+            EXPECT_TRUE(fakeBCrypt.openOnes.empty()) << call;
+            EXPECT_EQ(CountCalls("CloseHandle file"), 1) << call;
+        }
     }
 }
 

@@ -89,6 +89,14 @@ TEST(HexDigitValue, KnowsTwentyTwoCharacters) {
     }
 }
 
+TEST(IsHexDigit, KnowsTheSameTwentyTwoBytes) {
+    std::string digits;
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
+        if (IsHexDigit(static_cast<char>(byte))) digits += static_cast<char>(byte);
+    }
+    EXPECT_EQ(digits, "0123456789ABCDEFabcdef");
+}
+
 TEST(WidenBytes, GivesEachByteItsOwnNumber) {
     EXPECT_EQ(WidenBytes(""), L"");
     EXPECT_EQ(WidenBytes("0.2.0"), L"0.2.0");

@@ -322,8 +322,7 @@ INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 }  // namespace
 
 bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info) {
-    const ComApartment
-        apartment;  // for screen readers, and for extensions of the shell that ShellExecuteW hands over to
+    const ComApartment apartment;  // for screen readers, and for extensions of the shell when it opens a page
     UpdateDialogState state;
     state.info = &info;
     state.exePath = ModulePath();

@@ -6,7 +6,7 @@
 
 namespace kestrane {
 
-std::string FormatInstallId(const std::array<std::uint8_t, 16>& random) {
+std::string MakeInstallId(const std::array<std::uint8_t, 16>& random) {
     std::array<std::uint8_t, 16> bytes = random;
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the variant of RFC 9562

@@ -15,7 +15,7 @@ std::string GenerateInstallId() {
     std::array<std::uint8_t, 16> random{};
     const NTSTATUS status =
         BCryptGenRandom(nullptr, random.data(), static_cast<ULONG>(random.size()), BCRYPT_USE_SYSTEM_PREFERRED_RNG);
-    return BCRYPT_SUCCESS(status) ? FormatInstallId(random) : std::string();
+    return BCRYPT_SUCCESS(status) ? MakeInstallId(random) : std::string();
 }
 
 }  // namespace kestrane

@@ -55,6 +55,7 @@ bool StartNewVersion(const std::wstring& executable) {
 }
 
 void CleanUpdateLeftovers(const std::wstring& executable) {
+    if (executable.empty()) return;  // the names alone would be files of the current folder
     DeleteFileW(OldFilePath(executable).c_str());
     DeleteNewFile(executable);
 }

@@ -11,25 +11,25 @@ namespace {
 
 using Random = std::array<std::uint8_t, 16>;
 
-TEST(FormatInstallId, WritesTheBytesInOrder) {
-    EXPECT_EQ(FormatInstallId(Random{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0x4D, 0xEF, 0x8E, 0xDC, 0xBA, 0x98, 0x76, 0x54,
+TEST(MakeInstallId, WritesTheBytesInOrder) {
+    EXPECT_EQ(MakeInstallId(Random{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0x4D, 0xEF, 0x8E, 0xDC, 0xBA, 0x98, 0x76, 0x54,
                                      0x32, 0x10}),
               "01234567-89ab-4def-8edc-ba9876543210");
 }
 
-TEST(FormatInstallId, SetsVersionAndVariant) {
+TEST(MakeInstallId, SetsVersionAndVariant) {
     Random ones{};
     ones.fill(0xFF);
-    EXPECT_EQ(FormatInstallId(Random{}), "00000000-0000-4000-8000-000000000000");
-    EXPECT_EQ(FormatInstallId(ones), "ffffffff-ffff-4fff-bfff-ffffffffffff");
+    EXPECT_EQ(MakeInstallId(Random{}), "00000000-0000-4000-8000-000000000000");
+    EXPECT_EQ(MakeInstallId(ones), "ffffffff-ffff-4fff-bfff-ffffffffffff");
 }
 
-TEST(FormatInstallId, AlwaysHasTheFormThatTheSettingsKeep) {
+TEST(MakeInstallId, AlwaysHasTheFormThatTheSettingsKeep) {
     for (std::uint32_t value = 0; value < 256; ++value) {
         for (std::size_t place = 0; place < Random().size(); ++place) {
             Random random{};
             random[place] = static_cast<std::uint8_t>(value);
-            const std::string id = FormatInstallId(random);
+            const std::string id = MakeInstallId(random);
             ASSERT_EQ(id.size(), 36U);
             for (std::size_t i = 0; i < id.size(); ++i) {
                 const bool isHyphen = i == 8 || i == 13 || i == 18 || i == 23;

@@ -334,6 +334,16 @@ TEST_F(SelfReplacerTest, ALeftoverThatCannotGoKeepsNoOther) {
     EXPECT_THAT(Names(), ElementsAre(L"kestrane.exe", L"kestrane.exe.old"));
 }
 
+/// A program that does not know its own path would mean files of the current folder.
+TEST_F(SelfReplacerTest, WithoutAPathNothingGoes) {
+    test::WriteBytes((folder_.Path() / L".old").wstring(), "mine");
+    const fs::path before = fs::current_path();
+    fs::current_path(folder_.Path());
+    CleanUpdateLeftovers(L"");
+    fs::current_path(before);
+    EXPECT_EQ(ReadBytes((folder_.Path() / L".old").wstring()), "mine");
+}
+
 TEST_F(SelfReplacerTest, AnUnwantedNewFileGoes) {
     test::WriteBytes(old_, "old");
     DeleteNewFile(executable_);

@@ -668,6 +668,28 @@ TEST_F(UpdateCheckerTest, TheOfferCanBeAskedForAtAnyTime) {
     EXPECT_EQ(answered, asked);
 }
 
+TEST_F(UpdateCheckerTest, WhoeverTouchesTheOfferWaitsForItsLock) {
+    Start();
+    AwaitSleep();
+    std::optional<LockGuard> guard(checker_.lock);
+    SetEvent(world.timeOver);
+    EXPECT_NE(WaitForSingleObject(world.asleep, ShortMs), WAIT_OBJECT_0);  // all calls are done by then
+    EXPECT_EQ(HttpCallCount("close"), 3);
+    EXPECT_FALSE(checker_.offer.available);
+    EXPECT_THAT(Posts(), IsEmpty());
+    {
+        Elsewhere question([this] { Offered(); });
+        EXPECT_FALSE(question.IsDoneWithin(ShortMs));
+        guard.reset();
+        EXPECT_EQ(AwaitSleep(), HourMs);
+    }
+    guard.emplace(checker_.lock);
+    Elsewhere stop([this] { checker_.Stop(); });
+    EXPECT_FALSE(stop.IsDoneWithin(ShortMs));
+    EXPECT_TRUE(checker_.offer.available);
+    guard.reset();
+}
+
 TEST_F(UpdateCheckerTest, WithAKeyOnlyASignedManifestCounts) {
     Start();
     AwaitSleep();

@@ -10,7 +10,8 @@ namespace kestrane {
 /// A thread that is always joined: at the latest by the destructor, so its owner must have told it to end by then.
 class Thread {
   public:
-    using Body = unsigned(__stdcall*)(void* context);
+    /// An exception that left it would meet the frames of the runtime, which know nothing of it.
+    using Body = unsigned(__stdcall*)(void* context) noexcept;
 
     Thread() = default;
     Thread(const Thread&) = delete;

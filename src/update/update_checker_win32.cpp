@@ -29,8 +29,7 @@ std::uint32_t WaitAfterCheckMs(const UpdateChecker& checker) {
     return NextWaitMs(checker.offer.nextCheckMinutes);
 }
 
-/// The worker. An allocation that fails ends the program on this thread too: noexcept decides that here, before the
-/// exception gets to the frames of the runtime, which know nothing of it.
+/// The worker. An allocation that fails ends the program on this thread too.
 unsigned __stdcall RunWorker(void* context) noexcept {
     auto& checker = *static_cast<UpdateChecker*>(context);
     std::uint32_t waitMs = FirstCheckMs;

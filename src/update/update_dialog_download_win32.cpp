@@ -16,7 +16,7 @@ void ReportProgress(void* context, std::uint64_t done, std::uint64_t total) {
 
 }  // namespace
 
-unsigned __stdcall RunUpdateDownload(void* context) {
+unsigned __stdcall RunUpdateDownload(void* context) noexcept {
     auto& state = *static_cast<UpdateDialogState*>(context);
     const DownloadProgress progress{&ReportProgress, &state};
     state.downloaded = DownloadUpdate(*state.info, state.exePath, state.cancel, progress, state.failure);

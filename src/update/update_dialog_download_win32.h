@@ -42,6 +42,6 @@ struct UpdateDialogState {
 
 /// The body of the download thread, with an UpdateDialogState: downloads, and tells the dialog how far it is and how
 /// it has ended. It only notes a failure, because translated text belongs to the UI thread.
-unsigned __stdcall RunUpdateDownload(void* state);
+unsigned __stdcall RunUpdateDownload(void* state) noexcept;
 
 }  // namespace kestrane

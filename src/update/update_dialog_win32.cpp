@@ -49,8 +49,6 @@ constexpr const wchar_t* DownloadingText = L"Descargando la versión nueva...";
 constexpr int LongestTitle = 128;
 constexpr int LongestText = 256;
 
-HWND openDialog = nullptr;
-
 HWND Control(const UpdateDialogState& state, int id) {
     return GetDlgItem(state.dialog, id);
 }
@@ -148,7 +146,6 @@ void ComeToFront(HWND dialog) {
 
 void OnInitDialog(UpdateDialogState& state, HWND dialog) {
     state.dialog = dialog;
-    openDialog = dialog;
     Translate(dialog);
     Dress(state);
     SetDlgItemTextW(dialog, IdRunningVersion, WidenBytes(OwnVersion()).c_str());
@@ -302,7 +299,6 @@ INT_PTR OnMessage(UpdateDialogState& state, UINT message, WPARAM wParam, LPARAM 
             // Also reached without a click on "Cerrar", when the program ends.
             StopDownload(state);
             state.roles.reset();
-            openDialog = nullptr;
             return TRUE;
         default:
             return FALSE;
@@ -333,10 +329,6 @@ bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info) {
     // It arrived whole, but too late.
     if (state.downloaded) DeleteNewFile(state.exePath);
     return false;
-}
-
-HWND OpenUpdateDialog() {
-    return openDialog;
 }
 
 }  // namespace kestrane

@@ -10,7 +10,4 @@ namespace kestrane {
 /// True if the verified new version stands beside the executable, ready to take its place.
 bool ShowUpdateDialog(HINSTANCE instance, HWND owner, const UpdateInfo& info);
 
-/// The open dialog's window, or null.
-HWND OpenUpdateDialog();
-
 }  // namespace kestrane

@@ -112,7 +112,7 @@ class DownloadTest : public testing::Test {
         EXPECT_EQ(done, failure == NoFailure);
         return failure;
     }
-    static unsigned __stdcall DownloadOnThread(void* context) {
+    static unsigned __stdcall DownloadOnThread(void* context) noexcept {
         auto& self = *static_cast<DownloadTest*>(context);
         self.saidOnThread_ = self.Download();
         return 0;

@@ -78,7 +78,7 @@ struct Work {
     std::atomic<bool> isDone = false;
 };
 
-unsigned __stdcall RunWork(void* context) {
+unsigned __stdcall RunWork(void* context) noexcept {
     auto& work = *static_cast<Work*>(context);
     work.threadId = GetCurrentThreadId();
     SetEvent(work.begun.Get());

@@ -171,7 +171,7 @@ class Elsewhere {
     bool IsDoneWithin(DWORD time) { return WaitForSingleObject(done_, time) == WAIT_OBJECT_0; }
 
   private:
-    static unsigned __stdcall Run(void* context) {
+    static unsigned __stdcall Run(void* context) noexcept {
         auto& self = *static_cast<Elsewhere*>(context);
         self.call_();
         SetEvent(self.done_);

@@ -102,6 +102,22 @@ void DeleteNewFile(const std::wstring& executable) {
     world->deleted.push_back(executable);
 }
 
+/// The open dialog of this process, or null: the window with its button.
+inline HWND OpenUpdateDialog() {
+    constexpr int UpdateButton = 3008;
+    HWND found = nullptr;
+    EnumWindows(
+        [](HWND window, LPARAM result) -> BOOL {
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            if (process != GetCurrentProcessId() || GetDlgItem(window, UpdateButton) == nullptr) return TRUE;
+            *reinterpret_cast<HWND*>(result) = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
 class UpdateDialogTest : public testing::Test {
   protected:
     // The controls.

@@ -37,6 +37,7 @@ new_certs_dir = {folder}
 rand_serial = yes
 default_md = sha256
 policy = any
+unique_subject = no
 copy_extensions = copy
 [any]
 commonName = supplied

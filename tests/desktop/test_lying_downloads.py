@@ -128,6 +128,7 @@ class Downloads(Lane):
             self.look_unchanged()
         except AssertionError as error:
             self.failures.append(f"{name}: {error}")
+            require(self.program.poll() is None, f"the program has ended: {self.failures}")
             wait_until(lambda: self.control(UPDATE).enabled, f"the end of {self.failures}")
 
 

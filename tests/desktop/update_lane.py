@@ -126,11 +126,11 @@ class Lane:
         require(balloon.info == BALLOON.format(version), f"the balloon says {balloon.info!r}")
 
     def look_alive(self):
+        require(self.program.poll() is None, "the program runs")
         at = self.shell.mark()
         self.shell.command(f"tick {MEMORY_TIMER}")
         ticks = [call for call in self.shell.since(at) if call.message == NIM_MODIFY and call.id == MEMORY_ICON]
         require(ticks, "a tick works")
-        require(self.program.poll() is None, "the program runs")
 
     def look_unchanged(self):
         require([path.name for path in self.folder.iterdir()] == ["kestrane.exe"], "the folder is as it was")

@@ -96,7 +96,9 @@ class Downloads(Lane):
         self.dialog = wait_until(self.offer, "the update dialog", 30)
 
     def control(self, id):
-        return self.neighbour.ask("control", self.dialog.handle, id)
+        found = self.neighbour.ask("control", self.dialog.handle, id)
+        require(found, "the update dialog is there")
+        return found
 
     def press(self, control):
         require(self.neighbour.ask("send", control.handle, BM_CLICK, 0, 0), f"control {control.id} obeys")
@@ -128,7 +130,7 @@ class Downloads(Lane):
             self.look_unchanged()
         except AssertionError as error:
             self.failures.append(f"{name}: {error}")
-            require(self.program.poll() is None, f"the program has ended: {self.failures}")
+            require(self.offer(), f"the update dialog is still there: {self.failures}")
             wait_until(lambda: self.control(UPDATE).enabled, f"the end of {self.failures}")
 
 

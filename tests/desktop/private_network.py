@@ -43,7 +43,7 @@ COVERED_FOLDERS = ("/run/nscd", "/var/run/nscd")
 # What Wine and others take as the user's proxy.
 PROXIES = ("http_proxy", "https_proxy", "ftp_proxy", "all_proxy", "no_proxy")
 
-# Wine asks for printers at the start of many a program, on a socket of the machine or over loopback: here there is none.
+# Wine asks for printers at the start of many a program, on a socket of the machine or over loopback. Here is none.
 PRINTERS = "CUPS_SERVER", "/run/no-printers"
 
 CLONE_NEWNS = 0x20000
@@ -55,8 +55,8 @@ names_asked = []
 
 
 def enter(*names):
-    """Goes on in a network of its own, in which these names lead to 127.0.0.1. To be called before anything else; a second
-    call, whose names must be among those of the first, does nothing."""
+    """Goes on in a network of its own, in which these names lead to 127.0.0.1. To be called before anything else; a
+    second call, whose names must be among those of the first, does nothing."""
     global _names
     if _names is not None and set(names) <= set(_names):
         return
@@ -78,12 +78,14 @@ def _unshare():
     refusals = []
     for user in ((), ("--user", "--map-root-user")):
         command = ["unshare", *user, "--net", "--mount", "--propagation", "private"]
-        tried = subprocess.run([*command, "mount", "-t", "tmpfs", "tmpfs", SCRATCH], capture_output=True, text=True, check=False)
+        mount = [*command, "mount", "-t", "tmpfs", "tmpfs", SCRATCH]
+        tried = subprocess.run(mount, capture_output=True, text=True, check=False)
         if tried.returncode == 0:
             return command
         refusals.append(tried.stderr.strip())
     sys.exit(
-        "FAILED: this machine refuses network and mount namespaces, so the program cannot be tested without asking the update host: "
+        "FAILED: this machine refuses network and mount namespaces, so the program cannot be tested without asking the "
+        "update host: "
         + "; ".join(refusals)
         + ". They need root with CAP_SYS_ADMIN, or user namespaces."
     )

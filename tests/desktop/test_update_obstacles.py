@@ -17,12 +17,13 @@ class Obstacles(UpdateTest):
     options = {"language": "en_US", **double_click_time(1)}
 
     NOT_WRITABLE = (
-        "There is no permission to write to kestrane's folder, so it cannot update itself. Download the new version from "
-        "the website and replace it by hand."
+        "There is no permission to write to kestrane's folder, so it cannot update itself. Download the new version "
+        "from the website and replace it by hand."
     )
     NOT_SAVED = "The new version could not be saved next to kestrane (code {})."
     NOT_THE_PUBLISHED = (
-        "The downloaded file does not match the published one (size or fingerprint). Nothing was changed; try again later."
+        "The downloaded file does not match the published one (size or fingerprint). Nothing was changed; try again "
+        "later."
     )
     NOT_REPLACED = (
         "The new version could not replace the current one (code {}).\n\nkestrane stays on the version you had."

@@ -25,13 +25,14 @@ CLOSE, RUNNING, OFFERED, CHANGES_LINK, NOTE, PROGRESS, WEB_LINK, UPDATE = 2, 300
 # From the start of the program to its first question, in seconds.
 FIRST_CHECK = 8
 
-# The longest that a request can keep the program from its end: it waits 15 s for an answer, and the machine may be busy.
+# The longest that a request can keep the program from its end: 15 s for an answer, and what a busy machine may add.
 LONGEST_END = 25
 
 # Where the server keeps the new version.
 DOWNLOAD = "/download/kestrane.exe"
 
-# All that a request tells, but for the host and the user agent. The flag by which no cache may answer gives both lines.
+# All that a request tells, but for the host and the user agent. Under Wine the flag by which no cache may answer gives
+# both lines about caches.
 PLAIN_HEADERS = {"connection": "Keep-Alive", "pragma": "no-cache", "cache-control": "no-cache"}
 
 

@@ -10,6 +10,7 @@ import subprocess
 import sys
 import time
 
+import private_network
 from harness import (
     COLORS,
     CORES,
@@ -217,6 +218,7 @@ def join_parts(parts, path):
 
 
 def main():
+    private_network.enter()
     folder = pathlib.Path(sys.argv[1])
     folder.mkdir(parents=True, exist_ok=True)
     save_desktops(folder)

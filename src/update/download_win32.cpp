@@ -56,7 +56,7 @@ DownloadFailure SaveFailure() {
 
 bool WriteAll(const UniqueFile& file, const std::vector<char>& buffer, std::size_t bytes) {
     DWORD written = 0;
-    SetLastError(ERROR_SUCCESS);  // a short write need not set it
+    SetLastError(ERROR_DISK_FULL);  // a short write need not set it, and that is what it means
     return WriteFile(file.Get(), buffer.data(), static_cast<DWORD>(bytes), &written, nullptr) && written == bytes;
 }
 

@@ -269,10 +269,10 @@ TEST_F(DownloadTest, AFileThatCannotBeMadeOrWrittenTellsTheSystemsError) {
     }
 }
 
-TEST_F(DownloadTest, AShortWriteIsAFailureAndHasOnlyAnErrorOfItsOwn) {
+TEST_F(DownloadTest, AShortWriteIsAFailureAndCountsAsAFullDisk) {
     fileOperations.shortWrites = true;
     fakeHttp.onCall = [](const std::string&) { SetLastError(ERROR_FILE_NOT_FOUND); };
-    EXPECT_EQ(Download(), NotSaved(0));
+    EXPECT_EQ(Download(), NotSaved(ERROR_DISK_FULL));
     EXPECT_FALSE(NewFileStands());
     EXPECT_EQ(HttpCount("read"), 1);
 }

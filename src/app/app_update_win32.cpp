@@ -18,7 +18,7 @@
 
 namespace kestrane {
 
-void App::ApplyUpdateCheckSetting() {
+void App::ApplyUpdateCheckSetting() noexcept {
     // The program may have ended in the call to the shell before this one; then no worker may start any more.
     if (shuttingDown || settings.check_updates == updateChecker.IsRunning()) return;
     if (!settings.check_updates) {

@@ -90,7 +90,9 @@ struct App final : SettingsDialogHost, GraphWindowHost {
     // Updates (app_update_win32.cpp).
 
     /// Starts or stops the update check as the settings say. The first start ever makes this installation's identity.
-    void ApplyUpdateCheckSetting();
+    /// Without a thread for it the program ends here, because above are the frames of the window manager, through which
+    /// no exception finds its way.
+    void ApplyUpdateCheckSetting() noexcept;
     /// WM_UPDATE_STATE: tells the user about a newer version, once for each.
     void OnUpdateState();
     /// Opens the update dialog for the newer version, if there is one, or the settings dialog to the front if that is

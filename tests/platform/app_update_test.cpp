@@ -321,6 +321,10 @@ TEST_F(AppUpdateTest, AnEndThatComesWhileTheShellIsAskedStartsNoWorker) {
     EXPECT_EQ(CountCalls("worker starts"), 0);
 }
 
+// A check that gets no thread ends the program. Thrown through a window's callback, the exception would leave it
+// spinning instead, with no way to end it.
+static_assert(noexcept(std::declval<App&>().ApplyUpdateCheckSetting()));
+
 TEST_F(AppUpdateTest, WithoutAnEventToStopItByNoWorkerStartsButTheNextChangeTriesAgain) {
     world.eventIsMade = false;
     Start();

@@ -29,6 +29,8 @@ import json
 import re
 import sys
 
+largest_manifest = 16384
+
 
 def refuse(reason):
     sys.exit(f"{sys.argv[2]}: {reason}")
@@ -65,12 +67,17 @@ with open(sys.argv[2], encoding="utf-8") as file:
     manifest = json.load(file, object_pairs_hook=fields_of)
 if not isinstance(manifest, dict):
     refuse("not an object")
-text = signed_text(manifest)
+output = signed_text(manifest).encode()
 if sys.argv[1] == "signed":
     manifest["signature"] = sys.argv[3]
     # Escapes would turn letters beyond U+FFFF into other bytes than those that are signed.
-    text = json.dumps(manifest, ensure_ascii=False, indent=4) + "\n"
-sys.stdout.buffer.write(text.encode())
+    try:
+        output = (json.dumps(manifest, ensure_ascii=False, indent=4, allow_nan=False) + "\n").encode()
+    except ValueError as error:  # a number or half a letter that JSON cannot carry
+        refuse(error)
+    if len(output) > largest_manifest:
+        refuse(f"longer than {largest_manifest} bytes")
+sys.stdout.buffer.write(output)
 PYTHON
 }
 

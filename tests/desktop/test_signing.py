@@ -118,6 +118,9 @@ class Signing(unittest.TestCase):
             *({**MANIFEST, "sha256": digits} for digits in ("", "0" * 63, "0" * 65, "g" * 64)),
             *({**MANIFEST, "size": size} for size in (0, -1, 1.5, "1", True, 10**19)),
             text[:-1] + ', "size": 1}',
+            *(text[:-1] + f', "more": {number}}}' for number in ("NaN", "-Infinity", "1e999")),
+            {**MANIFEST, "published": "\ud800"},  # half a letter
+            {**MANIFEST, "published": "p" * 16384},
             text[:-1],
             "[]",
             "",

@@ -5,7 +5,6 @@
 
 #include <winhttp.h>
 
-#include <atomic>
 #include <cstddef>
 #include <string>
 #include <string_view>

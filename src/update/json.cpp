@@ -1,5 +1,7 @@
 #include "update/json.h"
 
+#include <cstddef>
+
 #include "text/text_util.h"
 
 namespace kestrane {

@@ -2,7 +2,6 @@
 // Just enough JSON (RFC 8259) for the two documents of the update path: the manifest, a flat object that is read, and
 // the body of the usage event, of which only the strings are escaped here. There is no document tree: the reader hands
 // each field to the caller in file order and skips what is nested. Everything is bytes; UTF-8 passes through unchecked.
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>

@@ -1,5 +1,6 @@
 #include "update/update_checker_win32.h"
 
+#include <cstdint>
 #include <stdexcept>
 #include <utility>
 

@@ -4,7 +4,6 @@
 // that is the user's decision.
 #include <windows.h>
 
-#include <cstdint>
 #include <string>
 
 #include "base/handles_win32.h"

@@ -66,6 +66,8 @@ void App::FinishSelfUpdate() {
     const std::wstring executable = ModulePath();
     std::uint32_t code = 0;
     if (ReplaceRunningExecutable(executable, code)) {
+        // First, because a check that is under way can take longer than the new version waits for this one to end.
+        updateChecker.Stop();
         // Ends even if the new version does not start: it is the one on the disk by now.
         StartNewVersion(executable);
         DestroyWindow(window);

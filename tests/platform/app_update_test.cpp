@@ -546,10 +546,10 @@ TEST_F(AppUpdateTest, ADownloadedVersionTakesThePlaceAndStartsAndThisOneEnds) {
         world.newVersionStarts = starts;
         Update();
         std::vector<std::string> calls = CallsOfUpdate();
-        EXPECT_THAT(calls, ElementsAre("update dialog", "delete kestrane.exe.old",
-                                       "move kestrane.exe to kestrane.exe.old", "move kestrane.exe.new to kestrane.exe",
-                                       "start kestrane.exe: \"C:\\Users\\Ana\\kestrane.exe\" --updated", "worker stops",
-                                       "PostQuitMessage"))
+        EXPECT_THAT(calls,
+                    ElementsAre("update dialog", "delete kestrane.exe.old", "move kestrane.exe to kestrane.exe.old",
+                                "move kestrane.exe.new to kestrane.exe", "worker stops",
+                                "start kestrane.exe: \"C:\\Users\\Ana\\kestrane.exe\" --updated", "PostQuitMessage"))
             << "the file on the disk is the new one, whether or not it has started: " << starts;
         EXPECT_FALSE(IsWindow(app->window));
         EXPECT_EQ(world.boxText, L"");

@@ -8,6 +8,17 @@
 #include "update/update_texts.h"
 
 namespace kestrane {
+namespace {
+
+/// It has the attributes of the executable that it was. While it is read-only it can be neither deleted nor replaced,
+/// and no later update would succeed.
+void DeleteOldFile(const std::wstring& executable) {
+    const std::wstring oldFile = OldFilePath(executable);
+    SetFileAttributesW(oldFile.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(oldFile.c_str());
+}
+
+}  // namespace
 
 std::wstring CheckSelfUpdatePossible(const std::wstring& executable) {
     if (IsDevelopmentCopy(executable)) return DevelopmentCopyText();
@@ -28,7 +39,7 @@ bool ReplaceRunningExecutable(const std::wstring& executable, std::uint32_t& cod
     const std::wstring newFile = NewFilePath(executable);
     const std::wstring oldFile = OldFilePath(executable);
     code = ERROR_SUCCESS;
-    DeleteFileW(oldFile.c_str());
+    DeleteOldFile(executable);
     if (!MoveFileExW(executable.c_str(), oldFile.c_str(), MOVEFILE_REPLACE_EXISTING)) {
         code = GetLastError();
         return false;
@@ -56,7 +67,7 @@ bool StartNewVersion(const std::wstring& executable) {
 
 void CleanUpdateLeftovers(const std::wstring& executable) {
     if (executable.empty()) return;  // the names alone would be files of the current folder
-    DeleteFileW(OldFilePath(executable).c_str());
+    DeleteOldFile(executable);
     DeleteNewFile(executable);
 }
 

@@ -171,6 +171,20 @@ TEST_F(SelfReplacerTest, AnOldFileOfAnEarlierSwapIsReplaced) {
     EXPECT_EQ(ReadBytes(executable_), "downloaded");
 }
 
+/// As a copy from a read-only medium is. The attribute goes with the file to its old name.
+TEST_F(SelfReplacerTest, AReadOnlyExecutableIsSwappedAgainAndAgain) {
+    for (const char* bytes : {"running", "downloaded"}) {
+        ASSERT_TRUE(SetFileAttributesW(executable_.c_str(), FILE_ATTRIBUTE_READONLY));
+        test::WriteBytes(new_, "downloaded");
+        std::uint32_t code = 0;
+        EXPECT_TRUE(ReplaceRunningExecutable(executable_, code)) << code;
+        EXPECT_EQ(ReadBytes(old_), bytes);
+        EXPECT_EQ(ReadBytes(executable_), "downloaded");
+    }
+    CleanUpdateLeftovers(executable_);
+    EXPECT_THAT(Names(), ElementsAre(L"kestrane.exe"));
+}
+
 TEST_F(SelfReplacerTest, AFirstRenameThatFailsChangesNothing) {
     for (const DWORD error : {5U, 32U}) {
         StartAnew();

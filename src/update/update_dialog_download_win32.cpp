@@ -20,6 +20,7 @@ unsigned __stdcall RunUpdateDownload(void* context) noexcept {
     auto& state = *static_cast<UpdateDialogState*>(context);
     const DownloadProgress progress{&ReportProgress, &state};
     state.downloaded = DownloadUpdate(*state.info, state.exePath, state.cancel, progress, state.failure);
+    state.ended = true;
     PostMessageW(state.dialog, WM_UPDATE_DONE, state.downloaded ? 1 : 0, 0);
     return 0;
 }

@@ -29,6 +29,7 @@ struct UpdateDialogState {
     UniqueIcon buttonIcon;
     Thread downloadThread;
     std::atomic<bool> cancel = false;
+    std::atomic<bool> ended = false;  // set by the download thread when only its end is left to wait for
     bool downloading = false;
     bool blocked = false;                    // the executable may not be replaced
     std::atomic<std::int32_t> permille = 0;  // 0 to 1000

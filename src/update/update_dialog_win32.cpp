@@ -185,6 +185,7 @@ void StartDownload(UpdateDialogState& state) {
     state.downloading = true;
     state.permille = 0;
     state.cancel = false;
+    state.ended = false;
     state.failure = {};
     FocusButton(state, IDCANCEL);  // first, because a disabled button would keep the keyboard
     EnableWindow(Control(state, IdUpdate), FALSE);
@@ -198,7 +199,7 @@ void StartDownload(UpdateDialogState& state) {
 
 /// Only what the thread itself has noted counts, not the message: any program could post that.
 void OnDownloadDone(UpdateDialogState& state) {
-    if (!state.downloading) return;
+    if (!state.downloading || !state.ended) return;
     state.downloadThread.Join();
     if (state.downloaded) {
         state.downloading = false;

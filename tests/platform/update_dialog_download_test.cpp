@@ -348,10 +348,13 @@ TEST_F(UpdateDialogDownload, StopsWhenTheLoopIsToEnd) {
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
 }
 
-TEST_F(UpdateDialogDownload, OnlyItsOwnSuccessCounts) {
-    HeldDownload held;
+/// Any program can post the messages of a download.
+TEST_F(UpdateDialogDownload, OnlyItsOwnEndCounts) {
+    std::atomic<bool> goesOn = true;
     world->download = [&](const DownloadCall& call) {
-        held.Wait();
+        constexpr int LongestMs = 2000;
+        for (int ms = 0; goesOn && ms < LongestMs; ++ms)
+            Sleep(1);
         return call.Fail(DownloadStep::Answer);
     };
     EXPECT_FALSE(WithDialog([&] {
@@ -359,10 +362,17 @@ TEST_F(UpdateDialogDownload, OnlyItsOwnSuccessCounts) {
         EXPECT_TRUE(IsOpen()) << "nothing has been downloaded";
         EXPECT_TRUE(IsEnabled(Update));
         Click(Update);
-        PumpUntil([&] { return held.IsWaiting(); });
-        held.Release();
         SendMessageW(Dialog(), WM_UPDATE_DONE, 1, 0);
+        ExpectDownloading();
+        goesOn = false;
+        PumpUntilFailed();
         ExpectFailed(NoAnswer);
+        goesOn = true;
+        Click(Update);
+        SendMessageW(Dialog(), WM_UPDATE_DONE, 0, 0);  // late news of the first
+        ExpectDownloading();
+        goesOn = false;
+        PumpUntilFailed();
     }));
 }
 

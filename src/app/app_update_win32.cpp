@@ -1,4 +1,4 @@
-// Newer versions: when the check runs, how the user hears of one, and the change to it. The update dialog and the box
+// Newer versions: when the check runs, how the user hears of one, and how it takes over. The update dialog and the box
 // run nested message loops in which the window can be destroyed; after them, check `shuttingDown` before touching
 // anything.
 #include "app/app_win32.h"

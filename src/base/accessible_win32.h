@@ -18,7 +18,7 @@ struct AccPropServicesTraits {
 using UniqueAccPropServices = Owned<AccPropServicesTraits>;
 
 /// The system's service for it, within the life of a COM apartment; empty where the system has none. What is set for a
-/// window must be cleared while there is the window.
+/// window must be cleared while the window exists.
 UniqueAccPropServices OpenAccPropServices();
 
 /// The object of a window that is the control itself.

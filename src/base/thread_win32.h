@@ -18,8 +18,8 @@ class Thread {
     Thread& operator=(const Thread&) = delete;
     ~Thread() { Join(); }
 
-    /// Runs `body(context)` on a new thread. False if it could not be created; GetLastError then has the reason. Not
-    /// while another one is running.
+    /// Runs `body(context)` on a new thread. False if it could not be created; GetLastError then has the reason. A
+    /// previous one must have been joined.
     bool Start(Body body, void* context);
     /// Started and not joined yet, whether or not it has ended.
     bool IsJoinable() const { return id_ != 0; }

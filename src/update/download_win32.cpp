@@ -74,7 +74,7 @@ DownloadFailure SaveBody(const UniqueHttpHandle& request, const UniqueFile& file
         if (total > size) return {};
         if (progress.report != nullptr) progress.report(progress.context, total, size);
     }
-    // Or a power cut soon after the swap could leave an executable without content.
+    // Without this, a power cut soon after the swap could leave an executable with no content.
     return FlushFileBuffers(file.Get()) ? DownloadFailure() : SaveFailure();
 }
 

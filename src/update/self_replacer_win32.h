@@ -13,7 +13,8 @@ std::wstring CheckSelfUpdatePossible(const std::wstring& executable);
 bool ProbeFolderWritable(const std::wstring& folder);
 
 /// Sets the running file aside and puts the new one in its place. On failure false with the system's error in `code`,
-/// and the running file has its name again.
+/// and the running file has its name again, unless another program keeps it from that: then it stands under
+/// OldFilePath.
 bool ReplaceRunningExecutable(const std::wstring& executable, std::uint32_t& code);
 
 /// Starts the executable, now the new version, which waits for this one to end. False with a debug line if it cannot.

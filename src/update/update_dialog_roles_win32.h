@@ -18,7 +18,7 @@ class UpdateDialogRoles {
     UpdateDialogRoles& operator=(const UpdateDialogRoles&) = delete;
     ~UpdateDialogRoles();
 
-    /// How far the bar is, which it tells in per cent.
+    /// Makes the bar tell its progress, in whole per cent.
     void ShowProgress(std::int32_t permille);
 
   private:

@@ -85,7 +85,7 @@ if [ $# -ne 2 ]; then
     echo "usage: scripts/sign.sh KEY.pem MANIFEST.json, or scripts/sign.sh --public-key KEY.pem" >&2
     exit 2
 fi
-"$(dirname "$0")/packages.sh" openssl >&2
+{ command -v openssl && command -v python3; } >/dev/null || "$(dirname "$0")/packages.sh" >&2
 if [ "$1" = --public-key ]; then
     public_key "$2"
     exit

@@ -25,7 +25,8 @@ struct UpdateChecker {
     /// Starts the worker, whose first check comes after FirstCheckMs. Does nothing while it is running, or without an
     /// event to stop it by. Throws std::runtime_error if the system gives no thread.
     void Start(HWND notifyWindow, std::string currentVersion, std::string installId);
-    /// Ends the worker, and with it the offer. Waits for a check that is under way, at most for its time-outs.
+    /// Ends the worker, and with it the offer. Waits for a check that is under way, at most for the time-outs of
+    /// its two requests.
     void Stop();
     bool IsRunning() const { return worker.IsJoinable(); }
     /// True if a newer version is known; it is copied to `info`, which is unchanged otherwise. Any thread.

@@ -2,6 +2,7 @@
 
 import shutil
 
+import private_network
 from harness import BUILD, main, wait_until, windows_path
 from onscreen import KINDS, WM_CONTEXTMENU, GraphTest, all_open, middle_of
 
@@ -52,6 +53,7 @@ class PlantedDlls(GraphTest):
         wait_until(lambda: not self.neighbour.mode().menu, "the end of the menu")
         for timer in (1, 5, 3, 4):
             self.tick(timer)
+        wait_until(lambda: private_network.names_asked, "the check for updates")
         self.assertEqual(self.desktop.run_kestrane("--exit").code, 0)
         self.assertEqual(process.wait(), 0)
 

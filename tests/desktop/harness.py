@@ -175,6 +175,11 @@ def column_heights(call, color):
     return [sum(row[x] == color for row in rows) for x in range(call.width)]
 
 
+NO_CHECK = "[general]\ncheck_updates=0\n"
+"""Settings without the check for updates, which makes an identity at the first start, and some seconds later a thread and
+the memory of HTTPS."""
+
+
 def every(milliseconds, **more):
     """Settings that refresh all four icons at this period, with more lines for the named sections."""
     sections = ("cpu", "disk", "memory", "network")

@@ -40,6 +40,10 @@ COVERED = {
 }
 COVERED_FOLDERS = ("/run/nscd", "/var/run/nscd")
 
+# Of a screen outside only this is seen here, not its socket in the machine's network: a screen of a test would take the
+# same number, and its end would take the file away.
+SCREENS = pathlib.Path("/tmp/.X11-unix")
+
 # What Wine and others take as the user's proxy.
 PROXIES = ("http_proxy", "https_proxy", "ftp_proxy", "all_proxy", "no_proxy")
 
@@ -102,6 +106,8 @@ def _close_off():
     for folder in filter(os.path.isdir, COVERED_FOLDERS):
         _mount("-t", "tmpfs", "tmpfs", folder)
     _mount("-t", "tmpfs", "tmpfs", TRUSTED)
+    SCREENS.mkdir(mode=0o1777, exist_ok=True)
+    _mount("-t", "tmpfs", "-o", "mode=1777", "tmpfs", SCREENS)
 
 
 def _mount(*arguments):

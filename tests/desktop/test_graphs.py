@@ -2,7 +2,7 @@
 
 import time
 
-from harness import every, main, wait_until
+from harness import NO_CHECK, every, main, wait_until
 from onscreen import (
     FIRST_PLACES,
     KINDS,
@@ -25,7 +25,7 @@ STYLES = FLYOUT | WS_EX_TOPMOST | WS_EX_TRANSPARENT
 
 
 class Opening(GraphTest):
-    settings = "[general]\ncheck_updates=0\n" + "".join(f"[{kind}]\ngraph=1\n" for kind in KINDS)
+    settings = NO_CHECK + "".join(f"[{kind}]\ngraph=1\n" for kind in KINDS)
 
     def test_graphs_without_a_place_stand_at_the_taskbar(self):
         self.start_with(*KINDS)

@@ -2,14 +2,14 @@
 
 import shutil
 
-from harness import BUILD, every, main, pixels, wait_until, windows_path
+from harness import BUILD, NO_CHECK, every, main, pixels, wait_until, windows_path
 from settings_icons import CPU, DEFAULTS, SettingsTest, cpu_picture, ini_colors
 
 RUN_KEY = r"Software\Microsoft\Windows\CurrentVersion\Run"
 ROOTS = ("HKCU", "HKLM")
 
 COLORS = {**DEFAULTS, "cpu_bg": 0x123456, "cpu_fg": 0xFEDCBA, "cpu_border": 0x00FF00}
-FORMER_SETTINGS = every(10000) + ini_colors(COLORS) + "[general]\ncheck_updates=0\n"
+FORMER_SETTINGS = every(10000) + ini_colors(COLORS) + NO_CHECK
 COPIED = "kestrane: ajustes copiados de la carpeta del nombre anterior"
 
 
@@ -52,7 +52,7 @@ class Migration(SettingsTest):
 
     def test_present_settings_are_kept(self):
         self.write_former()
-        present = every(10000) + "[general]\ncheck_updates=0\n"
+        present = every(10000) + NO_CHECK
         shown = self.run_with(present)
         self.assertEqual(pixels(shown[CPU]), cpu_picture(DEFAULTS))
         self.assertEqual(self.desktop.ini_path.read_text(encoding="ascii"), present)

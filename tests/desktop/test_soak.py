@@ -15,6 +15,7 @@ from harness import (
     NETWORK_TIMER,
     NIM_ADD,
     NIM_MODIFY,
+    NO_CHECK,
     WM_TIMER,
     every,
     main,
@@ -55,7 +56,7 @@ WINE_KEEPS_PER_OPENING = (4 + 2 + 5 + 2) * WINE_KEEPS_PER_ICON + 5 * 1024
 
 class Soak(GraphTest):
     options = {"counters": counters(50)}
-    settings = all_open() + "[memory]\nrefresh_ms=10000\n"
+    settings = all_open() + "[memory]\nrefresh_ms=10000\n" + NO_CHECK
 
     def run_ticks(self):
         """A thousand ticks of each kind, each of which updates its icon; the program's own timers add one now and
@@ -133,7 +134,7 @@ class Soak(GraphTest):
 
 
 class DialogSoak(GraphTest):
-    settings = every(10000)
+    settings = every(10000) + NO_CHECK
 
     def open_and_close(self):
         dialog = open_settings(self.desktop, self.shell, self.neighbour)

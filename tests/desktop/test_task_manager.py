@@ -61,10 +61,13 @@ class TaskManagerTest(MenuTest):
         wait_until(lambda: len(self.task_managers()) == count, f"{count} task managers")
 
     def end_task_managers(self):
-        """Wine 8 ends all of a name at once, Wine 10 one at a time."""
-        while count := len(self.task_managers()):
+        """Wine 8 ends all of a name at once, Wine 10 one at a time, and one that is just starting may be missed."""
+
+        def has_ended_all():
             self.desktop.run("taskkill", "/f", "/im", "taskmgr.exe")
-            wait_until(lambda: len(self.task_managers()) < count, f"fewer than {count} task managers")
+            return not self.task_managers()
+
+        wait_until(has_ended_all, "the end of all task managers")
 
     def choose_performance(self, icon=CPU_ICON):
         self.choose(self.PERFORMANCE, icon=icon)

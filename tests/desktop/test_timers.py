@@ -8,9 +8,11 @@ from harness import (
     MEMORY_TIMER,
     NETWORK_TIMER,
     NIM_MODIFY,
+    NO_CHECK,
     TOTAL,
     WM_TIMER,
     DesktopTest,
+    every,
     main,
     private_kilobytes,
 )
@@ -36,6 +38,7 @@ COUNTERS = [
 
 class Timers(DesktopTest):
     options = {"counters": COUNTERS}
+    settings = NO_CHECK
 
     def send_ticks(self, count):
         timers = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
@@ -57,7 +60,7 @@ class Timers(DesktopTest):
         self.assertEqual({call.id for call in changes[-8:]}, {1, 2, 3, 4})
 
     def test_an_unknown_timer_does_nothing(self):
-        self.desktop.write_ini("".join(f"[{name}]\nrefresh_ms=10000\n" for name in ("cpu", "disk", "memory", "network")))
+        self.desktop.write_ini(every(10000) + NO_CHECK)
         process = self.start()
         start = self.shell.mark()
         self.assertTrue(self.desktop.send_messages(7, WM_TIMER, 0, 6, 7, 100, 65536, 0x7FFFFFFF, 2**32 - 1))

@@ -3,7 +3,7 @@
 import time
 
 import private_network
-from harness import NIM_ADD, VERSION, every, main, wait_until, windows_path
+from harness import NIM_ADD, NO_CHECK, VERSION, every, main, wait_until, windows_path
 from onscreen import DIALOG_CLASS, Picture
 from settings_dialog import CHECK_UPDATES, GENERAL_SAVE, GENERAL_TAB
 from update_server import HOST, STATS_HOST, keep_silent, reply
@@ -131,7 +131,7 @@ class TheWholeWay(UpdateTest):
 class Switch(UpdateTest):
     """The setting, in a build that reports its use."""
 
-    settings = every(10000) + "[general]\ncheck_updates=0\n"
+    settings = every(10000) + NO_CHECK
 
     def test_decides_whether_anything_is_sent_and_offered(self):
         self.install("kestrane", "kestrane-reporting.exe")

@@ -13,7 +13,7 @@ using Random = std::array<std::uint8_t, 16>;
 
 TEST(MakeInstallId, WritesTheBytesInOrder) {
     EXPECT_EQ(MakeInstallId(Random{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0x4D, 0xEF, 0x8E, 0xDC, 0xBA, 0x98, 0x76, 0x54,
-                                     0x32, 0x10}),
+                                   0x32, 0x10}),
               "01234567-89ab-4def-8edc-ba9876543210");
 }
 

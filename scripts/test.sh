@@ -18,9 +18,7 @@ export LC_ALL=C.UTF-8
 source scripts/wine-env.sh
 begin_session
 code=0
-# The tests with windows mostly wait, and count as two processors each. So two of them run beside the two linters, which
-# give way to them, and later three at once.
-ctest --test-dir build -j6 --output-on-failure "$@" || code=$?
+ctest --test-dir build -j2 --output-on-failure "$@" || code=$?
 # CTest lists skipped checks, but not the reason.
 grep '^skipped: ' build/Testing/Temporary/LastTest.log || true
 exit $code

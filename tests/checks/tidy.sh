@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 build=$1
 # The compile commands are GCC's, and Clang does not know some of its warnings.
-tidy=(nice -n 19 clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option)
+tidy=(clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option)
 files=(! -name '*_win32.cpp')
 
 # Switched off for the platform files alone, because of how the system's interface is made:

@@ -157,7 +157,7 @@ class Switch(UpdateTest):
         wait_until(self.install_id, "the identity")
         self.use(GENERAL_SAVE)
         self.wait_for_saved("general", check_updates=1)
-        self.identity = self.install_id()
+        self.identity = wait_until(self.install_id, "the identity")
         self.assertRegex(self.identity, INSTALL_ID)
         self.reported(1)
 
@@ -217,7 +217,7 @@ class Switch(UpdateTest):
         self.click_icon("cpu")
         self.wait_for_graph("cpu")  # when this is done, so is that
         self.assertIsNone(self.offer())
-        self.assertEqual(self.install_id(), self.identity)
+        self.wait_for_saved("general", install_id=self.identity)  # the graph's place may be on its way to the file
         self.assertEqual(len(self.server.requests), 4)
 
 

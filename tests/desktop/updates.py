@@ -174,7 +174,10 @@ class UpdateTest(SettingsDialogTest):
         return process
 
     def wait_for_balloon(self, start=None):
-        return self.shell.wait_for(lambda call: call.info, self.first if start is None else start, "a balloon")
+        try:
+            return self.shell.wait_for(lambda call: call.info, self.first if start is None else start, "a balloon")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; the server saw {self.server.visits}") from error
 
     def running(self):
         """The command lines of all instances in this prefix, by process id."""

@@ -24,7 +24,7 @@ constexpr std::size_t HostCapacity = 256;
 constexpr std::size_t PathCapacity = 2048;
 
 struct Address {
-    std::string host;
+    std::wstring host;
     std::wstring path;
 };
 
@@ -41,10 +41,7 @@ bool SplitAddress(const std::string& url, Address& address) {
     parts.dwUrlPathLength = static_cast<DWORD>(path.size());
     if (!WinHttpCrackUrl(text.c_str(), static_cast<DWORD>(text.size()), 0, &parts)) return false;
     if (parts.nScheme != INTERNET_SCHEME_HTTPS) return false;
-    address.host.clear();
-    for (const wchar_t c : std::wstring_view(host.data(), parts.dwHostNameLength)) {
-        address.host += static_cast<char>(c);  // it was widened from bytes
-    }
+    address.host.assign(host.data(), parts.dwHostNameLength);
     address.path.assign(path.data(), parts.dwUrlPathLength);
     return true;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "text/text_util.h"
+
 namespace kestrane {
 namespace {
 
@@ -59,8 +61,7 @@ UniqueHttpHandle OpenHttpSession(const std::wstring& userAgent) {
 }
 
 UniqueHttpHandle SendHttpsRequest(HINTERNET session, const HttpsRequest& request, UniqueHttpHandle& connection) {
-    const std::wstring host(request.host.begin(), request.host.end());
-    connection.Reset(WinHttpConnect(session, host.c_str(), INTERNET_DEFAULT_HTTPS_PORT, 0));
+    connection.Reset(WinHttpConnect(session, request.host.c_str(), INTERNET_DEFAULT_HTTPS_PORT, 0));
     if (!connection) return UniqueHttpHandle();
     UniqueHttpHandle handle(WinHttpOpenRequest(connection.Get(), request.verb, request.path.c_str(), nullptr,
                                                WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
@@ -87,7 +88,7 @@ bool HttpGetSmall(std::string_view host, const std::wstring& path, const std::ws
     if (!session) return false;
     UniqueHttpHandle connection;
     const UniqueHttpHandle request = SendHttpsRequest(
-        session.Get(), {.host = host, .path = path, .headers = L"Cache-Control: no-cache\r\n"}, connection);
+        session.Get(), {.host = WidenBytes(host), .path = path, .headers = L"Cache-Control: no-cache\r\n"}, connection);
     if (!request) return false;
     body.clear();
     std::array<char, ChunkBytes> chunk;

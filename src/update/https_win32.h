@@ -26,7 +26,7 @@ UniqueHttpHandle OpenHttpSession(const std::wstring& userAgent);
 
 /// A whole request up to its answer's headers.
 struct HttpsRequest {
-    std::string_view host;
+    std::wstring host;
     std::wstring path;
     const wchar_t* verb = L"GET";
     std::string_view body = {};        // sent as it is

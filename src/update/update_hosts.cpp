@@ -1,6 +1,9 @@
 #include "update/update_hosts.h"
 
+#include <algorithm>
 #include <string_view>
+
+#include "text/text_util.h"
 
 namespace kestrane {
 namespace {
@@ -8,19 +11,14 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::string_view LowerCaseHostCharacters = "abcdefghijklmnopqrstuvwxyz0123456789.-";
-constexpr std::string_view HexDigits = "0123456789abcdefABCDEF";
 constexpr std::size_t KeyDigits = 128;
 
-constexpr bool HoldsOnly(std::string_view text, std::string_view characters) {
-    return text.find_first_not_of(characters) == std::string_view::npos;
-}
-
 constexpr bool IsHost(std::string_view text) {
-    return !text.empty() && HoldsOnly(text, LowerCaseHostCharacters);
+    return !text.empty() && text.find_first_not_of(LowerCaseHostCharacters) == std::string_view::npos;
 }
 
 constexpr bool IsKeyOrNone(std::string_view text) {
-    return text.empty() || (text.size() == KeyDigits && HoldsOnly(text, HexDigits));
+    return text.empty() || (text.size() == KeyDigits && std::ranges::all_of(text, IsHexDigit));
 }
 
 // With a wrong value the program would be built all the same, and never find an update. The suffix counts the bytes

@@ -1,7 +1,7 @@
 #include "update/usage_event.h"
 
-#include "text/text_util.h"
 #include "update/json.h"
+#include "update/update_rules.h"
 
 namespace kestrane {
 
@@ -20,7 +20,7 @@ std::string BuildUsageEvent(std::string_view websiteId, std::string_view version
 }
 
 std::wstring UsageUserAgent(std::string_view version) {
-    return L"Mozilla/5.0 (Windows NT 10.0; Win64; x64) kestrane/" + WidenBytes(version);
+    return L"Mozilla/5.0 (Windows NT 10.0; Win64; x64) " + UserAgent(version);
 }
 
 }  // namespace kestrane

@@ -1,5 +1,6 @@
 #include "update/usage_event_win32.h"
 
+#include "text/text_util.h"
 #include "update/https_win32.h"
 #include "update/update_hosts.h"
 #include "update/usage_event.h"
@@ -14,7 +15,7 @@ void SendUsageEvent(const UpdateChecker& checker) {
     UniqueHttpHandle connection;
     // The answer is closed unread; what happened to the event changes nothing.
     SendHttpsRequest(session.Get(),
-                     {.host = StatsHost,
+                     {.host = WidenBytes(StatsHost),
                       .path = L"/api/send",
                       .verb = L"POST",
                       .body = body,

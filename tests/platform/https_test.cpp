@@ -10,6 +10,7 @@
 
 #include "base/handles_win32.h"
 #include "support/fake_winhttp_win32.h"
+#include "text/text_util.h"
 
 namespace kestrane {
 namespace {
@@ -237,7 +238,8 @@ TEST_F(HttpsTest, AStopAtTheEndIsAStopToo) {
 
 class ReadHttpBodyTest : public HttpsTest {
   protected:
-    ReadHttpBodyTest() : request_(SendHttpsRequest(session_.Get(), {.host = Host, .path = L"/"}, connection_)) {
+    ReadHttpBodyTest()
+        : request_(SendHttpsRequest(session_.Get(), {.host = WidenBytes(Host), .path = L"/"}, connection_)) {
         fakeHttp.calls.clear();
     }
     UniqueHttpHandle session_ = OpenHttpSession(L"agent/1");
@@ -279,8 +281,8 @@ TEST_F(HttpsTest, ARequestMayHaveABodyAndNoHeaders) {
     const UniqueHttpHandle session = OpenHttpSession(L"agent/1");
     UniqueHttpHandle connection;
     const std::string body("{\"a\":\"\0\"}", 9);
-    EXPECT_TRUE(
-        SendHttpsRequest(session.Get(), {.host = Host, .path = L"/x", .verb = L"POST", .body = body}, connection));
+    EXPECT_TRUE(SendHttpsRequest(session.Get(),
+                                 {.host = WidenBytes(Host), .path = L"/x", .verb = L"POST", .body = body}, connection));
     ASSERT_GE(HttpCalls().size(), 6u);
     EXPECT_EQ(HttpCalls()[4], "request 2: POST /x version (none) referrer (none) types (none) flags 0x800100");
     EXPECT_EQ(HttpCalls()[5],
@@ -293,12 +295,12 @@ TEST_F(HttpsTest, TheConnectionOutlivesAFailedRequest) {
     UniqueHttpHandle connection;
     for (const char* function : {"request", "send", "receive", "status"}) {
         fakeHttp.refusedAlways = {function};
-        EXPECT_FALSE(SendHttpsRequest(session.Get(), {.host = Host, .path = L"/"}, connection)) << function;
+        EXPECT_FALSE(SendHttpsRequest(session.Get(), {.host = WidenBytes(Host), .path = L"/"}, connection)) << function;
         EXPECT_TRUE(connection) << function;
         EXPECT_EQ(OpenHttpHandles(), 2u) << function;
     }
     fakeHttp.refusedAlways = {"connect"};
-    EXPECT_FALSE(SendHttpsRequest(session.Get(), {.host = Host, .path = L"/"}, connection));
+    EXPECT_FALSE(SendHttpsRequest(session.Get(), {.host = WidenBytes(Host), .path = L"/"}, connection));
     EXPECT_FALSE(connection);
     EXPECT_EQ(OpenHttpHandles(), 1u);
 }

@@ -224,6 +224,7 @@ class Desktop:
         self._processes = []
         self._crash_watches = []  # one for each of the processes
         self._display = None
+        self._screen = screen
         self._kestrane = BUILD / "kestrane.exe"
         self._kestrane_environment = {}
         try:
@@ -384,7 +385,7 @@ class Desktop:
     def start_taskbar(self):
         """A desktop with a real taskbar that fills the screen, and a recorder in front of it that forwards all
         calls."""
-        self.start("explorer", f"/desktop={TASKBAR_DESKTOP},1280x800")
+        self.start("explorer", f"/desktop={TASKBAR_DESKTOP},{self._screen}")
         shell = self.start_recorder(TASKBAR_DESKTOP)
         shell.command("forward on")
         return shell

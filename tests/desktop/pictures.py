@@ -30,7 +30,6 @@ from onscreen import GRAPH_CLASS, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture
 from settings_window import open_settings, show_page
 from show import latest_changes, save_icons
 
-TICKS = 420
 TICK_SECONDS = 0.05
 CORE_COUNT = 8
 ETHERNET, UP, HARDWARE = 6, 1, 1
@@ -38,8 +37,15 @@ ETHERNET, UP, HARDWARE = 6, 1, 1
 # A taskbar as dark as that of Windows, for which the icons' colours are designed, and without the buttons that Wine
 # gives even to tool windows.
 BUTTON_PARTS = ("Face", "Text", "Hilight", "Shadow", "Light", "DkShadow", "AlternateFace")
-HIDDEN_BUTTONS = [(COLORS, f'"{name}"="32 32 32"') for name in ("Hilight", *("Button" + part for part in BUTTON_PARTS))]
-DARK = DARK_TASKBAR + HIDDEN_BUTTONS
+BUTTON_COLORS = ("Hilight", *("Button" + part for part in BUTTON_PARTS))
+
+
+def hidden_buttons(color):
+    """Buttons of the taskbar's own colour."""
+    return [(COLORS, f'"{name}"="{color}"') for name in BUTTON_COLORS]
+
+
+DARK = DARK_TASKBAR + hidden_buttons("32 32 32")
 
 # Wine ignores the transparency of menu images; on black they look as on Windows.
 BLACK_MENU = [(COLORS, '"Menu"="0 0 0"\n"MenuText"="255 255 255"')]
@@ -63,16 +69,17 @@ GRAPHS = {"cpu": (452, 408, 400, 360), "disk": (864, 408, 400, 174), "network": 
 LEFT, TOP, RIGHT, BOTTOM = 440, 396, 1280, 800
 
 
-def settings(*cpu_keys):
+def settings(cpu_keys, scale):
     text = every(10000)  # ticks are sent from here
-    for section, (x, y, width, height) in GRAPHS.items():
+    for section, rect in GRAPHS.items():
+        x, y, width, height = (scale * edge for edge in rect)
         place = f"graph=1\nx={x}\ny={y}\nwidth={width}\nheight={height}\nstyle=lines\nsmoothing=1\nfill=50\n"
         text = text.replace(f"[{section}]\n", f"[{section}]\n{place}")
     return text.replace("[cpu]\n", "[cpu]\n" + "".join(key + "\n" for key in cpu_keys))
 
 
-# With this seed all four icons have something to show at the end.
-SEED = 159
+# With this seed all four icons have something to show at the end of these ticks.
+SEED, TICKS = 159, 420
 chance = random.Random()
 
 
@@ -92,8 +99,8 @@ class Load:
 
 
 class Machine:
-    def __init__(self):
-        chance.seed(SEED)
+    def __init__(self, seed):
+        chance.seed(seed)
         self._cores = [Load(0.05, 0.08, 0.95) for _ in range(CORE_COUNT)]
         self._read, self._write = Load(0.06, 0.02, 0.9), Load(0.06, 0.02, 0.8)
         self._down, self._up = Load(0.05, 0.02, 0.95), Load(0.05, 0.02, 0.6)
@@ -122,17 +129,26 @@ class Machine:
 
 
 class Scene:
-    """The made-up machine's desktop, with a taskbar and three graphs full of history."""
+    """The made-up machine's desktop, with a taskbar and three graphs full of history. At a scale of 2 everything is
+    twice as large."""
 
-    def __init__(self, language, *cpu_keys):
-        machine = Machine()
-        self.desktop = Desktop(language, counters=machine.counters(), network=machine.network(), registry=DARK)
-        self.desktop.write_ini(settings(*cpu_keys))
+    def __init__(self, language, *cpu_keys, look=DARK, scale=1, more_settings="", seed=SEED, ticks=TICKS):
+        machine = Machine(seed)
+        self.scale = scale
+        self.desktop = Desktop(
+            language,
+            dpi=96 * scale,
+            screen=f"{1280 * scale}x{800 * scale}",
+            counters=machine.counters(),
+            network=machine.network(),
+            registry=look,
+        )
+        self.desktop.write_ini(settings(cpu_keys, scale) + more_settings)
         self.shell = self.desktop.start_taskbar()
         self.neighbour = Neighbour(self.desktop, TASKBAR_DESKTOP)
         self.desktop.start_kestrane_at_taskbar()
         wait_until(lambda: len(self.neighbour.windows(GRAPH_CLASS)) == len(GRAPHS), "three graphs")
-        for _ in range(TICKS):
+        for _ in range(ticks):
             self.desktop.write_counters(machine.counters())
             self.desktop.write_network(machine.network())
             for timer in (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER):
@@ -140,14 +156,15 @@ class Scene:
             time.sleep(TICK_SECONDS)
 
     def save(self, path, left=LEFT, top=TOP, right=RIGHT, bottom=BOTTOM):
-        save_part(self.desktop, path, (left, top, right, bottom))
+        save_part(self.desktop, path, tuple(self.scale * edge for edge in (left, top, right, bottom)))
 
     def save_readout(self, kind, dx, dy, path):
         """Saves a graph with the mouse at this point and its readout."""
         x, y, width, height = GRAPHS[kind]
         rect = x, y, x + width, y + height
-        self.desktop.use_mouse("mousemove", x + dx, y + dy)
-        wait_until(lambda: shows_readout(Picture(self.desktop), rect), "a readout")
+        on_screen = tuple(self.scale * edge for edge in rect)
+        self.desktop.use_mouse("mousemove", self.scale * (x + dx), self.scale * (y + dy))
+        wait_until(lambda: shows_readout(Picture(self.desktop), on_screen), "a readout")
         self.save(path, *rect)
 
 

@@ -41,16 +41,17 @@ FONT = DIALOG_LOOK[:1]
 
 
 def look(taskbar, text, wallpaper):
-    return FONT + [(COLORS, f'"Menu"="{taskbar}"\n"MenuText"="{text}"\n"Background"="{wallpaper}"')] + hidden_buttons(taskbar)
+    colors = f'"Menu"="{taskbar}"\n"MenuText"="{text}"\n"Background"="{wallpaper}"'
+    return FONT + [(COLORS, colors)] + hidden_buttons(taskbar)
 
 
 LOOKS = {"light": look("238 240 243", "32 32 32", "196 215 228"), "dark": look("32 32 32", "255 255 255", "24 40 56")}
 
 # What a user of a light taskbar would choose: white graphs, and dark digits of the memory icon.
-MORE_SETTINGS = {
-    "light": "[colors]\ncpu_graph_bg=FFFFFF\ndisk_graph_bg=FFFFFF\nnet_graph_bg=FFFFFF\nmem_text=202020\nmem1_text=202020\n",
-    "dark": "",
-}
+WHITE = ("cpu_graph_bg", "disk_graph_bg", "net_graph_bg")
+DARK = ("mem_text", "mem1_text")
+LIGHT_COLORS = "[colors]\n" + "".join([f"{key}=FFFFFF\n" for key in WHITE] + [f"{key}=202020\n" for key in DARK])
+MORE_SETTINGS = {"light": LIGHT_COLORS, "dark": ""}
 
 # The frame of the dialog's window at this scale, drawn by Wine, and the height of what the page holds.
 DIALOG_FRAME = (4, 41, 4)
@@ -101,7 +102,9 @@ def save_settings(folder, language):
         desktop.use_mouse("mousemove", 1, 1)
         show_page(neighbour, dialog, "cpu")
         left, top, right = (edge + inset for edge, inset in zip(dialog.rect, DIALOG_FRAME))
-        save_part(desktop, folder / f"settings-{language}.png", (left, top, right - 2 * DIALOG_FRAME[2], top + PAGE_HEIGHT))
+        width = (right - 2 * DIALOG_FRAME[2] - left) // SCALE * SCALE
+        page = left, top, left + width, top + PAGE_HEIGHT
+        save_part(desktop, folder / f"settings-{language}.png", page)
 
 
 def main():

@@ -34,7 +34,7 @@ changes() {
         echo "$1 must begin with \"## $2\" or \"## $version\", not \"## $top\"" >&2
         return 1
     fi
-    sed -n '/^## /,$p' "$1" | sed "1s/.*/## $version/" | cmark |
+    sed -n '/^## /,$p' "$1" | sed "1s/.*/## $version/" | cmark --smart |
         sed -E 's|^<h2>([0-9.]+)</h2>$|<h2 id="v\1">\1</h2>|'
 }
 

@@ -193,7 +193,7 @@ class OnPaperTest(PagesTest):
         counted = self.scratch / "counted"
         made = make_pages(counted, KESTRANE_WEBSITE_ID="some id", KESTRANE_STATS_HOST=STATS_HOST)
         self.assertEqual(made.returncode, 0, made.stderr)
-        no_statistics = {"index.html": "This build sends none.", "es/index.html": "Esta compilación no las envía."}
+        no_statistics = {"index.html": "The program sends none.", "es/index.html": "El programa no las envía."}
         for name, none in no_statistics.items():
             self.assertIn(none, self.pages[name].text)
             self.assertNotIn("install_id", self.pages[name].text)

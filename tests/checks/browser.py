@@ -101,9 +101,6 @@ class Browser:
         message, self._received = self._received.split(b"\0", 1)
         return json.loads(message)
 
-    def _count(self, event):
-        return sum(message.get("method") == event for message in self.events)
-
     def evaluate(self, expression):
         """The value of an expression, or of its promise."""
         result = self.call("Runtime.evaluate", expression=expression, returnByValue=True, awaitPromise=True)
@@ -141,9 +138,13 @@ class Browser:
 
     def _has_loaded(self, navigations):
         names = [message.get("method") for message in self.events]
-        arrivals = [number for number, name in enumerate(names) if name == "Page.frameNavigated"]
+        arrivals = [i for i, name in enumerate(names) if name == "Page.frameNavigated" and self._is_page(i)]
         expected = navigations + names.count("Page.frameRequestedNavigation")
         return 0 < expected <= len(arrivals) and "Page.loadEventFired" in names[arrivals[-1] :]
+
+    def _is_page(self, i):
+        """Not the blank page in between, whose arrival may be told late."""
+        return self.events[i]["params"]["frame"]["url"] != "about:blank"
 
     def addresses(self):
         """What was asked for since the page was opened."""

@@ -2,6 +2,7 @@
 # Installs the Debian packages that building and testing need and this machine lacks. Non-interactive, and silent if
 # nothing is missing.
 set -euo pipefail
+export LC_ALL=C # in Turkish [a-z] has no i
 packages=(
     # building
     cmake ninja-build g++ g++-mingw-w64-x86-64-win32 binutils-mingw-w64-x86-64 googletest

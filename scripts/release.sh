@@ -1,0 +1,161 @@
+#!/usr/bin/env bash
+# Makes a release of the commit that is checked out: scripts/release.sh VERSION [OPTION VALUE]... builds the program
+# anew, writes to build/release everything that the update host serves, and tags the commit. VERSION has three numbers,
+# such as 1.2.3: Windows holds no more. Each option can also come from the environment:
+#
+#   --host HOST        KESTRANE_UPDATE_HOST   serves the folder; kestrane.example if nothing is said
+#   --stats-host HOST  KESTRANE_STATS_HOST    is told of each check for updates
+#   --website-id ID    KESTRANE_WEBSITE_ID    the program's id there; without one, nothing is told
+#   --sign KEY.pem     KESTRANE_SIGNING_KEY   signs the manifest; its public half is built in
+#   --key PUBLIC       KESTRANE_MANIFEST_KEY  a public key to build in instead, for the one release that changes the key
+#
+# The program depends on nothing but the commit, the version, these values and the compiler: see scripts/reproduce.sh.
+set -euo pipefail
+here=$PWD
+cd "$(dirname "$0")/.."
+export LC_ALL=C.UTF-8
+
+usage() {
+    echo "usage: scripts/release.sh VERSION [--host HOST] [--stats-host HOST] [--website-id ID] [--sign KEY.pem]" \
+        "[--key PUBLIC]" >&2
+    exit 2
+}
+refuse() {
+    echo "no release: $*" >&2
+    exit 1
+}
+
+# The later of two versions.
+later() { printf '%s\n' "$@" | sort --version-sort | tail -n 1; }
+
+check_version() {
+    local number='(0|[1-9][0-9]{0,4})' part own tag
+    [[ $version =~ ^$number\.$number\.$number$ ]] || refuse "'$version' is not three numbers such as 1.2.3"
+    for part in "${BASH_REMATCH[@]:1}"; do
+        [ "$part" -le 65535 ] || refuse "$part is more than the version block can hold"
+    done
+    own=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+    [ "$(later "$own" "$version")" = "$version" ] || refuse "$version is older than the tree, which says $own"
+    while read -r tag; do
+        [[ $tag =~ ^v$number\.$number\.$number$ ]] || continue
+        [[ $version != "${tag#v}" && $(later "${tag#v}" "$version") == "$version" ]] ||
+            refuse "$version is not newer than ${tag#v}, which has been released"
+    done < <(git tag --list 'v*')
+}
+
+# The rules of src/update/update_hosts.cpp, told before the build and not in the middle of it.
+check_values() {
+    local name public
+    for name in KESTRANE_UPDATE_HOST KESTRANE_STATS_HOST; do
+        [[ ${!name} =~ ^[a-z0-9.-]+$ ]] || refuse "'${!name}' is not a host name in lower case"
+    done
+    if [ -n "$KESTRANE_SIGNING_KEY" ]; then
+        KESTRANE_SIGNING_KEY=$(cd "$here" && realpath -e -- "$KESTRANE_SIGNING_KEY") || refuse "there is no such key"
+        public=$(scripts/sign.sh --public-key "$KESTRANE_SIGNING_KEY") || refuse "this key cannot sign a manifest"
+        KESTRANE_MANIFEST_KEY=${KESTRANE_MANIFEST_KEY:-$public}
+    elif [ -n "$KESTRANE_MANIFEST_KEY" ]; then
+        refuse "a program with a key takes only a signed manifest: --key without --sign"
+    fi
+    [[ $KESTRANE_MANIFEST_KEY =~ ^([0-9A-Fa-f]{128})?$ ]] ||
+        refuse "a public key is what scripts/sign.sh --public-key prints"
+}
+
+check_tree() {
+    local changes
+    changes=$(git status --porcelain --untracked-files=all)
+    [ -z "$changes" ] || refuse "there are changes that are not committed"
+    git var GIT_COMMITTER_IDENT >/dev/null || refuse "git cannot make a tag without your name"
+}
+
+# The pages must fit the version. This too is told before the build, by making them of an empty program.
+check_pages() {
+    mkdir -p "$new"
+    : >"$new/kestrane.exe"
+    scripts/pages.sh "$new" "$version" >/dev/null || refuse "there are no pages for $version"
+    rm -rf "$new"
+}
+
+# From an export of the commit, so that no file that git ignores can get in; into a folder that had no other build.
+build() {
+    rm -rf build/release-build
+    mkdir -p "$source"
+    git archive "$commit" | tar -x -C "$source"
+    # Whatever this shell has set for other builds.
+    unset CFLAGS CXXFLAGS CPPFLAGS LDFLAGS RCFLAGS CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH LIBRARY_PATH
+    export CCACHE_DISABLE=1
+    local name values=(-DKESTRANE_TESTS=OFF -DKESTRANE_VERSION="$version")
+    for name in KESTRANE_UPDATE_HOST KESTRANE_STATS_HOST KESTRANE_WEBSITE_ID KESTRANE_MANIFEST_KEY; do
+        values+=("-D$name=${!name}")
+    done
+    cmake --preset windows -S "$source" -B build/release-build/windows "${values[@]}" >/dev/null
+    cmake --build build/release-build/windows --target kestrane
+}
+
+write_manifest() {
+    local published
+    published=$(TZ=UTC git log -1 --date=format-local:%Y-%m-%d --format=%cd "$commit")
+    cat >"$new/latest.json" <<JSON
+{
+    "version": "$version",
+    "url": "https://$KESTRANE_UPDATE_HOST/kestrane.exe",
+    "sha256": "$(sha256sum <"$new/kestrane.exe" | cut -d ' ' -f 1)",
+    "size": $(stat -c %s "$new/kestrane.exe"),
+    "published": "$published",
+    "checkMinutes": 720
+}
+JSON
+    if [ -n "$KESTRANE_SIGNING_KEY" ]; then
+        "$source/scripts/sign.sh" "$KESTRANE_SIGNING_KEY" "$new/latest.json" >"$new/signed.json"
+        mv "$new/signed.json" "$new/latest.json"
+    fi
+}
+
+# Of all other files.
+write_sums() {
+    (cd "$new" && find . -type f -printf '%P\0' | sort -z | xargs -0 sha256sum --) >build/release.sums
+    mv build/release.sums "$new/SHA256SUMS"
+}
+
+[ $# -gt 0 ] || usage
+version=$1
+shift
+export KESTRANE_UPDATE_HOST=${KESTRANE_UPDATE_HOST:-kestrane.example}
+export KESTRANE_STATS_HOST=${KESTRANE_STATS_HOST:-stats.kestrane.example}
+export KESTRANE_WEBSITE_ID=${KESTRANE_WEBSITE_ID:-}
+KESTRANE_SIGNING_KEY=${KESTRANE_SIGNING_KEY:-}
+KESTRANE_MANIFEST_KEY=${KESTRANE_MANIFEST_KEY:-}
+while [ $# -gt 0 ]; do
+    [ $# -ge 2 ] || usage
+    case $1 in
+        --host) KESTRANE_UPDATE_HOST=$2 ;;
+        --stats-host) KESTRANE_STATS_HOST=$2 ;;
+        --website-id) KESTRANE_WEBSITE_ID=$2 ;;
+        --sign) KESTRANE_SIGNING_KEY=$2 ;;
+        --key) KESTRANE_MANIFEST_KEY=$2 ;;
+        *) usage ;;
+    esac
+    shift 2
+done
+scripts/packages.sh git
+umask 022
+source=$PWD/build/release-build/source
+new=$PWD/build/release.new
+trap 'rm -rf "$new" build/release.sums' EXIT
+rm -rf "$new"
+check_version
+check_values
+check_tree
+check_pages
+
+commit=$(git rev-parse HEAD)
+build
+install -D -m 644 build/release-build/windows/kestrane.exe "$new/kestrane.exe"
+"$source/scripts/pages.sh" "$new" "$version"
+write_manifest
+write_sums
+# Nothing can fail between these but the machine.
+rm -rf build/release
+mv "$new" build/release
+git tag --annotate "v$version" --message "kestrane $version" "$commit"
+echo "Upload $PWD/build/release to https://$KESTRANE_UPDATE_HOST/, latest.json last: from then on every copy is offered kestrane $version."
+echo "Publish the tag: git push origin v$version. To take it back instead: git tag --delete v$version."

@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Makes a release of this tree, committed or not, twice and compares them byte for byte: scripts/reproduce.sh. The second
+# is made in another folder, at another time, as another user, in another locale and with another number of jobs.
+# scripts/reproduce.sh PROGRAM FOLDER makes only the second, in this new or empty folder, where it stays, and compares its
+# program with this one, which was built from the same tree. The version is the tree's own.
+set -euo pipefail
+here=$PWD
+cd "$(dirname "$0")/.."
+if [ $# -ne 0 ] && [ $# -ne 2 ]; then
+    echo "usage: scripts/reproduce.sh [PROGRAM FOLDER]" >&2
+    exit 2
+fi
+scripts/packages.sh git faketime locales
+
+# The tree as it stands, as the only commit of a repository of its own. Its date is always the same.
+copy_tree() {
+    mkdir -p "$1/build"
+    git ls-files -z --cached --others --exclude-standard | while IFS= read -r -d '' file; do
+        [ ! -e "$file" ] || printf '%s\0' "$file"
+    done | tar -c --null --files-from - | tar -x -C "$1"
+    git -C "$1" init --quiet
+    git -C "$1" config user.name Nobody
+    git -C "$1" config user.email nobody@kestrane.example
+    git -C "$1" add --all
+    GIT_AUTHOR_DATE=2020-02-02T12:00:00Z GIT_COMMITTER_DATE=2020-02-02T12:00:00Z git -C "$1" commit --quiet -m "$version"
+}
+
+release_here() { (cd "$1" && exec scripts/release.sh "$version" >build/release.log 2>&1) || fail "$1"; }
+
+# In Turkish the lower case of I is not i.
+release_elsewhere() {
+    local locales
+    locales=$scratch/locales
+    mkdir -p "$locales"
+    localedef --inputfile tr_TR --charmap UTF-8 "$locales/tr_TR.UTF-8"
+    (
+        cd "$1"
+        umask 077
+        exec env LOCPATH="$locales" LC_ALL=tr_TR.UTF-8 LANGUAGE=tr TZ=Pacific/Chatham USER=daemon LOGNAME=daemon \
+            CMAKE_BUILD_PARALLEL_LEVEL=1 CXXFLAGS=-g NO_FAKE_STAT=1 FAKETIME_DONT_FAKE_MONOTONIC=1 \
+            unshare --user --map-user=daemon --map-group=daemon faketime '2031-12-31 23:59:30' \
+            scripts/release.sh "$version" >build/release.log 2>&1
+    ) || fail "$1"
+}
+
+fail() {
+    cat "$1/build/release.log" >&2
+    exit 1
+}
+
+# compare FIRST SECOND: says how many bytes of which parts of the two programs differ.
+compare_programs() {
+    ! cmp --silent "$1" "$2" || return 0
+    echo "not the same: $1 and $2" >&2
+    /usr/bin/python3 - "$1" "$2" <<'PYTHON'
+import sys
+
+import pefile
+
+first, second = (open(path, "rb").read() for path in sys.argv[1:])
+print(f"{len(first)} and {len(second)} bytes")
+sections = pefile.PE(data=first, fast_load=True).sections
+starts = [("the headers", 0), *((s.Name.rstrip(b"\0").decode(), s.PointerToRawData) for s in sections if s.SizeOfRawData)]
+ends = [start for _, start in starts[1:]] + [max(len(first), len(second))]
+for (name, start), end in zip(starts, ends):
+    ours, theirs = first[start:end].ljust(end - start), second[start:end].ljust(end - start)
+    places = [place for place, (a, b) in enumerate(zip(ours, theirs)) if a != b]
+    if places:
+        at = places[0]
+        print(f"{name}: {len(places)} bytes, the first at {start + at:#x}: {ours[at:at + 16]} and {theirs[at:at + 16]}")
+PYTHON
+    return 1
+}
+
+version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+if [ $# -eq 2 ]; then
+    program=$(cd "$here" && realpath "$1")
+    folder=$(cd "$here" && mkdir -p "$2" && realpath "$2")
+    copy_tree "$folder"
+    release_elsewhere "$folder"
+    compare_programs "$program" "$folder/build/release/kestrane.exe"
+    exit
+fi
+copy_tree "$scratch/first"
+cp -R "$scratch/first" "$scratch/the-second-one"
+release_here "$scratch/first"
+release_elsewhere "$scratch/the-second-one"
+compare_programs "$scratch"/{first,the-second-one}/build/release/kestrane.exe
+diff --recursive --brief "$scratch"/{first,the-second-one}/build/release
+echo "the same byte for byte:"
+cat "$scratch/first/build/release/SHA256SUMS"

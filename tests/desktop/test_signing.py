@@ -143,4 +143,5 @@ class Signing(unittest.TestCase):
             self.assertIn("usage: scripts/sign.sh", result.stderr)
 
 
-main()
+if __name__ == "__main__":
+    main()

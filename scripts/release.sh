@@ -92,14 +92,16 @@ build() {
 }
 
 write_manifest() {
-    local published
+    local hash size published
+    hash=$(sha256sum <"$new/kestrane.exe" | cut -d ' ' -f 1)
+    size=$(stat -c %s "$new/kestrane.exe")
     published=$(TZ=UTC git log -1 --date=format-local:%Y-%m-%d --format=%cd "$commit")
     cat >"$new/latest.json" <<JSON
 {
     "version": "$version",
     "url": "https://$KESTRANE_UPDATE_HOST/kestrane.exe",
-    "sha256": "$(sha256sum <"$new/kestrane.exe" | cut -d ' ' -f 1)",
-    "size": $(stat -c %s "$new/kestrane.exe"),
+    "sha256": "$hash",
+    "size": $size,
     "published": "$published",
     "checkMinutes": 720
 }
@@ -153,9 +155,8 @@ install -D -m 644 build/release-build/windows/kestrane.exe "$new/kestrane.exe"
 "$source/scripts/pages.sh" "$new" "$version"
 write_manifest
 write_sums
-# Nothing can fail between these but the machine.
+git tag --annotate "v$version" --message "kestrane $version" "$commit"
 rm -rf build/release
 mv "$new" build/release
-git tag --annotate "v$version" --message "kestrane $version" "$commit"
 echo "Upload $PWD/build/release to https://$KESTRANE_UPDATE_HOST/, latest.json last: from then on every copy is offered kestrane $version."
 echo "Publish the tag: git push origin v$version. To take it back instead: git tag --delete v$version."

@@ -104,9 +104,8 @@ class OtherReleases(unittest.TestCase):
     """Attempts, with a stand-in for CMake so that they take no time. Each starts from a tree with one release."""
 
     def setUp(self):
-        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        (folder / "cmake").write_text(STAND_IN)
-        (folder / "cmake").chmod(0o755)
+        self.folder = folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.put_in_path("cmake", STAND_IN)
         self.calls = folder / "calls"
         self.built = folder / "kestrane.exe"
         self.built.write_bytes((BUILD / "kestrane.exe").read_bytes())
@@ -120,6 +119,11 @@ class OtherReleases(unittest.TestCase):
         self.kept = shutil.copytree(RELEASE, folder / "release")
         self.before = self.state()
         self.addCleanup(self.restore)
+
+    def put_in_path(self, name, script):
+        path = self.folder / name
+        path.write_text(script)
+        path.chmod(0o755)
 
     def state(self):
         return contents(RELEASE), git("tag"), [path.name for path in RELEASE.parent.glob("release.*")]
@@ -232,7 +236,16 @@ class OtherReleases(unittest.TestCase):
         self.assertEqual(self.state(), self.before)
 
     def test_a_failed_one_leaves_everything_as_it_was(self):
+        git("config", "tag.gpgSign", "true")
+        git("config", "gpg.program", "false")
+        self.addCleanup(git, "config", "tag.gpgSign", "false")
+        self.assert_fails_after_the_build()
+        self.put_in_path("sha256sum", "#!/bin/sh\nexit 1\n")
+        self.assert_fails_after_the_build()
         self.built.unlink()
+        self.assert_fails_after_the_build()
+
+    def assert_fails_after_the_build(self):
         self.assertNotEqual(self.release("0.1.1").returncode, 0)
         self.assertIn("--build", self.calls.read_text())
         self.assertEqual(self.state(), self.before)

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Makes a release of this tree, committed or not, twice and compares them byte for byte: scripts/reproduce.sh. The second
 # is made in another folder, at another time, as another user, in another locale and with another number of jobs.
-# scripts/reproduce.sh PROGRAM FOLDER makes only the second, in this new or empty folder, where it stays, and compares its
-# program with this one, which was built from the same tree. The version is the tree's own.
+# scripts/reproduce.sh PROGRAM [FOLDER] makes only the second, of the version of this program, and compares with it: was it
+# built from this tree? KESTRANE_UPDATE_HOST and the like must be as they were for it: see scripts/release.sh. FOLDER, new
+# or empty, keeps the release.
 set -euo pipefail
 here=$PWD
 cd "$(dirname "$0")/.."
-if [ $# -ne 0 ] && [ $# -ne 2 ]; then
-    echo "usage: scripts/reproduce.sh [PROGRAM FOLDER]" >&2
+if [ $# -gt 2 ]; then
+    echo "usage: scripts/reproduce.sh [PROGRAM [FOLDER]]" >&2
     exit 2
 fi
 scripts/packages.sh git faketime locales
@@ -51,7 +52,7 @@ fail() {
 # compare FIRST SECOND: says how many bytes of which parts of the two programs differ.
 compare_programs() {
     ! cmp --silent "$1" "$2" || return 0
-    echo "not the same: $1 and $2" >&2
+    echo "not the same: $1 and $2"
     /usr/bin/python3 - "$1" "$2" <<'PYTHON'
 import sys
 
@@ -72,17 +73,37 @@ PYTHON
     return 1
 }
 
-version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version_of() {
+    /usr/bin/python3 - "$1" <<'PYTHON'
+import sys
+
+import pefile
+
+blocks = pefile.PE(sys.argv[1]).FileInfo[0]
+[strings] = next(block.StringTable for block in blocks if block.Key == b"StringFileInfo")
+print(strings.entries[b"ProductVersion"].decode())
+PYTHON
+}
+
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-if [ $# -eq 2 ]; then
+unset KESTRANE_SIGNING_KEY # each signature is another
+if [ $# -gt 0 ]; then
     program=$(cd "$here" && realpath "$1")
-    folder=$(cd "$here" && mkdir -p "$2" && realpath "$2")
+    folder=$(cd "$here" && mkdir -p "${2:-$scratch/tree}" && realpath "${2:-$scratch/tree}")
+    version=$(version_of "$program")
+    if [ -n "${KESTRANE_MANIFEST_KEY:-}" ]; then
+        # A release with a key must be signed; by whom matters only to its manifest.
+        openssl ecparam -name prime256v1 -genkey -noout -out "$scratch/any.pem"
+        export KESTRANE_SIGNING_KEY=$scratch/any.pem
+    fi
     copy_tree "$folder"
     release_elsewhere "$folder"
     compare_programs "$program" "$folder/build/release/kestrane.exe"
     exit
 fi
+unset KESTRANE_MANIFEST_KEY
+version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 copy_tree "$scratch/first"
 cp -R "$scratch/first" "$scratch/the-second-one"
 release_here "$scratch/first"

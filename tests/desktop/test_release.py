@@ -282,6 +282,32 @@ class OtherReleases(unittest.TestCase):
             self.assertEqual(self.offer(other), "refused")
             subprocess.run(["sha256sum", "--check", "--strict", "--quiet", "SHA256SUMS"], cwd=RELEASE, check=True)
 
+    def test_a_published_program_can_be_made_again(self):
+        public = sign("--public-key", make_key(self.key)).stdout.strip()
+        wide = lambda text: text.encode("utf-16-le")
+        content = self.built.read_bytes()
+        self.assertEqual(content.count(wide(VERSION + "\0")), 2)  # of the code and of the version block
+        self.built.write_bytes(content.replace(wide(VERSION + "\0"), wide("9.8.7\0")))
+        values = {"KESTRANE_UPDATE_HOST": "updates.example.org", "KESTRANE_MANIFEST_KEY": public}
+        published = shutil.copy(self.built, self.folder / "published.exe")
+        self.assertEqual(self.reproduce(published, **values), (0, ""))
+        told = self.calls.read_text().splitlines()
+        for name, value in {"KESTRANE_VERSION": "9.8.7", **values}.items():
+            self.assertIn(f"-D{name}={value}", told)
+        with open(published, "r+b") as file:
+            file.seek(-1, os.SEEK_END)
+            file.write(b"\1")
+        code, told = self.reproduce(published, **values)
+        self.assertEqual(code, 1)
+        self.assertRegex(told, rf"(?m)^\.reloc: 1 bytes, the first at {len(content) - 1:#x}: ")
+
+    def reproduce(self, program, **environment):
+        self.calls.write_text("")
+        command = [ROOT / "scripts" / "reproduce.sh", program]
+        told = {**self.environment, **environment}
+        result = subprocess.run(command, env=told, stdout=subprocess.PIPE, text=True, check=False)
+        return result.returncode, result.stdout
+
     def offer(self, key):
         """What a program with this key makes of the manifest."""
         program = [ROOT / "scripts" / "wine.sh", BUILD / "manifest_reader.exe", key, windows_path(RELEASE / "latest.json")]

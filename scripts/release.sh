@@ -64,7 +64,6 @@ check_tree() {
     local changes
     changes=$(git status --porcelain --untracked-files=all)
     [ -z "$changes" ] || refuse "there are changes that are not committed"
-    git var GIT_COMMITTER_IDENT >/dev/null || refuse "git cannot make a tag without your name"
 }
 
 # The pages must fit the version. This too is told before the build, by making them of an empty program.
@@ -118,6 +117,13 @@ write_sums() {
     mv build/release.sums "$new/SHA256SUMS"
 }
 
+# With a date and a name, if git knows one here.
+tag() {
+    local details=()
+    ! git var GIT_COMMITTER_IDENT >/dev/null 2>&1 || details=(--annotate --message "kestrane $version")
+    git tag "${details[@]}" "v$version" "$commit"
+}
+
 [ $# -gt 0 ] || usage
 version=$1
 shift
@@ -155,7 +161,7 @@ install -D -m 644 build/release-build/windows/kestrane.exe "$new/kestrane.exe"
 "$source/scripts/pages.sh" "$new" "$version"
 write_manifest
 write_sums
-git tag --annotate "v$version" --message "kestrane $version" "$commit"
+tag
 rm -rf build/release
 mv "$new" build/release
 echo "Upload $PWD/build/release to https://$KESTRANE_UPDATE_HOST/, latest.json last: from then on every copy is offered kestrane $version."

@@ -204,11 +204,12 @@ class OtherReleases(unittest.TestCase):
         self.assertEqual(set(built), set(git("ls-files", "-z").rstrip("\0").split("\0")))
         source.with_name("ignored.cpp").unlink()
 
-    def test_a_tag_needs_a_name(self):
+    def test_a_machine_that_knows_no_name_makes_a_plain_tag(self):
         git("config", "user.useConfigOnly", "true")
         git("config", "--unset", "user.email")
         self.addCleanup(git, "config", "user.email", "nobody@kestrane.example")
-        self.assert_refused("without your name", "0.1.1", HOME="/nonexistent", XDG_CONFIG_HOME="/nonexistent", EMAIL="")
+        self.assert_released("0.1.1", HOME="/nonexistent", XDG_CONFIG_HOME="/nonexistent", EMAIL="")
+        self.assertEqual(git("rev-parse", "v0.1.1"), git("rev-parse", "HEAD"))
 
     def test_the_list_of_changes_must_be_about_the_version(self):
         changes = TREE / "CHANGELOG.md"

@@ -2,7 +2,7 @@
 add_library(kestrane_flags INTERFACE)
 target_compile_features(kestrane_flags INTERFACE cxx_std_20)
 target_compile_options(kestrane_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Werror
+    -Wall -Wextra -Wpedantic $<$<BOOL:${KESTRANE_WARNINGS_ARE_ERRORS}>:-Werror>
     -Wshadow -Wconversion -Wsign-conversion -Wdouble-promotion
     -Wold-style-cast -Wcast-qual -Wcast-align -Wextra-semi
     -Wnon-virtual-dtor -Woverloaded-virtual -Wundef -Wformat=2 -Wmissing-declarations
@@ -19,7 +19,10 @@ endif()
 if(WIN32)
     target_compile_definitions(kestrane_flags INTERFACE
         UNICODE _UNICODE _WIN32_WINNT=0x0A00 WINVER=0x0A00 NTDDI_VERSION=0x0A000000
-        WIN32_LEAN_AND_MEAN NOMINMAX STRICT)
+        WIN32_LEAN_AND_MEAN NOMINMAX STRICT
+        # Declares the functions of winhttp.dll without dllimport, as those of the other DLLs in base/system_dlls are.
+        # Headers before mingw-w64 12 have never declared it.
+        _WINHTTP_INTERNAL_)
     # One section per function and object, so that the linker can drop unused ones. The unwind table references every
     # function with an entry there, so this works only for the rest: 47 KB of the program.
     target_compile_options(kestrane_flags INTERFACE -ffunction-sections -fdata-sections)

@@ -85,7 +85,7 @@ bool HandleForApp(App& app, UINT message, WPARAM wParam, LPARAM lParam) {
 
 }  // namespace
 
-LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     App* app = AppOf(window);
     switch (message) {
         case WM_NCCREATE:

@@ -16,6 +16,6 @@ inline constexpr const wchar_t* TaskbarCreatedName = L"TaskbarCreated";
 bool CreateHiddenWindow(App& app);
 
 /// The window procedure. The window's creation parameter is the pointer to `App`.
-LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK HiddenWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
 }  // namespace kestrane

@@ -50,7 +50,7 @@ void Select(HWND box, LRESULT index) {
     SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
-int CALLBACK CollectFont(const LOGFONTW* font, const TEXTMETRICW* /*metrics*/, DWORD /*type*/, LPARAM names) {
+int CALLBACK CollectFont(const LOGFONTW* font, const TEXTMETRICW* /*metrics*/, DWORD /*type*/, LPARAM names) noexcept {
     AddFontName(*reinterpret_cast<std::vector<std::wstring>*>(names), font->lfFaceName);
     return 1;
 }

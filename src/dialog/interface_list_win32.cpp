@@ -47,7 +47,7 @@ void Unsubclass(HWND list, WNDPROC old) {
     RemovePropW(list, OldProcedureName);
 }
 
-LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK ListProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     const WNDPROC old = OldProcedureOf(list);
     switch (message) {
         case WM_KEYDOWN:

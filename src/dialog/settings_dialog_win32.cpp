@@ -53,7 +53,7 @@ bool SettingsDialog::Run(HWND owner) {
     return result != -1;
 }
 
-INT_PTR CALLBACK SettingsDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK SettingsDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, GWLP_USERDATA, lParam);
         reinterpret_cast<SettingsDialog*>(lParam)->OnInitDialog(window);

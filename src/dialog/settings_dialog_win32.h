@@ -51,7 +51,7 @@ class SettingsDialog {
     /// The controls are being filled for as long as one exists.
     class Filling;
 
-    static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
     // Opening and closing (settings_dialog_win32.cpp).

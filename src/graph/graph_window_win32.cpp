@@ -85,7 +85,7 @@ std::vector<GraphWindow*> GraphWindow::InFrontOf(HWND window) {
         std::vector<GraphWindow*> found;
     };
     Walk walk{window, {}};
-    const auto visit = [](HWND next, LPARAM param) -> BOOL {
+    const auto visit = [](HWND next, LPARAM param) noexcept -> BOOL {
         auto& [end, found] = *reinterpret_cast<Walk*>(param);
         if (next == end) return FALSE;
         std::ranges::copy_if(allGraphWindows, std::back_inserter(found),
@@ -116,7 +116,8 @@ void GraphWindow::RecoverIfOffScreen() {
     if (hwnd_ != nullptr && EnsureOnScreen()) host_->GraphStateChanged(kind_);
 }
 
-void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG, DWORD, DWORD) {
+void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG, DWORD,
+                                             DWORD) noexcept {
     RECT rect = {};
     if (object != OBJID_WINDOW || window == nullptr) return;
     if (window == std::exchange(foregroundGiven, nullptr)) {

@@ -48,11 +48,11 @@ class GraphWindow {
     void RecoverIfOffScreen();
 
   private:
-    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     /// The object of a window; null once destroyed.
     static GraphWindow* Of(HWND window);
     static void CALLBACK OnForegroundEvent(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child,
-                                           DWORD thread, DWORD time);
+                                           DWORD thread, DWORD time) noexcept;
 
     /// The shown graphs that stand before a window, the foremost first.
     static std::vector<GraphWindow*> InFrontOf(HWND window);

@@ -73,7 +73,7 @@ void FocusButton(const UpdateDialogState& state, int id) {
 
 // Opening.
 
-BOOL CALLBACK TranslateControl(HWND control, LPARAM) {
+BOOL CALLBACK TranslateControl(HWND control, LPARAM) noexcept {
     std::array<wchar_t, LongestText> text{};
     if (GetWindowTextW(control, text.data(), LongestText) > 0) SetWindowTextW(control, Tr(text.data()));
     return TRUE;
@@ -306,7 +306,7 @@ INT_PTR OnMessage(UpdateDialogState& state, UINT message, WPARAM wParam, LPARAM 
     }
 }
 
-INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         OnInitDialog(*reinterpret_cast<UpdateDialogState*>(lParam), window);

@@ -29,6 +29,9 @@ HEAVY_HEADERS = {
 # A call of the ANSI variant of a Win32 function.
 NARROW_CALL = re.compile(r"\b(?!LANG)[A-Z][A-Za-z]*[a-z]A\(")
 
+# A function that the system calls, from its name to the end of its head.
+CALLBACK = re.compile(r"\bCALLBACK\s+([\w:]+)\([^;{]*")
+
 MARKERS = re.compile(
     r"\b(TODO|FIXME|XXX|HACK|WIP|TBD)\b|\bGTEST_SKIP\b|\bDISABLED_\w|\bunittest\.(skip|expectedFailure)|<<<<<<<|>>>>>>>"
 )
@@ -87,6 +90,17 @@ def check_includes(src, path):
         if ROOMS.index(other) > ROOMS.index(room):
             breaches.append(where + f'room "{room}" includes from room "{other}", which stands above it')
     return breaches, targets
+
+
+def check_callbacks(path):
+    """An exception that left a callback would meet the system's frames: there it is swallowed, or unwinds to a place that
+    nobody has foreseen. So each callback ends the program instead."""
+    text = path.read_text(encoding="utf-8")
+    return [
+        f"{path}:{text.count(chr(10), 0, head.start()) + 1}: {head[1]} must be noexcept, as the system calls it"
+        for head in CALLBACK.finditer(text)
+        if "noexcept" not in head[0]
+    ]
 
 
 def find_circle(graph):
@@ -158,7 +172,7 @@ def check_sources(root):
             breaches.append(f"{path}:1: this file stands in none of the rooms")
             continue
         found, graph[path] = check_includes(src, path)
-        breaches += found
+        breaches += found + check_callbacks(path)
         for number, line in lines_of(path):
             if NARROW_CALL.search(line):
                 breaches.append(f"{path}:{number}: only the W functions are called")

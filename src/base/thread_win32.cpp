@@ -5,6 +5,11 @@
 #include <cstdlib>
 
 namespace kestrane {
+namespace {
+
+constexpr DWORD RetryMs = 10;
+
+}  // namespace
 
 bool Thread::Start(Body body, void* context) {
     unsigned id = 0;
@@ -23,7 +28,9 @@ bool Thread::Start(Body body, void* context) {
 
 void Thread::Join() {
     if (!IsJoinable()) return;
-    WaitForSingleObject(handle_.Get(), INFINITE);
+    // What the thread uses may be gone after this: no failure of the wait can stand for its end.
+    while (WaitForSingleObject(handle_.Get(), INFINITE) != WAIT_OBJECT_0)
+        Sleep(RetryMs);
     handle_.Reset();
     id_ = 0;
 }

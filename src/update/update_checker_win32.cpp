@@ -13,6 +13,8 @@
 namespace kestrane {
 namespace {
 
+constexpr DWORD RetryMs = 10;
+
 void TellOfferChanged(const UpdateChecker& checker) {
     if (checker.notifyWindow != nullptr) PostMessageW(checker.notifyWindow, WM_UPDATE_STATE, 0, 0);
 }
@@ -58,7 +60,9 @@ void UpdateChecker::Start(HWND window, std::string version, std::string id) {
 
 void UpdateChecker::Stop() {
     if (IsRunning()) {
-        SetEvent(stopEvent.Get());
+        // Not told, the worker would sleep for hours, and so would this.
+        while (!SetEvent(stopEvent.Get()))
+            Sleep(RetryMs);
         worker.Join();
     }
     stopEvent.Reset();

@@ -27,6 +27,7 @@ struct World {
     bool refusesThreads = false;
     unsigned long refusal = 0;  // what the refusing runtime writes to _doserrno; 0 for nothing
     HANDLE thread = nullptr;    // the one created last
+    int failingWaits = 0;       // how many of the next waits for it fail
 };
 World world;
 
@@ -55,8 +56,9 @@ BOOL WINAPI FakeCloseHandle(HANDLE handle) {
 
 DWORD WINAPI FakeWaitForSingleObject(HANDLE handle, DWORD time) {
     static const auto real = REAL(L"kernel32", WaitForSingleObject);
-    if (handle == world.thread) NoteCall("wait " + std::to_string(static_cast<int>(time)));
-    return real(handle, time);
+    if (handle != world.thread) return real(handle, time);
+    NoteCall("wait " + std::to_string(static_cast<int>(time)));
+    return world.failingWaits-- > 0 ? DWORD{WAIT_FAILED} : real(handle, time);
 }
 
 }  // namespace
@@ -129,6 +131,16 @@ TEST_F(ThreadTest, TheDestructorJoins) {
     }
     EXPECT_TRUE(work_.isDone);
     EXPECT_THAT(Calls(), ElementsAre("begin", "wait -1", "close"));
+}
+
+TEST_F(ThreadTest, AWaitThatFailsIsNotTheEnd) {
+    Thread thread;
+    ASSERT_TRUE(thread.Start(&RunWork, &work_));
+    SetEvent(work_.release.Get());
+    world.failingWaits = 2;
+    thread.Join();
+    EXPECT_TRUE(work_.isDone);
+    EXPECT_THAT(Calls(), ElementsAre("begin", "wait -1", "wait -1", "wait -1", "close"));
 }
 
 TEST_F(ThreadTest, JoiningWithoutAThreadDoesNothing) {

@@ -57,6 +57,7 @@ struct World {
     bool refusesThreads = false;
     HANDLE asleep = NewEvent(FALSE);
     HANDLE timeOver = NewEvent(FALSE);
+    int refusedStops = 0;  // how many of the next calls that would signal the stop event fail
 };
 World world;
 
@@ -107,6 +108,13 @@ std::uintptr_t __cdecl FakeBeginThread(void* security, unsigned stack, _beginthr
     return world.refusesThreads ? 0 : real(security, stack, body, context, flags, id);
 }
 
+BOOL WINAPI FakeSetEvent(HANDLE event) {
+    static const auto real = REAL(L"kernel32", SetEvent);
+    const bool isStop = world.checker != nullptr && event == world.checker->stopEvent.Get();
+    if (isStop && world.refusedStops-- > 0) return FALSE;
+    return real(event);
+}
+
 BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     {
         const LockGuard guard(world.lock);
@@ -139,6 +147,7 @@ bool IsSignedManifest(const UpdateInfo& info, std::string_view text) {
 
 extern "C" {
 decltype(&WaitForSingleObject) __imp_WaitForSingleObject = &kestrane::FakeWaitForSingleObject;
+decltype(&SetEvent) __imp_SetEvent = &kestrane::FakeSetEvent;
 decltype(&CreateEventW) __imp_CreateEventW = &kestrane::FakeCreateEventW;
 decltype(&CloseHandle) __imp_CloseHandle = &kestrane::FakeCloseHandle;
 decltype(&_beginthreadex) __imp__beginthreadex = &kestrane::FakeBeginThread;
@@ -319,6 +328,16 @@ TEST_F(UpdateCheckerTest, StopRightAfterStartEnds) {
     }
     EXPECT_THAT(HttpCalls(), IsEmpty());
     EXPECT_THAT(world.openEvents, IsEmpty());
+}
+
+TEST_F(UpdateCheckerTest, StopEndsTheWorkerThatCannotBeToldAtOnce) {
+    Start();
+    AwaitSleep();
+    world.refusedStops = 2;
+    Elsewhere stop([this] { checker_.Stop(); });
+    EXPECT_TRUE(stop.IsDoneWithin(LongMs));
+    world.refusedStops = 0;
+    SetEvent(checker_.stopEvent.Get());  // so that it ends in any case
 }
 
 TEST_F(UpdateCheckerTest, StopTakesTheOfferBackAndTellsItOnce) {

@@ -11,11 +11,12 @@ App* AppOf(HWND window) {
     return reinterpret_cast<App*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-/// Not passed on to DefWindowProcW: the window is never shown, so its title and frame do not matter.
+/// Not passed on to DefWindowProcW: the window is never shown, so its title and frame do not matter. A window that
+/// cannot find its `App` is none.
 LRESULT BindApp(HWND window, LPARAM lParam) {
     const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
-    return TRUE;
+    return AppOf(window) == create->lpCreateParams ? TRUE : FALSE;
 }
 
 /// UIPI would otherwise block messages from the shell, which runs unelevated, if this program is elevated. If it is

@@ -32,6 +32,7 @@ LRESULT CALLBACK GraphWindow::WindowProc(HWND window, UINT message, WPARAM wPara
     if (message == WM_NCCREATE) {
         auto* graph = static_cast<GraphWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(graph));
+        if (Of(window) != graph) return FALSE;  // it would not be told of its window's end
         graph->hwnd_ = window;
     }
     GraphWindow* graph = Of(window);

@@ -44,6 +44,7 @@ enum class Sight { None, Shown, Lost };
 
 struct World {
     BOOL menuAnswer = 0;
+    bool refusesWindowData = false;
     std::array<Sight, kestrane::GraphCount> graphs{};  // at the last call
     std::array<bool, kestrane::GraphCount> clickThrough{};
 };
@@ -101,6 +102,11 @@ BOOL WINAPI FakeKillTimer(HWND, UINT_PTR id) {
     Note("KillTimer " + Number(id));
     return TRUE;
 }
+LONG_PTR WINAPI FakeSetWindowLongPtrW(HWND window, int index, LONG_PTR value) {
+    static const auto real = REAL(L"user32", SetWindowLongPtrW);
+    return world.refusesWindowData ? 0 : real(window, index, value);
+}
+
 BOOL WINAPI FakeRegisterHotKey(HWND, int, UINT, UINT) {
     Note("RegisterHotKey");
     return TRUE;
@@ -157,6 +163,7 @@ extern "C" {
 decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
 decltype(&SetTimer) __imp_SetTimer = &FakeSetTimer;
 decltype(&KillTimer) __imp_KillTimer = &FakeKillTimer;
+decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &FakeSetWindowLongPtrW;
 decltype(&RegisterHotKey) __imp_RegisterHotKey = &FakeRegisterHotKey;
 decltype(&UnregisterHotKey) __imp_UnregisterHotKey = &FakeUnregisterHotKey;
 decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
@@ -259,6 +266,25 @@ TEST_F(AppOrderTest, TheFirstReadingsComeBetweenTheIconsAndTheirImages) {
     EXPECT_THAT(Calls(), ElementsAre("icon add 1", "icon add 2", "icon add 3", "icon add 4", "read memory",
                                      "read processor", "read disks", "read network", "icon modify 4", "icon modify 1",
                                      "icon modify 2", "icon modify 3"));
+}
+
+TEST_F(AppOrderTest, AHiddenWindowThatCannotFindItsAppIsNotMade) {
+    world.refusesWindowData = true;
+    Calls().clear();
+    EXPECT_FALSE(CreateHiddenWindow(*app));
+    EXPECT_THAT(Calls(), IsEmpty());
+    EXPECT_EQ(FindWindowW(HiddenWindowClass, nullptr), nullptr);
+}
+
+TEST_F(AppOrderTest, AGraphThatCannotFindItsObjectIsNotMade) {
+    Start();
+    world.refusesWindowData = true;
+    app->ToggleGraph(GraphKind::Cpu);
+    EXPECT_EQ(GraphWindowOf(IndexOf(GraphKind::Cpu)), nullptr);
+    EXPECT_FALSE(app->graphs[IndexOf(GraphKind::Cpu)]->IsShown());
+    world.refusesWindowData = false;
+    app->ToggleGraph(GraphKind::Cpu);
+    EXPECT_TRUE(app->graphs[IndexOf(GraphKind::Cpu)]->IsShown());
 }
 
 TEST_F(AppOrderTest, TheGraphsOpenAfterTheTimersAndBeforeTheShortcut) {

@@ -321,6 +321,10 @@ class Desktop:
         if found:
             raise AssertionError(f"{len(found)} signs of a crash: " + "; ".join(found[:3]))
 
+    def take_last_watch(self):
+        """The CrashWatch of the last program that was started, which is from now on the caller's business."""
+        return self._crash_watches.pop()
+
     # Counters played by a script, in the syntax of scripted_pdh.cpp.
 
     def _install_in_system32(self, dll):

@@ -11,6 +11,7 @@
 //     move HANDLE X Y      moves any window, as the system does when a monitor is removed
 //     paint HANDLE COUNT   repaints a window COUNT times, each time completely and with its controls
 //     send HANDLE M W L    sends message M with these parameters; the answer is whether the window has processed it
+//     post HANDLE M W L    the same, without waiting for it
 //     show X Y W H         shows its own window, in one colour, below all topmost ones
 //     front                brings its own window to the foreground
 //     as CLASS X Y W H     brings a second window, of this class, to the foreground
@@ -217,6 +218,8 @@ std::string Obey(HWND own, const std::string& command) {
         done = SetWindowPos(named, nullptr, numbers[1], numbers[2], 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     if (verb == "paint") done = Paint(named, numbers[1]);
     if (verb == "send") done = Send(named, numbers);
+    if (verb == "post")
+        done = PostMessageW(named, static_cast<UINT>(numbers[1]), static_cast<WPARAM>(numbers[2]), numbers[3]);
     if (verb == "show")
         done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
                             SWP_SHOWWINDOW | SWP_NOACTIVATE);

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# One system call fails, and the program must go on: scripts/torture.sh. The real program, its own objects, lives through
+# all that it can do in a few seconds, again and again; in each life one call of one imported function fails, as
+# tests/torture/failures.txt tells, and all others work. Then there must be no crash, no hang, settings that are old or
+# new key by key, all icons two ticks later, and an end by --exit.
+#
+# Every call of the file, registry and shell functions fails, of those that are called more than 150 times 150 spread over
+# all; so do 100 allocations. Of every other function the first, the second and the fiftieth call, and the first
+# from each place in the program. All that takes an hour or two; KESTRANE_TORTURE_DESKTOPS tells how many lives there are
+# at once, 2 by default.
+#
+#     scripts/torture.sh [update] FUNCTION CALL [PLACE]
+#
+# repeats one failure; with "update" in the other life, in which the program updates itself.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target kestrane kestrane-torture kestrane-newer recorder neighbour poster scripted_pdh
+export LC_ALL=C.UTF-8
+exec /usr/bin/python3 tests/desktop/torture.py "$@"

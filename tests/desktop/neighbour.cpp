@@ -12,6 +12,8 @@
 //     paint HANDLE COUNT   repaints a window COUNT times, each time completely and with its controls
 //     send HANDLE M W L    sends message M with these parameters; the answer is whether the window has processed it
 //     post HANDLE M W L    the same, without waiting for it
+//     tell TEXT M W        sends message M to all top-level windows, as the system does, with this text; - for none
+//     dpi HANDLE DPI       tells a window that its monitor has this DPI now, with its rectangle, sized to match
 //     show X Y W H         shows its own window, in one colour, below all topmost ones
 //     front                brings its own window to the foreground
 //     as CLASS X Y W H     brings a second window, of this class, to the foreground
@@ -168,6 +170,35 @@ bool Send(HWND window, const int (&message)[4]) {
                                SMTO_ABORTIFHUNG, AnswerTimeoutMs, &result) != 0;
 }
 
+bool Tell(const std::string& text, const int (&message)[4]) {
+    const std::wstring wide(text.begin(), text.end());
+    const auto lParam = text == "-" ? 0 : reinterpret_cast<LPARAM>(wide.c_str());
+    DWORD_PTR result = 0;
+    return SendMessageTimeoutW(HWND_BROADCAST, static_cast<UINT>(message[0]), static_cast<WPARAM>(message[1]), lParam,
+                               SMTO_ABORTIFHUNG, AnswerTimeoutMs, &result) != 0;
+}
+
+/// The suggested rectangle is read where the window lives, so it is written there.
+bool TellDpi(HWND window, int dpi) {
+    RECT rect = {};
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    if (!GetWindowRect(window, &rect)) return false;
+    const int now = static_cast<int>(GetDpiForWindow(window));
+    rect.right = rect.left + MulDiv(rect.right - rect.left, dpi, now);
+    rect.bottom = rect.top + MulDiv(rect.bottom - rect.top, dpi, now);
+    HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id);
+    if (process == nullptr) return false;
+    void* there = VirtualAllocEx(process, nullptr, sizeof rect, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    DWORD_PTR result = 0;
+    const bool done = there != nullptr && WriteProcessMemory(process, there, &rect, sizeof rect, nullptr) &&
+                      SendMessageTimeoutW(window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(there),
+                                          SMTO_ABORTIFHUNG, AnswerTimeoutMs, &result) != 0;
+    if (there != nullptr) VirtualFreeEx(process, there, 0, MEM_RELEASE);
+    CloseHandle(process);
+    return done;
+}
+
 /// Windows notifies every hook of a foreground change; Wine does not.
 bool ComeToFront(HWND own) {
     if (!SetForegroundWindow(own)) return false;
@@ -201,7 +232,7 @@ std::string Obey(HWND own, const std::string& command) {
     std::string name;
     int numbers[4] = {};
     words >> verb;
-    if (verb == "texts" || verb == "mode" || verb == "as") words >> name;
+    if (verb == "texts" || verb == "mode" || verb == "as" || verb == "tell") words >> name;
     for (int& number : numbers)
         words >> number;
     HWND named = static_cast<HWND>(LongToHandle(numbers[0]));
@@ -220,6 +251,8 @@ std::string Obey(HWND own, const std::string& command) {
     if (verb == "send") done = Send(named, numbers);
     if (verb == "post")
         done = PostMessageW(named, static_cast<UINT>(numbers[1]), static_cast<WPARAM>(numbers[2]), numbers[3]);
+    if (verb == "tell") done = Tell(name, numbers);
+    if (verb == "dpi") done = TellDpi(named, numbers[1]);
     if (verb == "show")
         done = SetWindowPos(own, HWND_TOP, numbers[0], numbers[1], numbers[2], numbers[3],
                             SWP_SHOWWINDOW | SWP_NOACTIVATE);

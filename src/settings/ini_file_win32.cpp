@@ -62,7 +62,7 @@ DialogState LoadDialogState() {
 bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab) {
     const std::wstring path = IniPath();
     if (!EnsureIniFolder(path)) return false;
-    const bool saved = WriteSettingsTab(settings, tab, IniWriter(path));
+    const bool saved = WriteSettingsTab(settings, tab, IniReader(), IniWriter(path));
     if (!saved) LogDebug(L"kestrane: error al escribir una seccion del INI de ajustes\n");
     return saved;
 }

@@ -23,7 +23,8 @@ DialogState LoadDialogState();
 // Each save creates the folder if needed, writes only its own keys, and returns true if every write succeeded. Those of
 // more than one key also log a debug line on failure.
 
-/// A tab's keys, colours first and then rows; a failed key does not stop the others.
+/// A tab's keys, colours first and then rows, unless one must come earlier for the file to read as old or new at any
+/// time; a failed key does not stop the others.
 bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab);
 bool SaveCheckUpdates(const AppSettings& settings);
 bool SaveLanguage(const AppSettings& settings);

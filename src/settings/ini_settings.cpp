@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <vector>
 
 #include "settings/ini_values.h"
+#include "settings/write_order.h"
 #include "text/number_text.h"
 
 namespace kestrane {
 namespace {
 
-constexpr const wchar_t* ColorSection = L"colors";
 constexpr const wchar_t* DialogSection = L"dialog";
 constexpr std::int32_t DialogPositionLimit = 99999;
 constexpr std::int32_t LastTab = static_cast<std::int32_t>(SettingsTab::General);
@@ -125,13 +126,16 @@ DialogState ReadDialogState(const ReadValue& read) {
     return state;
 }
 
-bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const WriteValue& write) {
+bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const ReadValue& read, const WriteValue& write) {
+    const AppSettings before = ReadSettings(read);
+    const std::vector<std::size_t> colors = ColorOrder(before, settings, tab, read);
+    const std::vector<const SettingRow*> rows = RowOrder(before, settings, tab, read);
     bool written = true;
-    const ColorRange range = TabColors(tab);
-    for (std::size_t i = range.first; i < range.end; ++i) {
-        written = write(ColorSection, IconColors[i].key, FormatColor(settings.colors[i])) && written;
-    }
-    return WriteRows(TabRows(tab), settings, write) && written;
+    for (const std::size_t color : colors)
+        written = write(ColorSection, IconColors[color].key, FormatColor(settings.colors[color])) && written;
+    for (const SettingRow* row : rows)
+        written = WriteSetting(*row, settings, write) && written;
+    return written;
 }
 
 bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write) {

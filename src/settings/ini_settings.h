@@ -10,6 +10,8 @@
 
 namespace kestrane {
 
+inline constexpr const wchar_t* ColorSection = L"colors";
+
 /// The value of a key, or empty text if there is none.
 using ReadValue = std::function<std::wstring(const wchar_t* section, const wchar_t* key)>;
 /// Replaces or appends one key and touches no other; false on failure.
@@ -30,8 +32,9 @@ AppSettings ReadSettings(const ReadValue& read);
 /// A position needs both coordinates, each within -99999..99999; a tab is 0 to 4. Anything else stays 0.
 DialogState ReadDialogState(const ReadValue& read);
 
-/// Attempts every key of the tab; true if all were written.
-bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const WriteValue& write);
+/// Attempts every key of the tab, in an order in which the file can be read at any time (write_order.h); true if all
+/// were written.
+bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const ReadValue& read, const WriteValue& write);
 /// Writes one key; true on success.
 bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write);
 /// Stops after the first graph with a failed key; later graphs are not attempted.

@@ -32,6 +32,25 @@ void LetBeWritten(const std::wstring& path) {
     SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
 }
 
+/// Onto the disk, before the file gets a name that counts.
+void Flush(const std::wstring& path) {
+    const UniqueFile file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (file) FlushFileBuffers(file.Get());
+}
+
+/// A whole copy that can be written, or none.
+bool CopyWhole(const std::wstring& from, const std::wstring& to) {
+    if (!CopyFileW(from.c_str(), to.c_str(), TRUE)) return false;
+    LetBeWritten(to);
+    Flush(to);
+    return true;
+}
+
+void Discard(const std::wstring& path) {
+    LetBeWritten(path);
+    DeleteFileW(path.c_str());
+}
+
 }  // namespace
 
 void MigrateFormerInstall() {
@@ -46,9 +65,14 @@ void MigrateFormerInstall() {
 bool CopyFormerSettings(const std::wstring& formerPath, const std::wstring& iniPath) {
     if (!IsMissing(iniPath) || IsMissing(formerPath)) return false;
     CreateFolders(ParentPath(iniPath));
-    if (!CopyFileW(formerPath.c_str(), iniPath.c_str(), TRUE)) return false;
-    LetBeWritten(iniPath);
-    return true;
+    // Settings that are there are never replaced, so half a copy would stay for good: the name comes last.
+    const std::wstring unfinished = iniPath + L".new";
+    Discard(unfinished);
+    if (CopyWhole(formerPath, unfinished) && MoveFileExW(unfinished.c_str(), iniPath.c_str(), MOVEFILE_WRITE_THROUGH)) {
+        return true;
+    }
+    Discard(unfinished);
+    return false;
 }
 
 void MigrateRunValue(HKEY root) {

@@ -151,6 +151,7 @@ SettingRows WindowRows(GraphKind kind) {
     return RowsOf(Windows[IndexOf(kind)]);
 }
 
+constinit const SettingRow& PerCoreRow = RowOf(L"cpu", L"per_core");
 constinit const SettingRow& ActivityRow = RowOf(L"disk", L"activity");
 constinit const SettingRow& CheckUpdatesRow = RowOf(L"general", L"check_updates");
 constinit const SettingRow& LanguageRow = RowOf(L"general", L"language");

@@ -42,6 +42,8 @@ SettingRows TabRows(SettingsTab tab);
 /// The window state of a graph, in the order of saving.
 SettingRows WindowRows(GraphKind kind);
 
+extern const SettingRow& PerCoreRow;
+
 // The rows that are also saved individually.
 extern const SettingRow& ActivityRow;
 extern const SettingRow& CheckUpdatesRow;

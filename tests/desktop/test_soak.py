@@ -243,7 +243,7 @@ class Soak(GraphTest):
             sizes.append(private_kilobytes(self.process.pid))
             server_sizes.append(private_kilobytes(server))
             threads.append(len(os.listdir(f"/proc/{self.process.pid}/task")))
-            if number % (TICKS // ROUND // 10 or 1) == 0 or number == 1:
+            if number % (TICKS // ROUND // 40 or 1) == 0 or number == 1:
                 print(
                     f"{number * ROUND} ticks of each kind, {self.visits} visits to the settings: {sizes[-1]} KB, "
                     f"{threads[-1]} threads, the Wine server {server_sizes[-1]} KB",

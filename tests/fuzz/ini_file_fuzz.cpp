@@ -54,7 +54,7 @@ void RequirePermitted(const AppSettings& settings) {
 void WriteAll(const AppSettings& settings, File& file) {
     for (const SettingsTab tab :
          {SettingsTab::Cpu, SettingsTab::Disk, SettingsTab::Memory, SettingsTab::Network, SettingsTab::General})
-        Require(WriteSettingsTab(settings, tab, Writer(file)));
+        Require(WriteSettingsTab(settings, tab, Reader(file), Writer(file)));
     for (const SettingRow& row : {CheckUpdatesRow, LanguageRow, InstallIdRow})
         Require(WriteSetting(row, settings, Writer(file)));
 }

@@ -46,6 +46,10 @@ struct MemoryIni {
 
 using Values = std::map<std::wstring, std::wstring>;
 
+std::wstring NoFile(const wchar_t* /*section*/, const wchar_t* /*key*/) {
+    return {};
+}
+
 AppSettings Load(const Values& values) {
     const MemoryIni ini{values, {}, {}};
     return ReadSettings(ini.Reader());
@@ -313,7 +317,7 @@ TEST(IniSettings, AListCutByTheReadIsAnotherListOrNone) {
     for (std::uint64_t i = 1; i <= 16; ++i)
         settings.interfaces.push_back(0x1122334455667700 + i);
     settings.interface_aliases.resize(16);
-    ASSERT_TRUE(WriteSettingsTab(settings, SettingsTab::Network, ini.Writer()));
+    ASSERT_TRUE(WriteSettingsTab(settings, SettingsTab::Network, ini.Reader(), ini.Writer()));
     std::wstring& text = ini.values[L"network.interfaces"];
     ASSERT_EQ(text.size(), 16U * 16 + 15);
     text.resize(259);
@@ -534,7 +538,7 @@ TEST(IniSettings, EachTabWritesItsKeysInOrder) {
          L"network.topmost=1"},
     };
     for (const SettingsTab tab : Tabs) {
-        EXPECT_EQ(WrittenBy([&](const WriteValue& write) { return WriteSettingsTab(settings, tab, write); }),
+        EXPECT_EQ(WrittenBy([&](const WriteValue& write) { return WriteSettingsTab(settings, tab, NoFile, write); }),
                   expected[static_cast<std::size_t>(tab)]);
     }
 }
@@ -569,11 +573,11 @@ TEST(IniSettings, AFailedKeyDoesNotStopATab) {
     const AppSettings settings = MakeDefaultSettings();
     for (const SettingsTab tab : Tabs) {
         const std::vector<std::wstring> whole =
-            WrittenBy([&](const WriteValue& write) { return WriteSettingsTab(settings, tab, write); });
+            WrittenBy([&](const WriteValue& write) { return WriteSettingsTab(settings, tab, NoFile, write); });
         for (const std::wstring& line : whole) {
             MemoryIni ini;
             ini.refused = {line.substr(0, line.find(L'='))};
-            EXPECT_FALSE(WriteSettingsTab(settings, tab, ini.Writer())) << testing::PrintToString(line);
+            EXPECT_FALSE(WriteSettingsTab(settings, tab, ini.Reader(), ini.Writer())) << testing::PrintToString(line);
             EXPECT_EQ(ini.written, whole);
             EXPECT_EQ(ini.values.size(), whole.size() - 1);
         }
@@ -605,7 +609,7 @@ TEST(IniSettings, AFailedKeyFailsTheDialogStateAndTheRestIsWritten) {
 
 void WriteEverything(const AppSettings& settings, MemoryIni& ini) {
     for (const SettingsTab tab : Tabs)
-        EXPECT_TRUE(WriteSettingsTab(settings, tab, ini.Writer()));
+        EXPECT_TRUE(WriteSettingsTab(settings, tab, ini.Reader(), ini.Writer()));
     EXPECT_TRUE(WriteGraphWindows(settings, ini.Writer()));
     for (const SettingRow& row : {CheckUpdatesRow, LanguageRow, InstallIdRow}) {
         EXPECT_TRUE(WriteSetting(row, settings, ini.Writer()));
@@ -634,7 +638,7 @@ TEST(IniSettings, ASavedTabBringsBackThatTabOnly) {
         const AppSettings settings = random.Next();
         for (const SettingsTab tab : Tabs) {
             MemoryIni ini;
-            ASSERT_TRUE(WriteSettingsTab(settings, tab, ini.Writer()));
+            ASSERT_TRUE(WriteSettingsTab(settings, tab, ini.Reader(), ini.Writer()));
             const AppSettings loaded = ReadSettings(ini.Reader());
             for (std::size_t i = 0; i < ColorCount; ++i) {
                 const bool own = IconColors[i].tab == tab;

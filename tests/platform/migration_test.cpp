@@ -4,10 +4,7 @@
 #include <windows.h>
 // <windows.h> comes first.
 #include <gmock/gmock.h>
-#include <objbase.h>
-#include <shlobj.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -19,12 +16,12 @@
 #include "support/fake_module_path_win32.h"
 #include "support/own_registry_win32.h"
 #include "support/recorded_log.h"
+#include "support/roaming_folder_win32.h"
 #include "support/test_folder_win32.h"
 
 namespace {
 
 struct World {
-    std::wstring roaming;
     std::wstring unaskable;  // a file about which the system tells nothing
     DWORD askError = ERROR_ACCESS_DENIED;
     bool copies = true;
@@ -73,14 +70,6 @@ decltype(&CopyFileW) __imp_CopyFileW = &FakeCopyFileW;
 decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &FakeRegOpenKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
-
-// The result is freed by CoTaskMemFree.
-HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID /*folder*/, DWORD /*flags*/, HANDLE /*token*/, PWSTR* path) {
-    const std::size_t bytes = (world.roaming.size() + 1) * sizeof(wchar_t);
-    *path = static_cast<PWSTR>(CoTaskMemAlloc(bytes));
-    std::memcpy(*path, world.roaming.c_str(), bytes);
-    return S_OK;
-}
 }
 
 namespace kestrane {
@@ -98,7 +87,7 @@ class MigrationTest : public testing::Test {
   protected:
     MigrationTest() {
         world = {};
-        world.roaming = folder_.Path().wstring();
+        roamingFolder = folder_.Path().wstring();
         debugLines.clear();
         toldPath = L"C:\\Tools\\kestrane.exe";
     }

@@ -6,7 +6,6 @@
 #include <windows.h>
 // <windows.h> comes first.
 #include <gmock/gmock.h>
-#include <shellapi.h>
 
 #include <algorithm>
 #include <atomic>
@@ -19,12 +18,12 @@
 #include <string>
 #include <vector>
 
-#include "base/handles_win32.h"
 #include "base/module_path_win32.h"
 #include "next_version.h"
 #include "support/fake_winhttp_win32.h"
 #include "support/file_bytes_win32.h"
 #include "support/file_operations_win32.h"
+#include "support/killed_copy_win32.h"
 #include "support/test_folder_win32.h"
 #include "update/download_win32.h"
 #include "update/file_hash_win32.h"
@@ -34,8 +33,10 @@ namespace kestrane {
 namespace {
 
 using test::fileOperations;
+using test::KilledExitCode;
 using test::KillMoment;
 using test::ReadBytes;
+using test::RunToItsEnd;
 using testing::ElementsAre;
 using testing::IsEmpty;
 namespace fs = std::filesystem;
@@ -44,7 +45,6 @@ constexpr int OldVersionExitCode = 10;  // of a copy that is only to say that it
 constexpr int UpdatedExitCode = 30;     // of a copy that has updated itself
 constexpr int NotDownloadedExitCode = 31;
 constexpr int NotReplacedExitCode = 32;
-constexpr int KilledExitCode = 77;
 
 constexpr const wchar_t* RunSwitch = L"--run";
 constexpr const wchar_t* UpdateSwitch = L"--update";
@@ -102,19 +102,8 @@ int UpdateMyself(const Fate& fate, const std::wstring& nextVersion, const std::w
     }
 
     fileOperations.folder.clear();
-    std::string notes;
-    for (const std::string& call : test::Calls())
-        notes += call + "\n";
-    test::WriteBytes(log, notes);
+    test::WriteOperations(log);
     return exitCode;
-}
-
-std::vector<std::wstring> Arguments() {
-    int count = 0;
-    wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::wstring> texts(arguments, arguments + count);
-    LocalFree(arguments);
-    return texts;
 }
 
 /// The exit code of a copy of this program; none if this is not one.
@@ -129,35 +118,6 @@ std::optional<int> ActAsCopy(const std::vector<std::wstring>& arguments) {
 }
 
 // --- the test that starts it
-
-/// Runs a program with all that it starts to their end. -1 if it cannot be started.
-int RunToItsEnd(const std::wstring& program, const std::wstring& arguments) {
-    const UniqueKernelHandle job(CreateJobObjectW(nullptr, nullptr));
-    std::wstring commandLine = L"\"" + program + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                        nullptr, &startup, &started)) {
-        return -1;
-    }
-    const UniqueKernelHandle process(started.hProcess);
-    const UniqueKernelHandle thread(started.hThread);
-    EXPECT_TRUE(AssignProcessToJobObject(job.Get(), process.Get()));
-    ResumeThread(thread.Get());
-    EXPECT_EQ(WaitForSingleObject(process.Get(), 60000), WAIT_OBJECT_0);
-    JOBOBJECT_BASIC_ACCOUNTING_INFORMATION accounting{};
-    for (int round = 0; round < 6000; ++round) {
-        EXPECT_TRUE(QueryInformationJobObject(job.Get(), JobObjectBasicAccountingInformation, &accounting,
-                                              sizeof accounting, nullptr));
-        if (accounting.ActiveProcesses == 0) break;
-        Sleep(10);
-    }
-    EXPECT_EQ(accounting.ActiveProcesses, 0U);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.Get(), &exitCode);
-    return static_cast<int>(exitCode);
-}
 
 class UpdateKillTest : public testing::Test {
   protected:
@@ -180,21 +140,6 @@ class UpdateKillTest : public testing::Test {
                                      std::to_wstring(fate.refusedRenames) + L" " + std::to_wstring(fate.error);
         return RunToItsEnd(
             executable_, std::wstring(UpdateSwitch) + L" " + numbers + L" \"" + nextVersion_ + L"\" \"" + log_ + L"\"");
-    }
-
-    /// The operations of the last update that came to its end, in order.
-    std::vector<std::string> Operations() const {
-        std::vector<std::string> operations;
-        std::string line;
-        for (const char c : ReadBytes(log_).value_or("")) {
-            if (c != '\n') {
-                line += c;
-                continue;
-            }
-            operations.push_back(line);
-            line.clear();
-        }
-        return operations;
     }
 
     std::vector<std::wstring> Names() const {
@@ -261,7 +206,7 @@ int NumberOf(const std::vector<std::string>& operations, const std::string& begi
 
 void UpdateKillTest::KillEverywhere(int refusedRenames, DWORD error, int lastExitCode) {
     ASSERT_EQ(Update({.refusedRenames = refusedRenames, .error = error}), lastExitCode);
-    const std::vector<std::string> operations = Operations();
+    const std::vector<std::string> operations = test::ReadOperations(log_);
     const int away = NumberOf(operations, RenameNotes[0]);
     const bool isTakenBack = (refusedRenames & RenameIntoPlace) != 0;
     const int there = NumberOf(operations, RenameNotes[isTakenBack ? 2 : 1]);
@@ -338,7 +283,7 @@ TEST_F(UpdateKillTest, AWayBackThatFailsTooLeavesTheOldVersionSetAside) {
 }  // namespace kestrane
 
 int main(int argc, char** argv) {
-    if (const auto exitCode = kestrane::ActAsCopy(kestrane::Arguments())) return *exitCode;
+    if (const auto exitCode = kestrane::ActAsCopy(kestrane::test::Arguments())) return *exitCode;
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# One system call fails, and the program must go on: scripts/torture.sh. The real program, its own objects, lives through
-# all that it can do in a few seconds, again and again; in each life one call of one imported function fails, as
-# tests/torture/failures.txt tells, and all others work. Then there must be no crash, no hang, settings that are old or
-# new key by key, all icons two ticks later, and an end by --exit.
+# One system call fails, and the program must go on: scripts/torture.sh. The real program, of its own objects, lives
+# through all that it can do in a few seconds, again and again. In each life one call of one imported function fails, as
+# tests/torture/failures.txt tells, and all others work. Then there must be no crash and no hang, settings that are old
+# or new key by key, all icons two ticks later, and an end by --exit.
 #
-# Every call of the file, registry and shell functions fails, of those that are called more than 150 times 150 spread over
-# all; so do 100 allocations. Of every other function the first, the second and the fiftieth call, and the first
-# from each place in the program. All that takes an hour or two; KESTRANE_TORTURE_DESKTOPS tells how many lives there are
-# at once, 2 by default.
+# Every call of the functions for files, the registry, the shell and drawing objects fails once, and of every other
+# function the first, the second, the fiftieth, and the first from each place in the program. Where there are more than
+# 150 calls, those 150 spread over all are taken; of allocations 100. All that takes two hours or more.
+# KESTRANE_TORTURE_DESKTOPS tells how many lives there are at once, 2 by default.
 #
 #     scripts/torture.sh [update] FUNCTION CALL [PLACE]
 #

@@ -20,7 +20,7 @@ SAMPLE = (
     "RegSetValueExW 1",
     "RegOpenKeyExW 2",
     "Shell_NotifyIconW 1",
-    "Shell_NotifyIconW 12",
+    "Shell_NotifyIconW 15",
     "CoInitializeEx 1",
     "SHGetKnownFolderPath 1",
     "ChooseColorW 1",

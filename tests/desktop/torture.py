@@ -15,7 +15,7 @@ from torture_scenario import START, Rack, values_of
 from update_server import HOST, STATS_HOST, Authority
 
 PROGRAM = BUILD / "torture" / "kestrane.exe"
-LIVES_WITHOUT_FAILURE = 3
+LIVES_WITHOUT_FAILURE = 2
 
 
 class Torture:
@@ -77,7 +77,8 @@ class Torture:
         print(f"\n{'section':<10}{'runs':>7}{'reached':>9}{'ended':>7}{'failed':>8}")
         for section, row in self.by_section.items():
             print(f"{section:<10}{row['runs']:>7}{row['reached']:>9}{row['ended']:>7}{row['failed']:>8}")
-        print(f"{self.runs} lives with a failure, {self.seconds / max(self.runs, 1):.1f} s each; {len(self.failed)} FAILED")
+        each = self.seconds / max(self.runs, 1)
+        print(f"{self.runs} lives with a failure, {each:.1f} s each; {len(self.failed)} FAILED")
         for plan in self.failed:
             print(f"scripts/torture.sh {plan}")
 
@@ -102,7 +103,8 @@ def main(words):
         plans.put(plan)
     print(f"{plans.qsize()} plans", flush=True)
     with concurrent.futures.ThreadPoolExecutor(torture.racks) as pool:
-        for done in [pool.submit(work_off, torture, number, authority, plans) for number in range(1, torture.racks + 1)]:
+        numbers = range(1, torture.racks + 1)
+        for done in [pool.submit(work_off, torture, number, authority, plans) for number in numbers]:
             done.result()
     torture.sum_up()
     sys.exit(1 if torture.failed else 0)

@@ -16,12 +16,15 @@ MOST_CALLS, MOST_ALLOCATIONS = 150, 100
 CHOSEN_CALLS = (1, 2, 50)
 
 # The most important first.
-ORDER = ("file", "registry", "shell", "process", "memory", "window", "network", "counters", "facts", "drawing", "runtime")
+ORDER = (
+    *("file", "registry", "shell", "process", "memory", "window"),
+    *("network", "counters", "facts", "objects", "drawing", "runtime"),
+)
 
 # The compiler's own start, before the program begins, copies the command line and does not look whether it could.
 UNCHECKED = ("malloc", 2)
 
-PLACE_KEYS = ("x", "y", "width", "height")
+NUMBERS = ("x", "y", "width", "height", "tab")
 ANY_WHOLE_NUMBER = re.compile(r"-?\d+$")
 INSTALL_ID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$")
 PAIRS = ({"0", "1"}, {"bars", "lines"})
@@ -96,7 +99,7 @@ class Settings:
         name = key[1]
         if key not in self._values:
             return False
-        if name in PLACE_KEYS:
+        if name in NUMBERS:
             return bool(ANY_WHOLE_NUMBER.match(value))
         if name == "install_id":
             return bool(INSTALL_ID.match(value))

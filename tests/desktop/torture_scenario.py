@@ -1,7 +1,7 @@
 """A life of the program in a few seconds, in which everything is used once, and in which one system call may fail.
 
-A `Rack` has a screen, a prefix and a server of its own and lives through it again and again. Each step is tried, and what
-does not come within a moment is left out, as a failure may be why; what is asked of the program is in `Rack.live`.
+A `Rack` has a screen, a prefix and a server of its own and lives through it again and again. Each step is tried, and
+what does not come within a moment is left out, as a failure may be why; what is asked of the program is in `Rack.live`.
 """
 
 import contextlib
@@ -172,7 +172,7 @@ class Rack:
         self.watches = []
         self.counts = self.desktop.folder / "counts"
         self.counts.unlink(missing_ok=True)
-        shutil.copy(self.original, self.executable)
+        self._put_original_back()
         self.desktop.write_ini(START)
         self.former = self.desktop.ini_path.parents[1] / "orvalite" / "orvalite.ini"
         shutil.rmtree(self.former.parent, ignore_errors=True)
@@ -184,6 +184,12 @@ class Rack:
         self.task_manager.write_bytes(TASK_MANAGER_FILES[0])
         for leftover in ("kestrane.exe.new", "kestrane.exe.old"):
             (self.folder / leftover).write_text("of an update that was cut off")
+
+    def _put_original_back(self):
+        """By a rename, as it may be running."""
+        copy = self.folder / "copy"
+        shutil.copy(self.original, copy)
+        copy.replace(self.executable)
 
     def publish(self, content=None):
         """The offer, and what is downloaded in its place."""
@@ -198,7 +204,7 @@ class Rack:
 
     def _use(self):
         self._start()
-        self._step(self._tick)
+        self._step(self._see_icons)
         self._step(self._open_graphs)
         self._step(self._hover_and_drag)
         self._step(self._pin_and_unpin)
@@ -206,12 +212,13 @@ class Rack:
         self._step(self._use_settings)
         self._step(self._promote)
         self._step(self._update)
+        self._step(self._see_icons)
         self._step(self._restart_shell)
         self._step(self._see_icons)
 
     def _move_in_and_update(self):
         self._start()
-        self._step(self._tick)
+        self._step(self._see_icons)
         self._step(lambda: self._choose(ABOUT))
         self._step(self._update_for_good)
         self._step(self._see_icons)
@@ -414,8 +421,8 @@ class Rack:
         return start
 
     def _missing(self, start):
-        shown = {call.id for call in self.shell.since(start) if call.message <= NIM_MODIFY and call.answer and call.width}
-        return sorted(set(ICONS) - shown)
+        calls = [call for call in self.shell.since(start) if call.message <= NIM_MODIFY and call.width]
+        return sorted(set(ICONS) - {call.id for call in calls if call.answer})
 
     # Waiting.
 
@@ -457,12 +464,13 @@ class Rack:
 
     def _end(self):
         running = self.process.poll() is None
-        if self.executable.read_bytes() == self.newer:
+        if self._executable_is(self.newer):
             self._wait_for_newer()
         self.life.was_told_to_end |= running
         if self.life.updates:
+            self._judge_executable()
             # The call that fails may be one of this.
-            shutil.copy(self.original, self.executable)
+            self._put_original_back()
             self._start_tortured("--exit").wait(PATIENCE)
         if running or self.life.updates:
             ended = self.desktop.run_kestrane("--exit").code
@@ -499,9 +507,15 @@ class Rack:
         anew = TASK_MANAGER_ANEW.get(self.life.failure.split(" ")[0])
         if self.task_manager.read_bytes() not in (*TASK_MANAGER_FILES, anew):
             found.append(f"Task Manager's settings are {self.task_manager.read_bytes()}")
-        whole = (self.original.read_bytes(), self.newer)
-        if not self.executable.exists() or self.executable.read_bytes() not in whole[: 1 + self.life.updates]:
-            found.append(f"the executable is not whole: {sorted(path.name for path in self.folder.iterdir())}")
         if self.life.updates and self.former.read_text(encoding="ascii") != START:
             found.append("the settings of the former name have changed")
         self.life.findings += found
+
+    def _executable_is(self, content):
+        return self.executable.exists() and self.executable.read_bytes() == content
+
+    def _judge_executable(self):
+        """It is the old one or the new one, and nothing else."""
+        if not self._executable_is(self.original.read_bytes()) and not self._executable_is(self.newer):
+            names = sorted(path.name for path in self.folder.iterdir())
+            self.life.findings.append(f"the executable is not whole: {names}")

@@ -14,7 +14,7 @@ SYSTEM_DLLS = HERE.parents[1] / "src" / "base" / "system_dlls"
 
 Failure = collections.namedtuple("Failure", "name section kind result error is_errno ends")
 
-CALLED_EVERY_TIME = ("file", "registry", "shell")
+CALLED_EVERY_TIME = ("file", "registry", "shell", "objects")
 ROW = re.compile(r"(\w+)\s+(?:(never|data)|(-?\w+)\s+(errno )?(-|\d+)(?:\s+ends=([\d,]+))?)$")
 
 

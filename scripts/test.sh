@@ -4,7 +4,7 @@
 # checks. Arguments are passed to ctest, e.g. scripts/test.sh -R desktop. The exit code is ctest's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/packages.sh clang libclang-rt-dev chromium cmark faketime git locales tidy
+scripts/packages.sh clang libclang-rt-dev libclang-dev llvm-dev chromium cmark faketime git locales tidy
 for preset in native windows fuzz; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset"

@@ -35,6 +35,19 @@ if [ $# -eq 2 ]; then
         grep -vx -e "$own" -e "$own-fixed")
 fi
 
+# With Clang's headers at hand, the declarations of the system are left out: the findings are the same, in less than
+# half the time.
+version=$(clang-tidy --version | sed -n 's/.*version \([0-9]*\).*/\1/p')
+headers=$("llvm-config-$version" --includedir 2>/dev/null || true)
+if [ -e "$headers/clang/AST/ASTContext.h" ]; then
+    plugin=$build/skip_system_headers.so
+    source=tests/checks/skip_system_headers.cpp
+    if [ ! "$plugin" -nt "$source" ] || [ ! "$plugin" -nt "$(command -v clang-tidy)" ]; then
+        g++ -std=c++17 -O1 -shared -fPIC -fno-rtti -isystem "$headers" "$source" -o "$plugin"
+    fi
+    tidy+=("--load=$plugin")
+fi
+
 failed=0
 while read -r file; do
     findings=$("${tidy[@]}" "$file" 2>&1) && continue

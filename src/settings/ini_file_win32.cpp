@@ -13,6 +13,8 @@
 namespace kestrane {
 namespace {
 
+std::wstring keptPath;  // by a KeptIniPath, or empty
+
 /// The roaming application data folder, or the temporary folder if the system has none.
 std::wstring SettingsRoot() {
     const std::wstring folder = KnownFolder(FOLDERID_RoamingAppData);
@@ -42,7 +44,16 @@ bool SaveSetting(const SettingRow& row, const AppSettings& settings) {
 }  // namespace
 
 std::wstring IniPath() {
+    if (!keptPath.empty()) return keptPath;
     return JoinPath(SettingsRoot(), {L"kestrane", L"kestrane.ini"});
+}
+
+KeptIniPath::KeptIniPath() {
+    keptPath = IniPath();
+}
+
+KeptIniPath::~KeptIniPath() {
+    keptPath.clear();
 }
 
 bool EnsureIniFolder(const std::wstring& path) {

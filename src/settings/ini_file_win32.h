@@ -12,6 +12,16 @@ namespace kestrane {
 /// it is in the temporary folder; without that either, throws std::runtime_error.
 std::wstring IniPath();
 
+/// While there is one, IniPath gives what it gave before. Otherwise a system that once fails to tell the folder would
+/// have the settings read from a file that is not the user's, and saved over the user's own later.
+class KeptIniPath {
+  public:
+    KeptIniPath();
+    KeptIniPath(const KeptIniPath&) = delete;
+    KeptIniPath& operator=(const KeptIniPath&) = delete;
+    ~KeptIniPath();
+};
+
 /// Creates the folders above `path`. On failure logs a debug line and returns false.
 bool EnsureIniFolder(const std::wstring& path);
 

@@ -26,6 +26,8 @@ UNCHECKED = ("malloc", 2)
 
 NUMBERS = ("x", "y", "width", "height", "tab")
 ANY_WHOLE_NUMBER = re.compile(r"-?\d+$")
+# A key that cannot be read counts as missing: its page shows the default, and saves what it shows.
+READING, DEFAULT_PERIOD = "GetPrivateProfileStringW", "1500"
 INSTALL_ID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$")
 PAIRS = ({"0", "1"}, {"bars", "lines"})
 
@@ -88,14 +90,14 @@ class Settings:
     def has_begun_with_start(self, settings):
         return any(key in (settings or {}) for key in self._start)
 
-    def wrong(self, settings):
-        """What of these settings is neither old nor new, in words."""
+    def wrong(self, settings, more=()):
+        """What of these settings is neither old nor new nor one of these values, in words."""
         if settings is None:
             return ["the settings file is gone or unreadable"]
         lost = [f"{key} is lost" for key in self._start if key not in settings]
-        return lost + [f"{key} is {value!r}" for key, value in settings.items() if not self._is_valid(key, value)]
+        return lost + [f"{key} is {value!r}" for key, value in settings.items() if not self._is_valid(key, value, more)]
 
-    def _is_valid(self, key, value):
+    def _is_valid(self, key, value, more):
         name = key[1]
         if key not in self._values:
             return False
@@ -104,16 +106,16 @@ class Settings:
         if name == "install_id":
             return bool(INSTALL_ID.match(value))
         known = self._values[key]
-        return value in known or any(known <= pair and value in pair for pair in PAIRS)
+        return value in known or value in more or any(known <= pair and value in pair for pair in PAIRS)
 
 
 def judge(life, settings):
     """All that went wrong in one life."""
-    found = list(life.findings)
+    found, function = list(life.findings), life.failure.split(" ")[0]
     # Where the former settings could not be copied they are kept, and the file begins anew.
     if not life.updates or settings.has_begun_with_start(life.settings):
-        found += settings.wrong(life.settings)
-    ends = FAILURES[life.failure.split(" ")[0]].ends if life.failure and life.counts.reached else frozenset()
+        found += settings.wrong(life.settings, {DEFAULT_PERIOD} if function == READING else ())
+    ends = FAILURES[function].ends if life.failure and life.counts.reached else frozenset()
     allowed = ({0} if life.was_told_to_end else set()) | ends
     if life.code not in allowed:
         found.append(f"it ended {'' if life.was_told_to_end else 'by itself '}with {life.code}")

@@ -16,6 +16,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/handles_win32.h"
@@ -185,6 +186,19 @@ TEST_F(IniFileTest, TheFileIsInTheRoamingApplicationData) {
     EXPECT_EQ(world.known, 1);
     world.roaming = L"C:\\Otro";  // the earlier path is not cached
     EXPECT_EQ(IniPath(), L"C:\\Otro\\kestrane\\kestrane.ini");
+}
+
+TEST_F(IniFileTest, AKeptPathStays) {
+    const std::wstring known = std::exchange(world.roaming, L"");
+    const std::wstring temporary = (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring();
+    {
+        const KeptIniPath kept;
+        world.roaming = known;
+        EXPECT_EQ(IniPath(), temporary) << "what was not read is not overwritten";
+    }
+    const KeptIniPath kept;
+    world.roaming.clear();
+    EXPECT_EQ(IniPath(), known + L"\\kestrane\\kestrane.ini") << "what was read is written";
 }
 
 TEST_F(IniFileTest, WithoutThatFolderItIsInTheTemporaryOne) {

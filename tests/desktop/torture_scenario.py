@@ -449,9 +449,7 @@ class Rack:
     def _answers(self):
         """The program has worked off all that was posted."""
         self._look_alive()
-        if not self.neighbour.ask("send", self.hidden, 0, 0, 0):
-            self._may(lambda: False, 1)  # it may be ending
-            raise AssertionError("the program does not answer")
+        self._must(lambda: self.neighbour.ask("send", self.hidden, 0, 0, 0), "an answer of the program")
 
     def _settle(self):
         self._answers()

@@ -15,7 +15,7 @@ SYSTEM_DLLS = HERE.parents[1] / "src" / "base" / "system_dlls"
 Failure = collections.namedtuple("Failure", "name section kind result error is_errno ends")
 
 CALLED_EVERY_TIME = ("file", "registry", "shell", "objects")
-ROW = re.compile(r"(\w+)\s+(?:(never|data)|(-?\w+)\s+(errno )?(-|\d+)(?:\s+ends=([\d,]+))?)$")
+ROW = re.compile(r"(\w+)\s+(?:(never|data)|(-?\w+)\s+(errno )?(-|\d+)(?:\s+ends=([\d,]+|any))?)$")
 
 
 def read_table():
@@ -29,7 +29,7 @@ def read_table():
             if not found:
                 raise SystemExit(f"failures.txt: not a row: {line}")
             name, kind, result, errno, error, ends = found.groups()
-            codes = frozenset(map(int, ends.split(","))) if ends else frozenset()
+            codes = frozenset(range(256)) if ends == "any" else frozenset(map(int, ends.split(",") if ends else ()))
             number = int(result or "0", 0) % 2**64
             rows.append(Failure(name, section, kind or "fails", number, int(error.replace("-", "0")) if error else 0,
                                 bool(errno), codes))

@@ -11,7 +11,7 @@ namespace kestrane {
 /// file by its name.
 class TestFolder {
   public:
-    TestFolder() { std::filesystem::create_directory(path_); }
+    TestFolder() = default;
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
     ~TestFolder() {
@@ -28,7 +28,16 @@ class TestFolder {
         return L"kestrane-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number);
     }
 
-    const std::filesystem::path path_ = std::filesystem::temp_directory_path() / NewName();
+    /// Skips the folders that an earlier process with the same id could not remove.
+    static std::filesystem::path NewFolder() {
+        std::filesystem::path path;
+        do {
+            path = std::filesystem::temp_directory_path() / NewName();
+        } while (!std::filesystem::create_directory(path));
+        return path;
+    }
+
+    const std::filesystem::path path_ = NewFolder();
 };
 
 }  // namespace kestrane

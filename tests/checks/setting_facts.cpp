@@ -249,9 +249,10 @@ Touched TouchAll() {
         touched.written.emplace(section, key);
         return true;
     };
+    const auto readNothing = [](const wchar_t*, const wchar_t*) { return std::wstring(); };
     const AppSettings defaults = MakeDefaultSettings();
     for (const SettingsTab tab : {SettingsTab::Cpu, SettingsTab::Disk, SettingsTab::Memory, SettingsTab::Network})
-        WriteSettingsTab(defaults, tab, write);
+        WriteSettingsTab(defaults, tab, readNothing, write);
     WriteGraphWindows(defaults, write);
     for (const SettingRow& row : AllRows())
         WriteSetting(row, defaults, write);

@@ -169,36 +169,6 @@ inline BOOL WINAPI WatchedMoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) {
     });
 }
 
-inline BOOL WINAPI WatchedCopyFileW(LPCWSTR from, LPCWSTR to, BOOL failIfExists) {
-    static const auto real = REAL(L"kernel32", CopyFileW);
-    if (!IsWatched(to)) return real(from, to, failIfExists);
-    return Operate("CopyFileW " + NameOf(from) + " " + NameOf(to), FALSE, [&] {
-        const BOOL result = real(from, to, failIfExists);
-        if (IsTimeToDie(KillMoment::During)) {
-            static const auto open = REAL(L"kernel32", CreateFileW);
-            const HANDLE file = open(to, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-            SetFilePointer(file, static_cast<LONG>(GetFileSize(file, nullptr) / 2), nullptr, FILE_BEGIN);
-            SetEndOfFile(file);
-            DieAt(KillMoment::During);
-        }
-        return result;
-    });
-}
-
-inline BOOL WINAPI WatchedSetFileAttributesW(LPCWSTR path, DWORD attributes) {
-    static const auto real = REAL(L"kernel32", SetFileAttributesW);
-    if (!IsWatched(path)) return real(path, attributes);
-    return Operate("SetFileAttributesW " + NameOf(path) + " " + Hex(attributes), FALSE,
-                   [&] { return real(path, attributes); });
-}
-
-inline BOOL WINAPI WatchedWritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR path) {
-    static const auto real = REAL(L"kernel32", WritePrivateProfileStringW);
-    if (!IsWatched(path)) return real(section, key, value, path);
-    return Operate("WritePrivateProfileStringW " + NameOf(section) + " " + NameOf(key), FALSE,
-                   [&] { return real(section, key, value, path); });
-}
-
 inline BOOL WINAPI WatchedCreateProcessW(LPCWSTR program, LPWSTR commandLine, LPSECURITY_ATTRIBUTES process,
                                          LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,
                                          LPCWSTR folder, LPSTARTUPINFOW startup, LPPROCESS_INFORMATION information) {
@@ -227,9 +197,5 @@ decltype(&FlushFileBuffers) __imp_FlushFileBuffers = &kestrane::test::file_opera
 decltype(&CloseHandle) __imp_CloseHandle = &kestrane::test::file_operations::WatchedCloseHandle;
 decltype(&DeleteFileW) __imp_DeleteFileW = &kestrane::test::file_operations::WatchedDeleteFileW;
 decltype(&MoveFileExW) __imp_MoveFileExW = &kestrane::test::file_operations::WatchedMoveFileExW;
-decltype(&CopyFileW) __imp_CopyFileW = &kestrane::test::file_operations::WatchedCopyFileW;
-decltype(&SetFileAttributesW) __imp_SetFileAttributesW = &kestrane::test::file_operations::WatchedSetFileAttributesW;
-decltype(&WritePrivateProfileStringW) __imp_WritePrivateProfileStringW =
-    &kestrane::test::file_operations::WatchedWritePrivateProfileStringW;
 decltype(&CreateProcessW) __imp_CreateProcessW = &kestrane::test::file_operations::WatchedCreateProcessW;
 }

@@ -17,7 +17,7 @@ WS_EX_TOPMOST, WS_EX_TRANSPARENT, WS_EX_TOOLWINDOW = 0x8, 0x20, 0x80
 WS_EX_LAYERED, WS_EX_NOACTIVATE = 0x80000, 0x8000000
 
 # The notification area's events, as sent to the program.
-WM_CONTEXTMENU, WM_LBUTTONDBLCLK, NIN_SELECT, NIN_KEYSELECT = 0x7B, 0x203, 0x400, 0x401
+WM_CONTEXTMENU, WM_LBUTTONDBLCLK, NIN_SELECT, NIN_KEYSELECT, NIN_BALLOONUSERCLICK = 0x7B, 0x203, 0x400, 0x401, 0x405
 ICON_OF = {"cpu": 1, "disk": 2, "network": 4}
 TITLES = {
     "en_US": {"cpu": "kestrane - CPU", "disk": "kestrane - disk", "network": "kestrane - network"},

@@ -7,8 +7,8 @@ import unittest
 import private_network
 from harness import BUILD, main, wait_until
 from lies import manifest
-from onscreen import DIALOG_CLASS
-from update_lane import BM_CLICK, Lane, require, run_lanes
+from onscreen import DIALOG_CLASS, NIN_BALLOONUSERCLICK
+from update_lane import BM_CLICK, SAID, Lane, require, run_lanes
 from update_server import (
     HOST,
     OTHER_HOST,
@@ -22,18 +22,11 @@ from update_server import (
     reply,
     welcome,
 )
+from updates import CLOSE, DOWNLOAD, NOTE, PROGRESS, UPDATE
 
-DOWNLOAD = "/download/kestrane.exe"
-NIN_BALLOONUSERCLICK = 0x405
-CLOSE, NOTE, PROGRESS, UPDATE = 2, 3005, 3006, 3008
-
-TITLE = "New version of kestrane"
-DOWNLOADING = "Downloading the new version..."
 NO_ANSWER = "The new version could not be downloaded: no answer from the server."
 DROPPED = "The new version could not be downloaded: the connection dropped."
-MISMATCH = (
-    "The downloaded file does not match the published one (size or fingerprint). Nothing was changed; try again later."
-)
+MISMATCH = SAID.mismatch
 
 # The program waits 15 s for the next bytes, and the machine may be busy.
 RECEIVE_LIMIT, LONGEST_WAIT = 15, 40
@@ -89,7 +82,7 @@ FALSE_PROMISES = {
 
 class Downloads(Lane):
     def offer(self):
-        return self.neighbour.find(DIALOG_CLASS, TITLE)
+        return self.neighbour.find(DIALOG_CLASS, SAID.title)
 
     def open_offer(self):
         self.shell.command(f"callback 1 {NIN_BALLOONUSERCLICK} 600 500")
@@ -157,7 +150,7 @@ class OneDialog(Downloads):
         dripped = lambda: self.server.visits and self.server.visits[-1].sent > len(head(200, len(NEWER))) + 2
         wait_until(dripped, "some bytes that drip", LONGEST_WAIT)
         require(self.files() == ["kestrane.exe", "kestrane.exe.new"], f"the new file grows in {self.files()}")
-        require(self.control(NOTE).text == DOWNLOADING, "the dialog tells of the download")
+        require(self.control(NOTE).text == SAID.downloading, "the dialog tells of the download")
         require(self.control(PROGRESS).visible and not self.control(UPDATE).enabled, "the bar is there")
         require(self.neighbour.ask("paint", self.dialog.handle, 1), "the dialog paints itself")
         self.look_alive()

@@ -21,10 +21,6 @@ class Obstacles(UpdateTest):
         "from the website and replace it by hand."
     )
     NOT_SAVED = "The new version could not be saved next to kestrane (code {})."
-    NOT_THE_PUBLISHED = (
-        "The downloaded file does not match the published one (size or fingerprint). Nothing was changed; try again "
-        "later."
-    )
     NOT_REPLACED = (
         "The new version could not replace the current one (code {}).\n\nkestrane stays on the version you had."
     )
@@ -86,7 +82,7 @@ class Obstacles(UpdateTest):
         self.server.answers[DOWNLOAD] = reply(self.newer[:-1] + b"?")
         self.open_offer()
         self.press_update()
-        self.wait_for_note(self.NOT_THE_PUBLISHED)
+        self.wait_for_note(self.words.mismatch)
         self.publish()
 
     def held_download(self):

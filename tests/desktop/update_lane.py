@@ -13,9 +13,11 @@ import time
 import private_network
 from harness import BUILD, HIDDEN_WINDOW, MEMORY_TIMER, NIM_MODIFY, VERSION, Desktop, every, wait_until
 from onscreen import DIALOG_CLASS, LEFT_BUTTON, MENU_CLASS, WM_CONTEXTMENU, Neighbour, Picture
+from settings_dialog import CHECK_UPDATES
 from settings_window import SETTINGS_ENTRY, close_settings, show_page
 from test_menu import Menu
 from update_server import Authority, UpdateServer
+from updates import WORDS
 
 # From the switch to the check, and what a busy machine may add.
 FIRST_CHECK, PATIENCE = 8, 90
@@ -32,9 +34,8 @@ GRACE = 0.5
 MEMORY_ICON = 3
 PLAIN_MENU, MENU_WITH_OFFER = "E-E-EE", "E-E-E-EE"
 BM_CLICK, WM_CANCELMODE = 0xF5, 0x1F
-CHECK_UPDATES = 1062
 
-BALLOON = f"Version {{}} available (you have {VERSION}). Click to see the changes and update."
+SAID = WORDS["en_US"]
 
 
 def require(condition, what):
@@ -123,7 +124,7 @@ class Lane:
 
     def wait_for_offer(self, version):
         balloon = self.shell.wait_for(lambda call: call.info, self.first, "a balloon", FIRST_CHECK + PATIENCE)
-        require(balloon.info == BALLOON.format(version), f"the balloon says {balloon.info!r}")
+        require(balloon.info == SAID.balloon.format(version, VERSION), f"the balloon says {balloon.info!r}")
 
     def look_alive(self):
         require(self.program.poll() is None, "the program runs")

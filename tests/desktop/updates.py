@@ -11,13 +11,11 @@ import time
 
 import private_network
 from harness import BUILD, TIMEOUT, every, wait_until
-from onscreen import DIALOG_CLASS, double_click_time
+from onscreen import DIALOG_CLASS, NIN_BALLOONUSERCLICK, double_click_time
 from settings_dialog import SettingsDialogTest
 from update_server import HOST, STATS_HOST, Authority, UpdateServer, head, reply
 
 NEWER = "0.2.0"
-
-NIN_BALLOONUSERCLICK = 0x405
 
 # The update dialog's controls.
 CLOSE, RUNNING, OFFERED, CHANGES_LINK, NOTE, PROGRESS, WEB_LINK, UPDATE = 2, 3002, 3003, 3004, 3005, 3006, 3007, 3008
@@ -42,9 +40,9 @@ PLAIN_HEADERS = {"connection": "Keep-Alive", "pragma": "no-cache", "cache-contro
 class Words:
     """What the program says about an update."""
 
-    def __init__(self, settings, title, balloon, note, downloading, labels, box):
+    def __init__(self, settings, title, balloon, note, downloading, mismatch, labels, box):
         self.settings, self.title, self.balloon, self.note = settings, title, balloon, note
-        self.downloading, self.labels, self.box = downloading, labels, box
+        self.downloading, self.mismatch, self.labels, self.box = downloading, mismatch, labels, box
 
 
 WORDS = {
@@ -55,6 +53,8 @@ WORDS = {
         note="Al actualizar se descarga la versión nueva, se comprueba, se cierra kestrane y se vuelve a abrir ya "
         "actualizado.",
         downloading="Descargando la versión nueva...",
+        mismatch="El fichero descargado no coincide con el publicado (tamaño o huella). No se ha cambiado nada; prueba "
+        "más tarde.",
         labels=[
             "Hay una versión nueva de kestrane.",
             "Versión actual:",
@@ -72,6 +72,8 @@ WORDS = {
         balloon="Version {} available (you have {}). Click to see the changes and update.",
         note="Updating downloads and checks the new version, closes kestrane and opens it again already updated.",
         downloading="Downloading the new version...",
+        mismatch="The downloaded file does not match the published one (size or fingerprint). Nothing was changed; try "
+        "again later.",
         labels=[
             "There is a new version of kestrane.",
             "Current version:",

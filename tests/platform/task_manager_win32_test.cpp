@@ -68,7 +68,7 @@ bool IsOurs(std::FILE* stream) {
 /// The C runtime's function behind the test's own of the same name.
 template <typename Function>
 Function Runtime(const char* name) {
-    return kestrane::test::RealCall<Function>(L"msvcrt", name);
+    return kestrane::test::RealCall<Function>(kestrane::test::CRuntime, name);
 }
 
 /// The result of SHGetKnownFolderPath; only CoTaskMemFree may free it.

@@ -33,7 +33,7 @@ World world;
 
 std::uintptr_t __cdecl FakeBeginThread(void* security, unsigned stack, _beginthreadex_proc_type body, void* context,
                                        unsigned flags, unsigned* id) {
-    static const auto real = REAL(L"msvcrt", _beginthreadex);
+    static const auto real = REAL(kestrane::test::CRuntime, _beginthreadex);
     EXPECT_EQ(security, nullptr);
     EXPECT_EQ(stack, 0u);
     EXPECT_EQ(flags, 0u);

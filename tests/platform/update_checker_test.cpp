@@ -104,7 +104,7 @@ BOOL WINAPI FakeCloseHandle(HANDLE handle) {
 
 std::uintptr_t __cdecl FakeBeginThread(void* security, unsigned stack, _beginthreadex_proc_type body, void* context,
                                        unsigned flags, unsigned* id) {
-    static const auto real = REAL(L"msvcrt", _beginthreadex);
+    static const auto real = REAL(kestrane::test::CRuntime, _beginthreadex);
     return world.refusesThreads ? 0 : real(security, stack, body, context, flags, id);
 }
 

@@ -20,7 +20,7 @@ HCURSOR shape = nullptr;
 
 std::uintptr_t __cdecl BeginOrRefuse(void* security, unsigned stack, _beginthreadex_proc_type body, void* context,
                                      unsigned flags, unsigned* id) {
-    static const auto real = REAL(L"msvcrt", _beginthreadex);
+    static const auto real = REAL(kestrane::test::CRuntime, _beginthreadex);
     if (threadError == 0) {
         ++begunThreads;
         return real(security, stack, body, context, flags, id);

@@ -56,7 +56,7 @@ BOOL WINAPI WatchDestroyIcon(HICON icon) {
 }
 std::uintptr_t __cdecl WatchBeginThread(void* security, unsigned stack, _beginthreadex_proc_type body, void* context,
                                         unsigned flags, unsigned* id) {
-    static const auto real = REAL(L"msvcrt", _beginthreadex);
+    static const auto real = REAL(kestrane::test::CRuntime, _beginthreadex);
     const std::uintptr_t thread = real(security, stack, body, context, flags, id);
     Created("thread", handles, reinterpret_cast<HANDLE>(thread));
     return thread;

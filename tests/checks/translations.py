@@ -29,7 +29,7 @@ WORD = re.compile(r"[^\W\d_]{3}")
 # Spanish.
 MACHINE_WORD = re.compile(
     r"[a-z0-9._-]+|~?[A-Za-z0-9]+[A-Z][A-Za-z0-9]*|\w+(?:\.\w+)+|.*[\\_].*"
-    r'|(?:" )?--[a-z -]+|(?:https:/)?/.*|.*\bkestrane/|kestrane: .*',
+    r'|(?:" )?--[a-z -]+|(?:https:/)?/.*|.*\bkestrane/|Mozilla/.*|kestrane: .*',
     re.DOTALL | re.ASCII,
 )
 

@@ -20,7 +20,7 @@ std::vector<std::size_t> ColorOrder(const AppSettings& before, const AppSettings
                    !ParseColor(read(ColorSection, IconColors[color].key));
         });
     };
-    std::ranges::stable_partition(colors, comesFirst);
+    std::stable_partition(colors.begin(), colors.end(), comesFirst);
     return colors;
 }
 
@@ -33,7 +33,8 @@ std::vector<const SettingRow*> RowOrder(const AppSettings& before, const AppSett
     constexpr std::size_t cpu = IndexOf(MetricKind::Cpu);
     const bool isFilledIn =
         before.refresh_ms[cpu] != settings.refresh_ms[cpu] && read(PerCoreRow.section, PerCoreRow.key).empty();
-    std::ranges::stable_partition(rows, [&](const SettingRow* row) { return isFilledIn && row == &PerCoreRow; });
+    std::stable_partition(rows.begin(), rows.end(),
+                          [&](const SettingRow* row) { return isFilledIn && row == &PerCoreRow; });
 
     const auto first = std::ranges::find(rows, LoadGroup::Thresholds, &SettingRow::group);
     if (first == rows.end()) return rows;

@@ -43,12 +43,14 @@ check_version() {
     done < <(git tag --list 'v*')
 }
 
-# The rules of src/update/update_hosts.cpp, told before the build and not in the middle of it.
+# The rules of src/update/update_hosts.cpp, and what CMake and the pages can carry, told before the build and not in the
+# middle of it.
 check_values() {
     local name public
     for name in KESTRANE_UPDATE_HOST KESTRANE_STATS_HOST; do
         [[ ${!name} =~ ^[a-z0-9.-]+$ ]] || refuse "'${!name}' is not a host name in lower case"
     done
+    [[ $KESTRANE_WEBSITE_ID =~ ^[A-Za-z0-9\ ._-]*$ ]] || refuse "'$KESTRANE_WEBSITE_ID' is not an id"
     if [ -n "$KESTRANE_SIGNING_KEY" ]; then
         KESTRANE_SIGNING_KEY=$(cd "$here" && realpath -e -- "$KESTRANE_SIGNING_KEY") || refuse "there is no such key"
         public=$(scripts/sign.sh --public-key "$KESTRANE_SIGNING_KEY") || refuse "this key cannot sign a manifest"
@@ -144,7 +146,7 @@ while [ $# -gt 0 ]; do
     esac
     shift 2
 done
-scripts/packages.sh git
+scripts/packages.sh cmark git
 umask 022
 source=$PWD/build/release-build/source
 new=$PWD/build/release.new

@@ -11,7 +11,9 @@ if [ $# -gt 2 ]; then
     echo "usage: scripts/reproduce.sh [PROGRAM [FOLDER]]" >&2
     exit 2
 fi
-scripts/packages.sh git faketime locales
+scripts/packages.sh cmark faketime git locales
+# A hook of git names its own repository to what it runs.
+unset $(git rev-parse --local-env-vars)
 
 # The tree as it stands, as the only commit of a repository of its own. Its date is always the same.
 copy_tree() {
@@ -22,6 +24,9 @@ copy_tree() {
     git -C "$1" init --quiet
     git -C "$1" config user.name Nobody
     git -C "$1" config user.email nobody@kestrane.example
+    git -C "$1" config core.hooksPath /dev/null
+    git -C "$1" config commit.gpgSign false
+    git -C "$1" config tag.gpgSign false
     git -C "$1" add --all
     GIT_AUTHOR_DATE=2020-02-02T12:00:00Z GIT_COMMITTER_DATE=2020-02-02T12:00:00Z git -C "$1" commit --quiet -m "$version"
 }
@@ -91,6 +96,7 @@ unset KESTRANE_SIGNING_KEY # each signature is another
 if [ $# -gt 0 ]; then
     program=$(cd "$here" && realpath "$1")
     folder=$(cd "$here" && mkdir -p "${2:-$scratch/tree}" && realpath "${2:-$scratch/tree}")
+    [ -z "$(ls -A "$folder")" ] || { echo "$folder is not empty" >&2; exit 2; }
     version=$(version_of "$program")
     if [ -n "${KESTRANE_MANIFEST_KEY:-}" ]; then
         # A release with a key must be signed; by whom matters only to its manifest.

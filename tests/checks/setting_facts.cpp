@@ -1,5 +1,5 @@
 // Prints, as JSON, what the program itself knows of its settings file: every key that it reads or writes, with its
-// default and with what becomes of many values, found by trying them. settings_docs.py makes the documents of it.
+// default and with what becomes of many values, found by trying them. settings_documents.py makes the documents of it.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -209,15 +209,15 @@ kestrane keeps its settings in one text file:
 
     %APPDATA%\\kestrane\\kestrane.ini
 
-Paste that into the address bar of the Explorer to find it. Nobody has to edit it; everything in it can be set in the window
+Paste that into the address bar of File Explorer to find it. Nobody has to edit it; everything in it can be set in the window
 “Settings...” of the program, or is kept by the program itself. This page says what is in it, for those who want to look, to
 copy it to another machine, or to prepare one for many users. En español: [ajustes.md](ajustes.md).
 
 - **When it is read:** once, when the program starts. To edit it, end the program first (“Exit” in its menu, or
   `kestrane.exe --exit`). What you change while it runs has no effect until the next start, and the program may write over it.
 - **When it is written:** only by what you do, and only the keys concerned; other lines, comments (`;`) and keys that the
-  program does not know stay. Under each section stands what writes it. The one exception is `install_id`, which the program
-  makes by itself.
+  program does not know stay. Each section says what writes it. The program itself only makes `install_id`, moves graphs
+  whose monitor is gone, and takes over the settings of its former name where it finds none of its own.
 - **What if a value is wrong or missing:** that key alone takes its default, unless its row says otherwise. Reading never
   changes the file. Deleting the file brings back all the defaults.
 - **Form:** sections in brackets, one `key=value` a line. If a key occurs twice, the first counts. Upper and lower case
@@ -241,8 +241,8 @@ mirarlo, copiarlo a otro equipo o preparar uno para muchos usuarios. In English:
   `kestrane.exe --exit`). Lo que cambies mientras está en marcha no tiene efecto hasta el próximo arranque, y el programa puede
   escribir encima.
 - **Cuándo se escribe:** solo por algo que hagas, y solo las claves que toca; las demás líneas, los comentarios (`;`) y las
-  claves que el programa no conoce se quedan. Bajo cada sección se dice qué la escribe. La única excepción es `install_id`, que
-  el programa crea por sí mismo.
+  claves que el programa no conoce se quedan. Cada sección dice qué la escribe. Por sí mismo, el programa solo crea
+  `install_id`, mueve las gráficas cuyo monitor ya no está y toma los ajustes de su nombre anterior si no encuentra propios.
 - **Si un valor está mal o falta:** solo esa clave toma su valor por defecto, salvo que su fila diga otra cosa. Leer nunca
   cambia el fichero. Si lo borras, vuelven todos los valores por defecto.
 - **Forma:** secciones entre corchetes, una línea `clave=valor` por clave. Si una clave aparece dos veces, cuenta la primera.

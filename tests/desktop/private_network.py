@@ -50,6 +50,10 @@ PROXIES = ("http_proxy", "https_proxy", "ftp_proxy", "all_proxy", "no_proxy")
 # Wine asks for printers at the start of many a program, on a socket of the machine or over loopback. Here is none.
 PRINTERS = "CUPS_SERVER", "/run/no-printers"
 
+# A prefix and a screen that are shared with programs outside. The prefix's server is out there and sees none of the
+# files in here; or it is started in here, and theirs are not what they seem.
+SHARED = ("WINEPREFIX", "DISPLAY")
+
 CLONE_NEWNS = 0x20000
 
 _names = None
@@ -97,7 +101,7 @@ def _unshare():
 
 def _close_off():
     subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
-    for name in [name for name in os.environ if name.lower() in PROXIES]:
+    for name in [name for name in os.environ if name.lower() in PROXIES or name in SHARED]:
         del os.environ[name]
     os.environ.update([PRINTERS])
     _mount("-t", "tmpfs", "tmpfs", SCRATCH)

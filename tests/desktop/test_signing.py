@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 import unittest
 
-from harness import BUILD, ROOT, main, windows_path
+from harness import ROOT, Desktop, main, windows_path
 
 SIGN = ROOT / "scripts" / "sign.sh"
 
@@ -27,12 +27,18 @@ def make_key(path, curve="prime256v1"):
     return path
 
 
+def read_manifests(desktop, key, *paths):
+    """What a program built with this key makes of each file: the version on offer, or "refused"."""
+    return desktop.run("manifest_reader.exe", key, *paths).output.split()
+
+
 class Signing(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         cls.key = make_key(cls.folder / "key.pem")
         cls.public = sign("--public-key", cls.key).stdout.strip()
+        cls.desktop = cls.enterClassContext(Desktop())
 
     def write(self, content, name="manifest.json"):
         path = self.folder / name
@@ -48,8 +54,7 @@ class Signing(unittest.TestCase):
     def offers(self, *manifests):
         """What a program built with the key makes of each text."""
         paths = [windows_path(self.write(text, f"{number}.json")) for number, text in enumerate(manifests)]
-        program = [ROOT / "scripts" / "wine.sh", BUILD / "manifest_reader.exe", self.public, *paths]
-        output = subprocess.run(program, check=True, stdout=subprocess.PIPE, text=True).stdout.split()
+        output = read_manifests(self.desktop, self.public, *paths)
         self.assertEqual(len(output), len(manifests))
         return output
 

@@ -8,7 +8,7 @@ import unittest
 import private_network
 from harness import main
 from torture_plan import Settings, judge
-from torture_scenario import START, Rack, values_of
+from torture_scenario import PATIENCE, START, Rack, values_of
 from update_server import HOST, STATS_HOST, Authority
 
 # Spread over all DLLs, and over what happens to files and to the registry. "update" is the life in which the program
@@ -48,12 +48,12 @@ class Torture(unittest.TestCase):
         settings = Settings(values_of(START))
         with Rack(1, authority) as rack:
             for plan in ("", "update"):
-                life = rack.live(plan)
+                life = rack.live(plan, PATIENCE)
                 settings.learn_from(life)
                 self.assertEqual(judge(life, settings), [])
             for plan in SAMPLE:
                 with self.subTest(plan):
-                    life = rack.live(plan)
+                    life = rack.live_to_the_failure(plan)
                     self.assertTrue(life.counts.reached, "the call that was to fail has not come")
                     self.assertEqual(judge(life, settings), [])
 

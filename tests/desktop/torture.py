@@ -11,7 +11,7 @@ import private_network
 from harness import BUILD
 from torture_counts import place_names
 from torture_plan import FAILURES, Settings, is_for_update, judge, make_plan
-from torture_scenario import START, Rack, values_of
+from torture_scenario import PATIENCE, START, Rack, values_of
 from update_server import HOST, STATS_HOST, Authority
 
 PROGRAM = BUILD / "torture" / "kestrane.exe"
@@ -35,7 +35,7 @@ class Torture:
         plans = []
         for kind in ("", "update "):
             for _ in range(LIVES_WITHOUT_FAILURE):
-                life = rack.live(kind)
+                life = rack.live(kind, PATIENCE)
                 self.settings.learn_from(life)
             if found := judge(life, self.settings):
                 raise SystemExit(f"without a failure: {found}")
@@ -44,7 +44,7 @@ class Torture:
         return plans
 
     def try_plan(self, rack, plan):
-        life = rack.live(plan)
+        life = rack.live_to_the_failure(plan)
         found = judge(life, self.settings)
         again = []
         if found:

@@ -142,10 +142,18 @@ class Rack:
 
     # The life.
 
-    def live(self, plan=""):
+    def live_to_the_failure(self, plan):
+        """On a busy machine what came late may have been given up before the call that was to fail: then again, with
+        patience."""
+        life = self.live(plan)
+        return life if life.counts.reached else self.live(plan, PATIENCE)
+
+    def live(self, plan="", moment=MOMENT):
         """Starts the program, uses it, ends it, and reports what it should not have done. A plan that begins with
-        "update" is for the other life, in which the program moves in from its former name and updates itself."""
+        "update" is for the other life, in which the program moves in from its former name and updates itself. What does
+        not come within a moment is taken for failed."""
         life = self.life = Life(plan)
+        self.moment = moment
         began = time.monotonic()
         self._prepare()
         try:
@@ -229,7 +237,7 @@ class Rack:
         self._click(UPDATE, offer)
         self.life.was_told_to_end = True
         self._may(lambda: not self._offer())
-        self._may(lambda: False, MOMENT)  # until it has ended
+        self._may(lambda: False)  # until it has ended
         self.life.was_told_to_end = False  # the update has failed
 
     def _step(self, step):
@@ -386,7 +394,7 @@ class Rack:
         self._may(lambda: not self._offer())
 
     def _has_offer(self):
-        return self._may(lambda: any(call.info for call in self.shell.calls), 2 * MOMENT)
+        return self._may(lambda: any(call.info for call in self.shell.calls), 2 * self.moment)
 
     def _open_offer(self):
         self.shell.command(f"callback 1 {NIN_BALLOONUSERCLICK} 600 500")
@@ -430,9 +438,9 @@ class Rack:
         if self.process.poll() is not None:
             raise Ended
 
-    def _may(self, condition, moment=MOMENT):
+    def _may(self, condition, moment=None):
         """What comes at once if nothing has failed."""
-        deadline = time.monotonic() + moment
+        deadline = time.monotonic() + (moment or self.moment)
         while not (found := condition()):
             self._look_alive()
             if time.monotonic() > deadline:
@@ -486,7 +494,7 @@ class Rack:
 
     def _wait_for_newer(self):
         """The new version comes up, unless the failure was of its start."""
-        deadline = time.monotonic() + 2 * MOMENT
+        deadline = time.monotonic() + 2 * self.moment
         while not self._find_hidden() and time.monotonic() < deadline:
             time.sleep(0.05)
 

@@ -141,9 +141,17 @@ class Memory(EditTest):
         start = self.shell.mark()
         for field, text in zip(THRESHOLDS, "123"):
             self.type_over(field, text)
-        self.assert_memory_icon(self.images_since(start)[MEMORY], DEFAULTS, thresholds=(1, 2, 3))
+        # The field may tell its text while its edit is still on the way to the icons.
+        wait_until(lambda: self.is_memory_icon(start, thresholds=(1, 2, 3)), "the icon of the third threshold", 30)
         self.use(MEMORY_SAVE)
         self.wait_for_saved("memory", threshold1=1, threshold2=2, threshold3=3)
+
+    def is_memory_icon(self, start, thresholds):
+        try:
+            self.assert_memory_icon(self.images_since(start)[MEMORY], DEFAULTS, thresholds)
+        except AssertionError:
+            return False
+        return True
 
     def test_thresholds_out_of_order_are_not_saved(self):
         file = self.file()

@@ -38,8 +38,8 @@ void Flush(const std::wstring& path) {
     if (file) FlushFileBuffers(file.Get());
 }
 
-/// A whole copy that can be written, or none.
-bool CopyWhole(const std::wstring& from, const std::wstring& to) {
+/// Never onto a file that is there. What has been copied counts, even if it cannot be made writable or flushed.
+bool CopyNew(const std::wstring& from, const std::wstring& to) {
     if (!CopyFileW(from.c_str(), to.c_str(), TRUE)) return false;
     LetBeWritten(to);
     Flush(to);
@@ -68,11 +68,13 @@ bool CopyFormerSettings(const std::wstring& formerPath, const std::wstring& iniP
     // Settings that are there are never replaced, so half a copy would stay for good: the name comes last.
     const std::wstring unfinished = iniPath + L".new";
     Discard(unfinished);
-    if (CopyWhole(formerPath, unfinished) && MoveFileExW(unfinished.c_str(), iniPath.c_str(), MOVEFILE_WRITE_THROUGH)) {
+    if (CopyNew(formerPath, unfinished) && MoveFileExW(unfinished.c_str(), iniPath.c_str(), MOVEFILE_WRITE_THROUGH)) {
         return true;
     }
     Discard(unfinished);
-    return false;
+    // A new file cannot be renamed while a virus scanner reads it, and the first save of this run would hide the former
+    // settings for good.
+    return CopyNew(formerPath, iniPath);
 }
 
 void MigrateRunValue(HKEY root) {

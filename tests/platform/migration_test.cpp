@@ -25,6 +25,7 @@ struct World {
     std::wstring unaskable;  // a file about which the system tells nothing
     DWORD askError = ERROR_ACCESS_DENIED;
     bool copies = true;
+    bool renames = true;
     bool machineIsReadOnly = false;
     bool valuesAreReadOnly = false;  // the key opens, but its values cannot be set
     bool formerValueStays = false;   // it cannot be deleted
@@ -43,6 +44,12 @@ BOOL WINAPI FakeCopyFileW(LPCWSTR from, LPCWSTR to, BOOL failIfExists) {
     EXPECT_TRUE(failIfExists);
     SetLastError(ERROR_SHARING_VIOLATION);
     return world.copies ? real(from, to, failIfExists) : FALSE;
+}
+
+BOOL WINAPI FakeMoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    static const auto real = REAL(L"kernel32", MoveFileExW);
+    SetLastError(ERROR_SHARING_VIOLATION);
+    return world.renames ? real(from, to, flags) : FALSE;
 }
 
 LSTATUS WINAPI FakeRegOpenKeyExW(HKEY root, LPCWSTR path, DWORD options, REGSAM access, PHKEY key) {
@@ -67,6 +74,7 @@ LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
 extern "C" {
 decltype(&GetFileAttributesW) __imp_GetFileAttributesW = &FakeGetFileAttributesW;
 decltype(&CopyFileW) __imp_CopyFileW = &FakeCopyFileW;
+decltype(&MoveFileExW) __imp_MoveFileExW = &FakeMoveFileExW;
 decltype(&RegOpenKeyExW) __imp_RegOpenKeyExW = &FakeRegOpenKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
@@ -205,6 +213,23 @@ TEST_F(MigrationTest, AFormerFileThatCannotBeReadIsLeftForTheNextStart) {
     world.unaskable.clear();
     MigrateFormerInstall();
     EXPECT_EQ(Read(PresentFile()), Settings);
+}
+
+TEST_F(MigrationTest, ACopyThatCannotBeRenamedIsMadeUnderItsOwnName) {
+    Write(FormerFile(), Settings);
+    world.renames = false;
+    MigrateFormerInstall();
+    EXPECT_EQ(Read(PresentFile()), Settings);
+    EXPECT_FALSE(fs::exists(PresentFile().wstring() + L".new"));
+    EXPECT_THAT(debugLines, ElementsAre(Copied));
+}
+
+TEST_F(MigrationTest, WhatStandsInTheWayOfTheUnfinishedCopyDoesNotStopIt) {
+    Write(FormerFile(), Settings);
+    fs::create_directories(PresentFile().wstring() + L".new");
+    MigrateFormerInstall();
+    EXPECT_EQ(Read(PresentFile()), Settings);
+    EXPECT_THAT(debugLines, ElementsAre(Copied));
 }
 
 TEST_F(MigrationTest, AFolderWithTheFormerFilesNameIsNoFile) {

@@ -80,7 +80,6 @@ int Main(HINSTANCE instance, const wchar_t* commandLine) {
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
     if (!mutex) return 0;
 
-    const KeptIniPath iniPath;
     App app;
     app.instance = instance;
     MigrateFormerInstall();

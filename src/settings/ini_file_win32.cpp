@@ -13,11 +13,11 @@
 namespace kestrane {
 namespace {
 
-std::wstring keptPath;  // by a KeptIniPath, or empty
-
-/// The roaming application data folder, or the temporary folder if the system has none.
+/// The roaming application data folder, or the temporary folder if the system has none. It is asked twice: after a call
+/// that fails once the settings would be read from a file that is not the user's, and saved over the user's own later.
 std::wstring SettingsRoot() {
-    const std::wstring folder = KnownFolder(FOLDERID_RoamingAppData);
+    std::wstring folder = KnownFolder(FOLDERID_RoamingAppData);
+    if (folder.empty()) folder = KnownFolder(FOLDERID_RoamingAppData);
     return folder.empty() ? TemporaryFolder() : folder;
 }
 
@@ -44,16 +44,7 @@ bool SaveSetting(const SettingRow& row, const AppSettings& settings) {
 }  // namespace
 
 std::wstring IniPath() {
-    if (!keptPath.empty()) return keptPath;
     return JoinPath(SettingsRoot(), {L"kestrane", L"kestrane.ini"});
-}
-
-KeptIniPath::KeptIniPath() {
-    keptPath = IniPath();
-}
-
-KeptIniPath::~KeptIniPath() {
-    keptPath.clear();
 }
 
 bool EnsureIniFolder(const std::wstring& path) {

@@ -8,19 +8,9 @@
 
 namespace kestrane {
 
-/// The path of the settings file, whether or not it exists, computed at each call. Without an application data folder
-/// it is in the temporary folder; without that either, throws std::runtime_error.
+/// The path of the settings file, whether or not it exists, computed at each call. If the system twice does not tell
+/// the application data folder, it is in the temporary folder; without that either, throws std::runtime_error.
 std::wstring IniPath();
-
-/// While there is one, IniPath gives what it gave before. Otherwise a system that once fails to tell the folder would
-/// have the settings read from a file that is not the user's, and saved over the user's own later.
-class KeptIniPath {
-  public:
-    KeptIniPath();
-    KeptIniPath(const KeptIniPath&) = delete;
-    KeptIniPath& operator=(const KeptIniPath&) = delete;
-    ~KeptIniPath();
-};
 
 /// Creates the folders above `path`. On failure logs a debug line and returns false.
 bool EnsureIniFolder(const std::wstring& path);
@@ -33,8 +23,8 @@ DialogState LoadDialogState();
 // Each save creates the folder if needed, writes only its own keys, and returns true if every write succeeded. Those of
 // more than one key also log a debug line on failure.
 
-/// A tab's keys, colours first and then rows, unless one must come earlier for the file to read as old or new at any
-/// time; a failed key does not stop the others.
+/// A tab's keys, colours first and then rows, in an order in which each reads as old or new at any time
+/// (write_order.h); a failed key does not stop the others.
 bool SaveSettingsTab(const AppSettings& settings, SettingsTab tab);
 bool SaveCheckUpdates(const AppSettings& settings);
 bool SaveLanguage(const AppSettings& settings);

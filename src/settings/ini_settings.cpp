@@ -87,6 +87,24 @@ void ReadAliases(const ReadValue& read, AppSettings& settings) {
     settings.interface_aliases.resize(settings.interfaces.size());
 }
 
+bool WriteColor(std::size_t color, const AppSettings& settings, const WriteValue& write) {
+    return write(ColorSection, IconColors[color].key, FormatColor(settings.colors[color]));
+}
+
+/// Writes the keys of a tab that a load fills in, with what it fills in. True if all were written.
+bool WriteAbsentKeys(const AppSettings& settings, SettingsTab tab, const ReadValue& read, const WriteValue& write) {
+    bool written = true;
+    const ColorRange colors = TabColors(tab);
+    for (std::size_t color = colors.first; color < colors.end; ++color) {
+        if (!ParseColor(read(ColorSection, IconColors[color].key)))
+            written = WriteColor(color, settings, write) && written;
+    }
+    for (const SettingRow& row : TabRows(tab)) {
+        if (read(row.section, row.key).empty()) written = WriteSetting(row, settings, write) && written;
+    }
+    return written;
+}
+
 bool WriteRows(SettingRows rows, const AppSettings& settings, const WriteValue& write) {
     bool written = true;
     for (const SettingRow& row : rows)
@@ -128,12 +146,12 @@ DialogState ReadDialogState(const ReadValue& read) {
 
 bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const ReadValue& read, const WriteValue& write) {
     const AppSettings before = ReadSettings(read);
-    const std::vector<std::size_t> colors = ColorOrder(before, settings, tab, read);
-    const std::vector<const SettingRow*> rows = RowOrder(before, settings, tab, read);
     bool written = true;
-    for (const std::size_t color : colors)
-        written = write(ColorSection, IconColors[color].key, FormatColor(settings.colors[color])) && written;
-    for (const SettingRow* row : rows)
+    if (FillsInAbsentKeys(before, settings, tab, read)) written = WriteAbsentKeys(before, tab, read, write);
+    const ColorRange colors = TabColors(tab);
+    for (std::size_t color = colors.first; color < colors.end; ++color)
+        written = WriteColor(color, settings, write) && written;
+    for (const SettingRow* row : RowOrder(before, settings, tab, read))
         written = WriteSetting(*row, settings, write) && written;
     return written;
 }

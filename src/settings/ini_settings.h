@@ -32,8 +32,8 @@ AppSettings ReadSettings(const ReadValue& read);
 /// A position needs both coordinates, each within -99999..99999; a tab is 0 to 4. Anything else stays 0.
 DialogState ReadDialogState(const ReadValue& read);
 
-/// Attempts every key of the tab, in an order in which the file can be read at any time (write_order.h); true if all
-/// were written.
+/// Attempts every key of the tab, in an order in which each reads as old or new at any time (write_order.h); true if
+/// all were written.
 bool WriteSettingsTab(const AppSettings& settings, SettingsTab tab, const ReadValue& read, const WriteValue& write);
 /// Writes one key; true on success.
 bool WriteSetting(const SettingRow& row, const AppSettings& settings, const WriteValue& write);

@@ -2,26 +2,30 @@
 
 #include <algorithm>
 #include <functional>
-#include <iterator>
-#include <numeric>
+#include <span>
 
 #include "settings/ini_values.h"
 
 namespace kestrane {
+namespace {
 
-std::vector<std::size_t> ColorOrder(const AppSettings& before, const AppSettings& settings, SettingsTab tab,
-                                    const ReadValue& read) {
+bool IsAbsent(const SettingRow& row, const ReadValue& read) {
+    return read(row.section, row.key).empty();
+}
+
+}  // namespace
+
+bool FillsInAbsentKeys(const AppSettings& before, const AppSettings& settings, SettingsTab tab, const ReadValue& read) {
+    if (tab == SettingsTab::Cpu) {
+        constexpr std::size_t cpu = IndexOf(MetricKind::Cpu);
+        if (before.refresh_ms[cpu] != settings.refresh_ms[cpu] && IsAbsent(PerCoreRow, read)) return true;
+    }
     const ColorRange range = TabColors(tab);
-    std::vector<std::size_t> colors(range.end - range.first);
-    std::iota(colors.begin(), colors.end(), range.first);
-    const auto comesFirst = [&](std::size_t color) {
-        return std::ranges::any_of(ColorLinks, [&](const ColorLink& link) {
-            return link.target == color && before.colors[link.source] != settings.colors[link.source] &&
-                   !ParseColor(read(ColorSection, IconColors[color].key));
-        });
-    };
-    std::stable_partition(colors.begin(), colors.end(), comesFirst);
-    return colors;
+    return std::ranges::any_of(ColorLinks, [&](const ColorLink& link) {
+        return link.target >= range.first && link.target < range.end &&
+               before.colors[link.source] != settings.colors[link.source] &&
+               !ParseColor(read(ColorSection, IconColors[link.target].key));
+    });
 }
 
 std::vector<const SettingRow*> RowOrder(const AppSettings& before, const AppSettings& settings, SettingsTab tab,
@@ -30,21 +34,16 @@ std::vector<const SettingRow*> RowOrder(const AppSettings& before, const AppSett
     for (const SettingRow& row : TabRows(tab))
         rows.push_back(&row);
 
-    constexpr std::size_t cpu = IndexOf(MetricKind::Cpu);
-    const bool isFilledIn =
-        before.refresh_ms[cpu] != settings.refresh_ms[cpu] && read(PerCoreRow.section, PerCoreRow.key).empty();
-    std::stable_partition(rows.begin(), rows.end(),
-                          [&](const SettingRow* row) { return isFilledIn && row == &PerCoreRow; });
-
     const auto first = std::ranges::find(rows, LoadGroup::Thresholds, &SettingRow::group);
     if (first == rows.end()) return rows;
-    const auto end = first + static_cast<std::ptrdiff_t>(settings.thresholds.size());
+    const std::span thresholds(first, settings.thresholds.size());
+    if (std::ranges::any_of(thresholds, [&](const SettingRow* row) { return IsAbsent(*row, read); })) return rows;
     const SettingRow* firstRow = *first;
     const auto rises = [&](const SettingRow* row) {
         const auto number = static_cast<std::size_t>(row - firstRow);
         return before.thresholds[number] < settings.thresholds[number];
     };
-    std::reverse(std::stable_partition(first, end, std::not_fn(rises)), end);
+    std::reverse(std::stable_partition(thresholds.begin(), thresholds.end(), std::not_fn(rises)), thresholds.end());
     return rows;
 }
 

@@ -1,9 +1,8 @@
 #pragma once
-// The order in which a tab's keys are written. The program can be ended between any two writes, and some keys are not
-// read on their own: thresholds out of order count as none, and an absent key is filled in from another. So that the
-// file reads as old or new after every write, setting by setting, a few keys are written out of their turn, and only
-// when it matters. The names of interfaces are not ordered: they go by their place in the list of interfaces.
-#include <cstddef>
+// What keeps the settings file readable while a tab is saved. The program can be ended between any two writes, and some
+// keys are not read on their own: an absent one is filled in from another, and thresholds out of order count as none.
+// Two rules keep each setting old or new after every write of a file that the program has written. The names of
+// interfaces have none: they go by their place in the list of interfaces.
 #include <vector>
 
 #include "settings/app_settings.h"
@@ -13,11 +12,12 @@ namespace kestrane {
 
 // `before` is what the file that `read` tells of holds now, as it is loaded.
 
-/// The colours of a tab. Those that a load would fill in from one that changes come first.
-std::vector<std::size_t> ColorOrder(const AppSettings& before, const AppSettings& settings, SettingsTab tab,
-                                    const ReadValue& read);
-/// The rows of a tab. The same holds for `per_core`, whose absence gives the disk the CPU's period. Thresholds that
-/// fall come before those that rise, and the last that rises before the others.
+/// Whether the save changes a key from which an absent one of the tab is filled in: a colour, or the CPU's period,
+/// which is also the disk's without `per_core`. Then the absent keys are first written as they are read.
+bool FillsInAbsentKeys(const AppSettings& before, const AppSettings& settings, SettingsTab tab, const ReadValue& read);
+
+/// The rows of a tab in the order of writing, which is the table's but for thresholds that are all there: those that
+/// fall come before those that rise, and of these the last comes first.
 std::vector<const SettingRow*> RowOrder(const AppSettings& before, const AppSettings& settings, SettingsTab tab,
                                         const ReadValue& read);
 

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <set>
@@ -109,14 +110,25 @@ TEST(WriteOrder, OnlyThresholdsThatRiseAreWrittenFromTheLastOn) {
     EXPECT_THAT(order({10, 20, 90}, {50, 60, 70}), ElementsAre(L"threshold3", L"threshold2", L"threshold1"));
 }
 
+TEST(WriteOrder, ThresholdsThatAreNotAllThereKeepTheirTurn) {
+    AppSettings settings = MakeDefaultSettings();
+    settings.thresholds = {60, 80, 95};
+    File file = WithThresholds({10, 20, 30});
+    file.erase({L"memory", L"threshold2"});
+    EXPECT_THAT(Lost(States(settings, SettingsTab::Memory, file)), IsEmpty());
+    for (const File& before : {File(), file}) {
+        const std::vector<std::wstring> keys = KeysOf(L"memory", settings, SettingsTab::Memory, before);
+        EXPECT_THAT(std::vector(keys.begin(), keys.begin() + 3),
+                    ElementsAre(L"threshold1", L"threshold2", L"threshold3"));
+    }
+}
+
 TEST(WriteOrder, TheDiskKeepsItsPeriodAtTheFirstSaveOfTheCpu) {
     AppSettings settings = MakeDefaultSettings();
     settings.refresh_ms[0] = 5000;
     EXPECT_THAT(Lost(States(settings, SettingsTab::Cpu, {})), IsEmpty());
-    const std::vector<std::wstring> keys = KeysOf(L"cpu", settings, SettingsTab::Cpu, {});
-    EXPECT_EQ(keys.front(), L"per_core") << "which tells that the file is not an old one";
-    const File later{{{L"cpu", L"per_core"}, L"0"}};
-    EXPECT_EQ(KeysOf(L"cpu", settings, SettingsTab::Cpu, later).front(), L"refresh_ms");
+    const File withPeriod{{{L"cpu", L"refresh_ms"}, L"1000"}};
+    EXPECT_THAT(Lost(States(settings, SettingsTab::Cpu, withPeriod)), IsEmpty());
 }
 
 TEST(WriteOrder, GraphsKeepTheirColoursAtTheFirstSaveOfOthers) {
@@ -126,6 +138,41 @@ TEST(WriteOrder, GraphsKeepTheirColoursAtTheFirstSaveOfOthers) {
     settings.colors[NetUp] = 0x0000FF;
     for (const SettingsTab tab : Tabs)
         EXPECT_THAT(Lost(States(settings, tab, {})), IsEmpty()) << static_cast<int>(tab);
+}
+
+/// The keys of one save, each once, in the order of their first writing.
+std::vector<std::wstring> FirstWrites(const std::vector<std::wstring>& keys) {
+    std::vector<std::wstring> first;
+    for (const std::wstring& key : keys) {
+        if (std::ranges::find(first, key) == first.end()) first.push_back(key);
+    }
+    return first;
+}
+
+TEST(WriteOrder, AFreshFileGetsItsKeysInTheOrderOfTheTable) {
+    const AppSettings defaults = MakeDefaultSettings();
+    AppSettings settings = defaults;
+    settings.colors[CpuFg] = 0xFF0000;
+    settings.refresh_ms[0] = 5000;
+    for (const wchar_t* section : {L"colors", L"icons", L"cpu"}) {
+        const std::vector<std::wstring> unchanged = KeysOf(section, defaults, SettingsTab::Cpu, {});
+        const std::vector<std::wstring> changed = KeysOf(section, settings, SettingsTab::Cpu, {});
+        EXPECT_EQ(FirstWrites(unchanged), unchanged) << "nothing depends on an absent key";
+        EXPECT_EQ(FirstWrites(changed), unchanged);
+        EXPECT_EQ(changed.size(), 2 * unchanged.size()) << "first as they are read, then as they are to be";
+    }
+}
+
+TEST(WriteOrder, OnlyAbsentKeysAreWrittenTwice) {
+    AppSettings settings = MakeDefaultSettings();
+    settings.colors[CpuFg] = 0xFF0000;
+    File file{{{L"cpu", L"per_core"}, L"0"}};
+    const std::vector<File> states = States(settings, SettingsTab::Cpu, file);
+    EXPECT_EQ(states.size() - 1, 2 * states.back().size() - 1);
+    EXPECT_TRUE(WriteSettingsTab(settings, SettingsTab::Cpu, Reader(file), Writer(file)));
+    settings.colors[CpuFg] = 0x00FF00;
+    settings.refresh_ms[0] = 5000;
+    EXPECT_EQ(States(settings, SettingsTab::Cpu, file).size(), 1 + file.size());
 }
 
 /// Saves of any settings after saves of any others, some of which never came: the program's own files.

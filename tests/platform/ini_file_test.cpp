@@ -36,9 +36,10 @@ struct World {
     std::vector<std::wstring> writes;   // "section.key", in order
     std::vector<std::wstring> refused;  // fail without reaching the file
     int known = 0;                      // calls to SHGetKnownFolderPath
+    int refusals = 0;                   // of these, from now on
     bool textWithFailure = false;       // it returns a text although it fails
     std::vector<void*> freed;           // by CoTaskMemFree, null left out
-    void* lastText = nullptr;           // of SHGetKnownFolderPath
+    std::vector<void*> texts;           // of SHGetKnownFolderPath
 };
 World world;
 
@@ -70,9 +71,9 @@ void WINAPI FakeCoTaskMemFree(void* memory) {
 /// The result of SHGetKnownFolderPath; only CoTaskMemFree may free it.
 PWSTR CopyForCaller(const std::wstring& text) {
     const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-    world.lastText = std::malloc(bytes);
-    std::memcpy(world.lastText, text.c_str(), bytes);
-    return static_cast<PWSTR>(world.lastText);
+    world.texts.push_back(std::malloc(bytes));
+    std::memcpy(world.texts.back(), text.c_str(), bytes);
+    return static_cast<PWSTR>(world.texts.back());
 }
 
 }  // namespace
@@ -89,7 +90,8 @@ HRESULT WINAPI SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD flags, HANDLE
     EXPECT_EQ(token, nullptr);
     ++world.known;
     *path = nullptr;
-    if (world.roaming.empty()) {
+    if (world.roaming.empty() || world.refusals > 0) {
+        --world.refusals;
         if (world.textWithFailure) *path = CopyForCaller(L"C:\\Nada");
         return E_FAIL;
     }
@@ -188,17 +190,11 @@ TEST_F(IniFileTest, TheFileIsInTheRoamingApplicationData) {
     EXPECT_EQ(IniPath(), L"C:\\Otro\\kestrane\\kestrane.ini");
 }
 
-TEST_F(IniFileTest, AKeptPathStays) {
-    const std::wstring known = std::exchange(world.roaming, L"");
-    const std::wstring temporary = (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring();
-    {
-        const KeptIniPath kept;
-        world.roaming = known;
-        EXPECT_EQ(IniPath(), temporary) << "what was not read is not overwritten";
-    }
-    const KeptIniPath kept;
-    world.roaming.clear();
-    EXPECT_EQ(IniPath(), known + L"\\kestrane\\kestrane.ini") << "what was read is written";
+TEST_F(IniFileTest, ASystemThatOnceDoesNotTellTheFolderIsAskedAgain) {
+    world.refusals = 1;
+    EXPECT_EQ(IniPath(), world.roaming + L"\\kestrane\\kestrane.ini");
+    world.refusals = 2;
+    EXPECT_EQ(IniPath(), (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring());
 }
 
 TEST_F(IniFileTest, WithoutThatFolderItIsInTheTemporaryOne) {
@@ -208,12 +204,13 @@ TEST_F(IniFileTest, WithoutThatFolderItIsInTheTemporaryOne) {
 
 TEST_F(IniFileTest, TheSystemsTextIsGivenBackWhateverTheAnswer) {
     IniPath();
-    EXPECT_THAT(world.freed, ElementsAre(world.lastText));
-    world.freed.clear();
+    EXPECT_EQ(world.freed, world.texts);
+    EXPECT_EQ(world.texts.size(), 1U);
     world.roaming.clear();
     world.textWithFailure = true;
     EXPECT_EQ(IniPath(), (std::filesystem::temp_directory_path() / L"kestrane" / L"kestrane.ini").wstring());
-    EXPECT_THAT(world.freed, ElementsAre(world.lastText));
+    EXPECT_EQ(world.freed, world.texts);
+    EXPECT_EQ(world.texts.size(), 3U);
 }
 
 TEST_F(IniFileTest, WithoutAnyFolderTheErrorPropagates) {

@@ -1,11 +1,14 @@
 #include "app/entry_win32.h"
 
 #include <array>
+#include <cstdlib>
+#include <exception>
 #include <utility>
 
 #include "app/app_win32.h"
 #include "app/command_line.h"
 #include "app/hidden_window_win32.h"
+#include "base/debug_log_win32.h"
 #include "base/handles_win32.h"
 #include "settings/autostart_win32.h"
 #include "settings/ini_file_win32.h"
@@ -72,9 +75,18 @@ void LookInSystemFolderOnly() {
     if (length > 0 && length < MAX_PATH) SetCurrentDirectoryW(folder.data());
 }
 
+/// What std::terminate calls. Left to itself, the C runtime of a program with windows shows a message box first, behind
+/// which the windows of this one would go on receiving messages, in whatever state the exception has left them.
+[[noreturn]] void EndAtOnce() {
+    LogDebug(L"kestrane: excepcion sin tratar, el programa termina\n");
+    TerminateProcess(GetCurrentProcess(), AbortExitCode);
+    std::abort();
+}
+
 }  // namespace
 
 int Main(HINSTANCE instance, const wchar_t* commandLine) {
+    std::set_terminate(&EndAtOnce);
     LookInSystemFolderOnly();
     if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);

@@ -13,6 +13,8 @@ inline constexpr DWORD ExitWaitMs = 5000;
 /// The same wait without a process handle: number of polls, and milliseconds between them.
 inline constexpr int ExitPollRounds = 50;
 inline constexpr DWORD ExitPollMs = 100;
+/// Of a process that an exception has ended, as the C runtime's abort has it.
+inline constexpr UINT AbortExitCode = 3;
 
 /// The entry function. Returns the exit code of the process: 0 also if another instance is running or the mutex cannot
 /// be created, 1 if the hidden window cannot be created.

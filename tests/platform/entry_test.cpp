@@ -7,12 +7,14 @@
 #include <algorithm>
 #include <cwchar>
 #include <deque>
+#include <exception>
 #include <string>
 #include <vector>
 
 #include "app/app_win32.h"
 #include "app/entry_win32.h"
 #include "app/hidden_window_win32.h"
+#include "base/handles_win32.h"
 #include "settings/migration_win32.h"
 #include "support/call_log.h"
 #include "support/fake_module_path_win32.h"
@@ -207,6 +209,15 @@ LSTATUS WINAPI FakeRegDeleteValueW(HKEY key, LPCWSTR name) {
     return REAL(L"advapi32", RegDeleteValueW)(key, name);
 }
 
+BOOL WINAPI FakeTerminateProcess(HANDLE process, UINT exitCode) {
+    NoteCall((process == GetCurrentProcess() ? "TerminateProcess " : "TerminateProcess ? ") + std::to_string(exitCode));
+    ExitThread(0);  // to the test, this thread has been the process
+}
+
+DWORD WINAPI Terminate(LPVOID) {
+    std::terminate();
+}
+
 void WINAPI FakeOutputDebugStringW(LPCWSTR text) {
     std::string narrow;
     for (; *text != 0; ++text)
@@ -239,6 +250,7 @@ decltype(&GetPrivateProfileStringW) __imp_GetPrivateProfileStringW = &FakeGetPri
 decltype(&RegCreateKeyExW) __imp_RegCreateKeyExW = &FakeRegCreateKeyExW;
 decltype(&RegSetValueExW) __imp_RegSetValueExW = &FakeRegSetValueExW;
 decltype(&RegDeleteValueW) __imp_RegDeleteValueW = &FakeRegDeleteValueW;
+decltype(&TerminateProcess) __imp_TerminateProcess = &FakeTerminateProcess;
 decltype(&OutputDebugStringW) __imp_OutputDebugStringW = &FakeOutputDebugStringW;
 }
 
@@ -295,6 +307,14 @@ TEST_F(MainTest, TheProgramLeavesTheFolderFromWhichItWasStarted) {
     ASSERT_TRUE(SetCurrentDirectoryW(windows));
     Main(Module, L"");
     EXPECT_EQ(currentFolder(), system);
+}
+
+TEST_F(MainTest, AnExceptionThatNothingCatchesEndsTheProgramWithoutAMessageBox) {
+    Main(Module, L"");
+    Calls().clear();
+    const UniqueKernelHandle thread(CreateThread(nullptr, 0, &Terminate, nullptr, 0, nullptr));
+    ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
+    EXPECT_THAT(Calls(), ElementsAre("kestrane: excepcion sin tratar, el programa termina\n", "TerminateProcess 3"));
 }
 
 TEST_F(MainTest, NoMutexMeansNothingIsStarted) {

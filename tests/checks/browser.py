@@ -11,6 +11,7 @@ import base64
 import json
 import os
 import select
+import signal
 import subprocess
 import time
 
@@ -48,6 +49,7 @@ class Browser:
             stdin=subprocess.DEVNULL,
             stdout=self._log,
             stderr=subprocess.STDOUT,
+            start_new_session=True,
             env={**os.environ, "HOME": str(folder), "XDG_CONFIG_HOME": str(folder), "XDG_CACHE_HOME": str(folder)},
         )
         os.close(commands)
@@ -55,6 +57,13 @@ class Browser:
         self._received = b""
         self._number = 0
         self.events = []
+        try:
+            self._open_tab()
+        except BaseException:
+            self._end(patience=0)
+            raise
+
+    def _open_tab(self):
         target = self.call("Target.createTarget", url="about:blank")["targetId"]
         self._session = self.call("Target.attachToTarget", targetId=target, flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Network", "Log"):
@@ -65,11 +74,14 @@ class Browser:
         return self
 
     def __exit__(self, *_):
+        self._end(TIMEOUT)
+
+    def _end(self, patience):
         os.close(self._commands)  # without the pipe it ends
         try:
-            self._process.wait(TIMEOUT)
+            self._process.wait(patience)
         except subprocess.TimeoutExpired:
-            self._process.kill()
+            os.killpg(self._process.pid, signal.SIGKILL)
             self._process.wait()
         os.close(self._answers)
         self._log.close()

@@ -2,7 +2,8 @@
 # Writes the web pages of a release: scripts/pages.sh RELEASE_FOLDER VERSION. The folder already holds kestrane.exe,
 # from which the pages take the size and the hash. The same files always give the same pages. KESTRANE_WEBSITE_ID and
 # KESTRANE_STATS_HOST are those of the build: without an id the pages say that it sends no statistics. The sources are in
-# site/, CHANGELOG.md and CAMBIOS.md, whose top section is about the version, or still has no number.
+# site/, CHANGELOG.md and CAMBIOS.md, whose top section is about the version, or still has no number; one without entries
+# is left out.
 set -euo pipefail
 if [ $# -ne 2 ] || [ ! -f "$1/kestrane.exe" ]; then
     echo "usage: scripts/pages.sh RELEASE_FOLDER VERSION, with kestrane.exe in the folder" >&2
@@ -28,14 +29,14 @@ grouped() {
 
 # changes FILE UNRELEASED: the list as HTML, without its title. Each version has an anchor.
 changes() {
-    local top
-    top=$(sed -n 's/^## //p; /^## /q' "$1")
-    if [ "$top" != "$version" ] && [ "$top" != "$2" ]; then
-        echo "$1 must begin with \"## $2\" or \"## $version\", not \"## $top\"" >&2
+    local list top
+    list=$(awk 'found; !found && /^## / { top = $0; next } !found && top && NF { found = 1; print top "\n\n" $0 }' "$1")
+    top=${list%%$'\n'*}
+    if [ "$top" != "## $version" ] && [ "$top" != "## $2" ]; then
+        echo "$1 says nothing of $version: its first section with entries must be \"## $2\" or \"## $version\", not \"$top\"" >&2
         return 1
     fi
-    sed -n '/^## /,$p' "$1" | sed "1s/.*/## $version/" | cmark --smart |
-        sed -E 's|^<h2>([0-9.]+)</h2>$|<h2 id="v\1">\1</h2>|'
+    sed "1s/.*/## $version/" <<<"$list" | cmark --smart | sed -E 's|^<h2>([0-9.]+)</h2>$|<h2 id="v\1">\1</h2>|'
 }
 
 # Keeps one branch of each @IF STATISTICS@, @ELSE@, @END@.

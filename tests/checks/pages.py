@@ -11,11 +11,13 @@ import http.server
 import os
 import pathlib
 import re
+import select
 import shutil
 import subprocess
 import tempfile
 import threading
 import unittest
+import unittest.mock
 import urllib.parse
 
 from browser import Browser
@@ -28,6 +30,15 @@ UNRELEASED = {"CHANGELOG.md": "Unreleased", "CAMBIOS.md": "Sin publicar"}
 
 # Not a whole number of kilobytes, and long enough for two separators.
 PROGRAM = b"MZ" + bytes(range(256)) * 4096 + b"the end"
+
+# In place of a browser: refuses the first command, and does not end when it should, nor does its child.
+STAND_IN = """#!/bin/sh
+exec 5>"$HOME/alive"
+echo here >&5
+sleep 1000 &
+printf '{"id": 1, "error": "no such target"}\\0' >&4
+exec sleep 1000
+"""
 
 PAGES = {"index.html": "en", "changelog.html": "en", "es/index.html": "es", "es/changelog.html": "es"}
 WIDTHS = (375, 1280)
@@ -113,7 +124,7 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         pass
 
 
-def make_pages(folder, root=ROOT, version=VERSION, **environment):
+def make_pages(folder, root, version=VERSION, **environment):
     """Makes the pages beside a program that is a stand-in."""
     folder.mkdir(exist_ok=True)
     (folder / "kestrane.exe").write_bytes(PROGRAM)
@@ -122,10 +133,22 @@ def make_pages(folder, root=ROOT, version=VERSION, **environment):
     return subprocess.run(command, env={**without, **environment}, capture_output=True, text=True)
 
 
-def versions(name):
+def copy_sources(tree):
+    """The sources of the pages. Between two releases the lists of changes may have nothing new; those of the copy have."""
+    for folder in "site", "scripts", "res":
+        shutil.copytree(ROOT / folder, tree / folder)
+    for name, unreleased in UNRELEASED.items():
+        text = (ROOT / name).read_text(encoding="utf-8")
+        heading = f"## {unreleased}\n"
+        if heading not in text:
+            text = re.sub("^## ", f"{heading}\n## ", text, count=1, flags=re.M)
+        (tree / name).write_text(text.replace(heading, heading + "\n- A test of the pages.\n"), encoding="utf-8")
+
+
+def versions(path):
     """The versions in a list of changes, each with its number of entries."""
     found = []
-    for line in (ROOT / name).read_text(encoding="utf-8").splitlines():
+    for line in path.read_text(encoding="utf-8").splitlines():
         if line.startswith("## "):
             found.append([line[3:], 0])
         elif line.startswith("- "):
@@ -138,11 +161,11 @@ class PagesTest(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        scratch = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(scratch.cleanup)
-        cls.scratch = pathlib.Path(scratch.name)
+        cls.scratch = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.sources = cls.scratch / "sources"
+        copy_sources(cls.sources)
         cls.folder = cls.scratch / "release"
-        made = make_pages(cls.folder)
+        made = make_pages(cls.folder, cls.sources)
         if made.returncode:
             raise AssertionError(made.stderr)
         cls.pages = {name: Page(cls.folder, name) for name in PAGES}
@@ -185,13 +208,13 @@ class OnPaperTest(PagesTest):
 
     def test_the_same_files_give_the_same_pages(self):
         again = self.scratch / "again"
-        self.assertEqual(make_pages(again, LC_ALL="C", TZ="Asia/Tokyo").returncode, 0)
+        self.assertEqual(make_pages(again, self.sources, LC_ALL="C", TZ="Asia/Tokyo").returncode, 0)
         difference = subprocess.run(["diff", "-r", self.folder, again], capture_output=True, text=True)
         self.assertEqual(difference.stdout + difference.stderr, "")
 
     def test_statistics_are_told_as_the_build_sends_them(self):
         counted = self.scratch / "counted"
-        made = make_pages(counted, KESTRANE_WEBSITE_ID="some id", KESTRANE_STATS_HOST=STATS_HOST)
+        made = make_pages(counted, self.sources, KESTRANE_WEBSITE_ID="some id", KESTRANE_STATS_HOST=STATS_HOST)
         self.assertEqual(made.returncode, 0, made.stderr)
         no_statistics = {"index.html": "The program sends none.", "es/index.html": "El programa no las envía."}
         for name, none in no_statistics.items():
@@ -203,7 +226,7 @@ class OnPaperTest(PagesTest):
             self.assertIn("install_id", with_id)
 
     def test_both_lists_of_changes_are_in_step(self):
-        english, spanish = versions("CHANGELOG.md"), versions("CAMBIOS.md")
+        english, spanish = versions(ROOT / "CHANGELOG.md"), versions(ROOT / "CAMBIOS.md")
         self.assertGreater(len(english), 0)
         if english[0][0] == UNRELEASED["CHANGELOG.md"]:
             english[0][0] = UNRELEASED["CAMBIOS.md"]
@@ -211,32 +234,62 @@ class OnPaperTest(PagesTest):
 
     def test_every_change_is_on_the_page_under_its_version(self):
         for name, page in ("CHANGELOG.md", "changelog.html"), ("CAMBIOS.md", "es/changelog.html"):
-            wanted = versions(name)
+            wanted = [[version, count] for version, count in versions(self.sources / name) if count]
             wanted[0][0] = VERSION
-            parts = re.split(r'<h2 id="v([0-9.]+)">\1</h2>', self.pages[page].text)[1:]
-            self.assertEqual([[parts[i], parts[i + 1].count("<li>")] for i in range(0, len(parts), 2)], wanted)
+            self.assertEqual(self.versions_shown(self.folder, page), wanted)
 
-    def copy_sources(self, name, heading):
-        """A tree in which the first version of a list of changes is another one."""
-        tree = pathlib.Path(tempfile.mkdtemp(dir=self.scratch))
-        for folder in "site", "scripts", "res":
-            shutil.copytree(ROOT / folder, tree / folder)
-        for file in UNRELEASED:
-            shutil.copy(ROOT / file, tree)
-        text = (tree / name).read_text(encoding="utf-8")
-        (tree / name).write_text(re.sub("^## .*$", f"## {heading}", text, count=1, flags=re.M), encoding="utf-8")
-        return tree
+    def versions_shown(self, folder, page):
+        """The versions on a page, each with its number of entries."""
+        text = (folder / page).read_text(encoding="utf-8")
+        self.assertEqual(text.count("<h2"), text.count('<h2 id="v'))
+        parts = re.split(r'<h2 id="v([0-9.]+)">\1</h2>', text)[1:]
+        return [[parts[i], parts[i + 1].count("<li>")] for i in range(0, len(parts), 2)]
 
-    def test_a_list_of_changes_about_another_version_is_refused(self):
-        for name in UNRELEASED:
-            made = make_pages(self.scratch / "other", root=self.copy_sources(name, "12.34.4"))
-            self.assertEqual(made.returncode, 1)
-            self.assertIn(f'{name} must begin with "## {UNRELEASED[name]}" or "## {VERSION}"', made.stderr)
+    def make_pages_of(self, *lists):
+        """The pages whose lists of changes, the English and the Spanish one, are these."""
+        folder = pathlib.Path(tempfile.mkdtemp(dir=self.scratch))
+        copy_sources(folder / "sources")
+        for name, text in zip(UNRELEASED, lists):
+            (folder / "sources" / name).write_text(text, encoding="utf-8")
+        return folder, make_pages(folder, folder / "sources")
 
-    def test_a_list_of_changes_that_names_the_version_is_taken(self):
-        for name in UNRELEASED:
-            made = make_pages(self.scratch / "named", root=self.copy_sources(name, VERSION))
-            self.assertEqual((made.returncode, made.stderr), (0, ""))
+    def test_a_section_of_the_version_or_without_a_number_is_taken(self):
+        rest = "\n\n- Two.\n- Three.\n\n## 12.34.4\n\n- One.\n"
+        for english in ("Unreleased", VERSION, f"Unreleased\n\n## {VERSION}"):
+            spanish = english.replace("Unreleased", UNRELEASED["CAMBIOS.md"])
+            folder, made = self.make_pages_of(f"# A\n\n## {english}{rest}", f"# B\n\n## {spanish}{rest}")
+            self.assertEqual((made.returncode, made.stderr), (0, ""), english)
+            for page in ("changelog.html", "es/changelog.html"):
+                self.assertEqual(self.versions_shown(folder, page), [[VERSION, 2], ["12.34.4", 1]], english)
+
+    def test_a_list_that_says_nothing_of_the_version_is_refused(self):
+        good = ["# A\n\n## Unreleased\n\n- One.\n", "# B\n\n## Sin publicar\n\n- Uno.\n"]
+        self.assertEqual(self.make_pages_of(*good)[1].returncode, 0)
+        older = "## 12.34.4\n\n- One.\n"
+        for place, (name, unreleased) in enumerate(UNRELEASED.items()):
+            for text in (older, f"## {unreleased}\n\n{older}", f"## {VERSION}\n\n{older}", f"## {unreleased}\n", "# A\n", ""):
+                _, made = self.make_pages_of(*good[:place], text, *good[place + 1 :])
+                self.assertEqual(made.returncode, 1, text)
+                self.assertIn(f'{name} says nothing of {VERSION}: its first section with entries must be "## ', made.stderr)
+
+
+class StartOfTheBrowserTest(unittest.TestCase):
+    def test_one_that_fails_leaves_no_browser_behind(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        stand_in = folder / "chromium"
+        stand_in.write_text(STAND_IN)
+        stand_in.chmod(0o755)
+        path = f"{folder}:{os.environ['PATH']}"
+        os.mkfifo(folder / "alive")
+        alive = os.open(folder / "alive", os.O_RDONLY | os.O_NONBLOCK)
+        self.addCleanup(os.close, alive)
+        open_files = os.listdir("/proc/self/fd")
+        with unittest.mock.patch.dict(os.environ, PATH=path), self.assertRaisesRegex(AssertionError, "no such target"):
+            Browser(folder)
+        self.assertEqual(os.listdir("/proc/self/fd"), open_files)
+        self.assertEqual(os.read(alive, 100), b"here\n")
+        # Readable once more when nobody has it open any longer.
+        self.assertEqual(select.select([alive], [], [], 60)[0], [alive], "something of the browser still runs")
 
 
 class InTheBrowserTest(PagesTest):

@@ -4,8 +4,7 @@ import time
 
 import private_network
 from harness import NIM_ADD, NO_CHECK, VERSION, every, main, wait_until, windows_path
-from onscreen import DIALOG_CLASS, Picture
-from onscreen import NIN_BALLOONUSERCLICK
+from onscreen import DIALOG_CLASS, NIN_BALLOONUSERCLICK, Picture
 from settings_dialog import CHECK_UPDATES, GENERAL_SAVE, GENERAL_TAB
 from update_server import HOST, STATS_HOST, keep_silent, reply
 from updates import (

@@ -24,8 +24,18 @@ from harness import (
     every,
     windows_path,
 )
-from onscreen import DIALOG_CLASS, GRAPH_CLASS, LEFT_BUTTON, MENU_CLASS, NIN_SELECT, PLACES, WM_CONTEXTMENU, Neighbour
-from onscreen import counters, double_click_time
+from onscreen import (
+    DIALOG_CLASS,
+    GRAPH_CLASS,
+    LEFT_BUTTON,
+    MENU_CLASS,
+    NIN_SELECT,
+    PLACES,
+    WM_CONTEXTMENU,
+    Neighbour,
+    counters,
+    double_click_time,
+)
 from settings_window import TAB_BUTTONS
 from test_promotion import PROMOTION_TIMER, entry
 from torture_counts import Counts

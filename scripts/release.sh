@@ -9,7 +9,8 @@
 #   --sign KEY.pem     KESTRANE_SIGNING_KEY   signs the manifest; its public half is built in
 #   --key PUBLIC       KESTRANE_MANIFEST_KEY  a public key to build in instead, for the one release that changes the key
 #
-# The program depends on nothing but the commit, the version, these values and the compiler: see scripts/reproduce.sh.
+# The program depends on nothing but the commit, the version, these values and the compiler, all of which are told in
+# BUILD.txt: see scripts/reproduce.sh. A release that fails changes nothing: the former folder stays, and there is no tag.
 set -euo pipefail
 here=$PWD
 cd "$(dirname "$0")/.."
@@ -113,6 +114,25 @@ JSON
     fi
 }
 
+# What somebody else needs to build the same bytes.
+write_build() {
+    local name
+    echo "kestrane $version"
+    echo
+    echo "Commit $commit"
+    echo "Debian $(</etc/debian_version)"
+    dpkg-query --show --showformat '${Package} ${Version}\n' g++-mingw-w64-x86-64-win32 gcc-mingw-w64-x86-64-win32 \
+        gcc-mingw-w64-x86-64-win32-runtime binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev cmake ninja-build
+    echo
+    echo "On that Debian, with these packages, this makes the same kestrane.exe again and compares it with PROGRAM:"
+    echo
+    echo "git checkout $commit"
+    for name in KESTRANE_UPDATE_HOST KESTRANE_STATS_HOST KESTRANE_WEBSITE_ID KESTRANE_MANIFEST_KEY; do
+        echo "export $name='${!name}'"
+    done
+    echo "scripts/reproduce.sh PROGRAM"
+} >"$new/BUILD.txt"
+
 # Of all other files.
 write_sums() {
     (cd "$new" && find . -type f -printf '%P\0' | sort -z | xargs -0 sha256sum --) >build/release.sums
@@ -124,6 +144,24 @@ tag() {
     local details=()
     ! git var GIT_COMMITTER_IDENT >/dev/null 2>&1 || details=(--annotate --message "kestrane $version")
     git tag "${details[@]}" "v$version" "$commit"
+}
+
+# The tag comes last: what fails before it is undone at the end, by what lies where.
+put_in_place() {
+    rm -rf "$former"
+    placing=yes
+    [ ! -e "$folder" ] || mv -T "$folder" "$former"
+    mv -T "$new" "$folder"
+    tag
+    placing=
+}
+
+clean_up() {
+    if [ -n "$placing" ]; then
+        [ -e "$new" ] || rm -rf "$folder"
+        [ ! -e "$former" ] || mv -T "$former" "$folder" || return
+    fi
+    rm -rf "$new" "$former" build/release.sums
 }
 
 [ $# -gt 0 ] || usage
@@ -149,8 +187,13 @@ done
 scripts/packages.sh cmark git
 umask 022
 source=$PWD/build/release-build/source
-new=$PWD/build/release.new
-trap 'rm -rf "$new" build/release.sums' EXIT
+folder=$PWD/build/release
+new=$folder.new
+former=$folder.former
+placing=
+# An earlier run may have been killed between its last steps.
+[ -e "$folder" ] || [ ! -e "$former" ] || mv -T "$former" "$folder"
+trap clean_up EXIT
 rm -rf "$new"
 check_version
 check_values
@@ -162,9 +205,8 @@ build
 install -D -m 644 build/release-build/windows/kestrane.exe "$new/kestrane.exe"
 "$source/scripts/pages.sh" "$new" "$version"
 write_manifest
+write_build
 write_sums
-tag
-rm -rf build/release
-mv "$new" build/release
-echo "Upload $PWD/build/release to https://$KESTRANE_UPDATE_HOST/, latest.json last: from then on every copy is offered kestrane $version."
+put_in_place
+echo "Upload $folder to https://$KESTRANE_UPDATE_HOST/, latest.json last: from then on every copy is offered kestrane $version."
 echo "Publish the tag: git push origin v$version. To take it back instead: git tag --delete v$version."

@@ -2,8 +2,8 @@
 # Makes a release of this tree, committed or not, twice and compares them byte for byte: scripts/reproduce.sh. The second
 # is made in another folder, at another time, as another user, in another locale and with another number of jobs.
 # scripts/reproduce.sh PROGRAM [FOLDER] makes only the second, of the version of this program, and compares with it: was it
-# built from this tree? KESTRANE_UPDATE_HOST and the like must be as they were for it: see scripts/release.sh. FOLDER, new
-# or empty, keeps the release.
+# built from this tree? KESTRANE_UPDATE_HOST and the like must be as they were for it: BUILD.txt beside a published program
+# tells them, its commit, and the packages that it was built with. FOLDER, new or empty, keeps the release.
 set -euo pipefail
 here=$PWD
 cd "$(dirname "$0")/.."
@@ -51,6 +51,7 @@ release_elsewhere() {
 
 fail() {
     cat "$1/build/release.log" >&2
+    echo "no release could be made in $1: see above" >&2
     exit 1
 }
 
@@ -105,11 +106,18 @@ if [ $# -gt 0 ]; then
     fi
     copy_tree "$folder"
     release_elsewhere "$folder"
-    compare_programs "$program" "$folder/build/release/kestrane.exe"
+    if ! compare_programs "$program" "$folder/build/release/kestrane.exe"; then
+        echo "The published BUILD.txt tells which commit, values and packages it takes. The packages here are:"
+        sed -n '/^Debian /,/^$/p' "$folder/build/release/BUILD.txt"
+        exit 1
+    fi
+    echo "the same byte for byte: $program"
     exit
 fi
 unset KESTRANE_MANIFEST_KEY
-version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+# The list of changes may be about a later version than that of the tree.
+version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p; s/^## \([0-9.]*\)$/\1/p' CMakeLists.txt CHANGELOG.md |
+    sort --version-sort | tail -n 1)
 copy_tree "$scratch/first"
 cp -R "$scratch/first" "$scratch/the-second-one"
 release_here "$scratch/first"

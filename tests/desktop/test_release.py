@@ -1,10 +1,13 @@
 """A release: scripts/release.sh makes it at another time and place, by scripts/reproduce.sh, of this tree; it is the
-same as the tree's own build, an older copy updates itself from the folder, and what must not be released is refused."""
+same as the tree's own build, an older copy updates itself from the folder, and what must not be released is refused.
+
+The version is that of the tree, and something is listed as new in it, whatever the lists of changes say at the time."""
 
 import hashlib
 import json
 import os
 import pathlib
+import re
 import shutil
 import ssl
 import stat
@@ -21,11 +24,25 @@ from update_server import HOST, STATS_HOST, reply
 from updates import LONGEST_CHECK, UpdateTest
 
 OLDER = "0.0.9"
+LISTS = {"CHANGELOG.md": "Unreleased", "CAMBIOS.md": "Sin publicar"}
 
-# A copy of the tree, in which the release is made. Its parent is no folder of a build.
+# The tree with lists of changes of the test's own, and a copy of that in which the release is made. Their parent is no
+# folder of a build.
+SOURCES = private_network.SCRATCH / "sources"
 TREE = private_network.SCRATCH / "a copy of the tree"
 RELEASE = TREE / "build" / "release"
-MADE = ("kestrane.exe", "latest.json", "SHA256SUMS")
+MADE = ("kestrane.exe", "latest.json", "BUILD.txt", "SHA256SUMS")
+
+# What building needs beside the sources: the packages whose versions decide on the program's bytes.
+PACKAGES = (
+    "g++-mingw-w64-x86-64-win32",
+    "gcc-mingw-w64-x86-64-win32",
+    "gcc-mingw-w64-x86-64-win32-runtime",
+    "binutils-mingw-w64-x86-64",
+    "mingw-w64-x86-64-dev",
+    "cmake",
+    "ninja-build",
+)
 
 # In place of CMake: notes how it is called, and "builds" what it is told to.
 STAND_IN = """#!/bin/sh
@@ -34,17 +51,50 @@ printf '%s\\n' "$@" >>"$CALLS"
 [ "$1" = --build ] || { while [ "$1" != -B ]; do shift; done; mkdir -p "$2"; }
 """
 
+comparison = None
+"""What scripts/reproduce.sh says of the release and the tree's own build."""
+
 
 def setUpModule():
+    global comparison
+    # A hook of git names its own repository to what it runs.
+    for name in subprocess.run(["git", "rev-parse", "--local-env-vars"], capture_output=True, text=True).stdout.split():
+        os.environ.pop(name, None)
+    copy_tree()
     TREE.mkdir()
-    made = subprocess.run([ROOT / "scripts" / "reproduce.sh", BUILD / "kestrane.exe", TREE], text=True, capture_output=True)
-    if made.returncode != 0:
-        raise AssertionError(f"the release is not as it should be:\n{made.stdout}{made.stderr}")
-    assert git("tag").split() == [f"v{VERSION}"]
+    comparison = reproduce(BUILD / "kestrane.exe", TREE)
+    if not RELEASE.is_dir():
+        raise AssertionError(f"no release could be made:\n{comparison.stdout}{comparison.stderr[-3000:]}")
 
 
-def git(*arguments):
-    return subprocess.run(["git", "-C", TREE, *arguments], check=True, capture_output=True, text=True).stdout
+def copy_tree():
+    files = git("ls-files", "-z", "--cached", "--others", "--exclude-standard", folder=ROOT).split("\0")
+    for name in filter(lambda name: name and (ROOT / name).exists(), files):
+        (SOURCES / name).parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(ROOT / name, SOURCES / name)
+    write_lists(SOURCES, "## {}\n\n- Something.\n")
+    git("init", "--quiet", folder=SOURCES)
+
+
+def write_lists(tree, text):
+    """Both lists of changes, with the heading of what is unreleased for each {}."""
+    for name, unreleased in LISTS.items():
+        (tree / name).write_text(f"# kestrane\n\n{text.format(unreleased)}", encoding="utf-8")
+
+
+def reproduce(*arguments, environment=None):
+    command = [SOURCES / "scripts" / "reproduce.sh", *arguments]
+    return subprocess.run(command, env=environment, text=True, capture_output=True, check=False)
+
+
+def git(*arguments, folder):
+    return subprocess.run(["git", "-C", folder, *arguments], check=True, capture_output=True, text=True).stdout
+
+
+def later(minor=0, patch=0):
+    """A version after that of the tree."""
+    numbers = [int(number) for number in VERSION.split(".")]
+    return f"{numbers[0]}.{numbers[1] + minor}.{(0 if minor else numbers[2]) + patch}"
 
 
 def contents(folder):
@@ -59,6 +109,11 @@ def sums(files):
 
 class TheFolder(unittest.TestCase):
     """What lies in build/release."""
+
+    def test_the_program_is_that_of_the_tree_byte_for_byte(self):
+        self.assertEqual((comparison.returncode, comparison.stderr), (0, ""), comparison.stdout)
+        self.assertEqual(comparison.stdout, f"the same byte for byte: {BUILD / 'kestrane.exe'}\n")
+        self.assertEqual((RELEASE / "kestrane.exe").read_bytes(), (BUILD / "kestrane.exe").read_bytes())
 
     def test_it_is_complete_and_its_sums_are_right(self):
         files = contents(RELEASE)
@@ -95,20 +150,42 @@ class TheFolder(unittest.TestCase):
         }
         self.assertEqual(json.loads((RELEASE / "latest.json").read_bytes()), expected)
 
+    def test_the_record_of_the_build_says_how_to_repeat_it(self):
+        query = ["dpkg-query", "--show", *PACKAGES]
+        packages = subprocess.run(query, check=True, capture_output=True, text=True).stdout
+        debian = pathlib.Path("/etc/debian_version").read_text().strip()
+        commit = git("rev-parse", "HEAD", folder=TREE).strip()
+        first, facts, how, commands = (RELEASE / "BUILD.txt").read_text().strip().split("\n\n")
+        self.assertEqual(first, f"kestrane {VERSION}")
+        self.assertEqual(facts.splitlines()[:2], [f"Commit {commit}", f"Debian {debian}"])
+        self.assertEqual(set(facts.splitlines()[2:]), set(packages.replace("\t", " ").splitlines()))
+        self.assertIn("makes the same kestrane.exe", how)
+        expected = [
+            f"git checkout {commit}",
+            f"export KESTRANE_UPDATE_HOST='{HOST}'",
+            f"export KESTRANE_STATS_HOST='{STATS_HOST}'",
+            "export KESTRANE_WEBSITE_ID=''",
+            "export KESTRANE_MANIFEST_KEY=''",
+            "scripts/reproduce.sh PROGRAM",
+        ]
+        self.assertEqual(commands.splitlines(), expected)
+
     def test_the_tag_is_of_the_commit(self):
-        self.assertEqual(git("cat-file", "-t", f"v{VERSION}").strip(), "tag")
-        self.assertEqual(git("rev-parse", f"v{VERSION}^{{commit}}"), git("rev-parse", "HEAD"))
+        self.assertEqual(git("tag", folder=TREE), f"v{VERSION}\n")
+        self.assertEqual(git("cat-file", "-t", f"v{VERSION}", folder=TREE).strip(), "tag")
+        self.assertEqual(git("rev-parse", f"v{VERSION}^{{commit}}", folder=TREE), git("rev-parse", "HEAD", folder=TREE))
 
 
 class OtherReleases(unittest.TestCase):
-    """Attempts, with a stand-in for CMake so that they take no time. Each starts from a tree with one release."""
+    """Attempts, with a stand-in for CMake so that they take no time. Each has a copy of the tree with one release."""
 
     def setUp(self):
         self.folder = folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.put_in_path("cmake", STAND_IN)
         self.calls = folder / "calls"
+        self.calls.touch()
         self.built = folder / "kestrane.exe"
-        self.built.write_bytes((BUILD / "kestrane.exe").read_bytes())
+        self.built.write_bytes((RELEASE / "kestrane.exe").read_bytes())
         self.key = folder / "key.pem"
         self.environment = {
             **{name: value for name, value in os.environ.items() if not name.startswith("KESTRANE_")},
@@ -116,32 +193,30 @@ class OtherReleases(unittest.TestCase):
             "CALLS": str(self.calls),
             "BUILT": str(self.built),
         }
-        self.kept = shutil.copytree(RELEASE, folder / "release")
+        left_out = shutil.ignore_patterns("release-build", "release.log")
+        self.tree = shutil.copytree(TREE, folder / "tree", ignore=left_out)
+        self.released = self.tree / "build" / "release"
         self.before = self.state()
-        self.addCleanup(self.restore)
 
     def put_in_path(self, name, script):
         path = self.folder / name
         path.write_text(script)
         path.chmod(0o755)
 
+    def git(self, *arguments):
+        return git(*arguments, folder=self.tree)
+
+    def commit(self):
+        self.git("commit", "--all", "--message", "Another state")
+
     def state(self):
-        return contents(RELEASE), git("tag"), [path.name for path in RELEASE.parent.glob("release.*")]
+        return contents(self.released), self.git("tag"), [path.name for path in self.released.parent.glob("release.*")]
 
-    def restore(self):
-        for tag in git("tag").split():
-            if tag != f"v{VERSION}":
-                git("tag", "--delete", tag)
-        git("reset", "--hard", f"v{VERSION}")
-        git("clean", "--force", "-d")
-        shutil.rmtree(RELEASE)
-        shutil.copytree(self.kept, RELEASE)
-
-    def release(self, *arguments, folder=TREE, **environment):
+    def release(self, *arguments, folder=None, **environment):
         self.calls.write_text("")
-        command = [TREE / "scripts" / "release.sh", *map(str, arguments)]
+        command = [self.tree / "scripts" / "release.sh", *map(str, arguments)]
         told = {**self.environment, **environment}
-        return subprocess.run(command, cwd=folder, env=told, capture_output=True, text=True, check=False)
+        return subprocess.run(command, cwd=folder or self.tree, env=told, capture_output=True, text=True, check=False)
 
     def assert_refused(self, why, *arguments, **environment):
         """Before anything is built, and nothing has changed."""
@@ -151,13 +226,14 @@ class OtherReleases(unittest.TestCase):
         self.assertEqual(self.calls.read_text(), "", arguments)
         self.assertEqual(self.state(), self.before, arguments)
 
-    def assert_released(self, version, *arguments, folder=TREE, **environment):
+    def assert_released(self, version, *arguments, folder=None, **environment):
         """What the build was told: the values of its variables."""
         result = self.release(version, *arguments, folder=folder, **environment)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(len(result.stdout.splitlines()), 2)
-        self.assertEqual(json.loads((RELEASE / "latest.json").read_bytes())["version"], version)
-        self.assertIn(f"v{version}", git("tag").split())
+        self.assertEqual(json.loads((self.released / "latest.json").read_bytes())["version"], version)
+        self.assertIn(f"v{version}", self.git("tag").split())
+        self.assertEqual([path.name for path in self.released.parent.glob("release.*")], [])
         definitions = [line[2:].split("=", 1) for line in self.calls.read_text().splitlines() if line.startswith("-D")]
         self.assertEqual(definitions[:2], [["KESTRANE_TESTS", "OFF"], ["KESTRANE_VERSION", version]])
         return dict(definitions[2:])
@@ -173,81 +249,115 @@ class OtherReleases(unittest.TestCase):
     def test_a_version_is_newer_than_all_that_were_released(self):
         self.assert_refused(f"is not newer than {VERSION}", VERSION)
         self.assert_refused(f"is older than the tree, which says {VERSION}", OLDER)
-        for tag in ("v0.9.0", "v0.10.0", "v7", "v8.0", "v9.0.0.1", "v9.0.0-beta", "9.0.0", "v09.0.0"):
-            git("tag", tag)
+        ninth, tenth = later(minor=9), later(minor=10)
+        no_versions = ("v65001", "v65002.0", "v65003.0.0.1", "v65004.0.0-beta", "65005.0.0", "v065006.0.0")
+        for tag in (f"v{ninth}", f"v{tenth}", *no_versions):
+            self.git("tag", tag)
         self.before = self.state()
-        for version in ("0.2.0", "0.9.0", "0.9.1", "0.10.0"):
-            self.assert_refused("is not newer than 0.(9|10).0", version)
-        self.assert_released("0.10.1")
+        for version in (later(minor=1), ninth, later(minor=9, patch=1), tenth):
+            self.assert_refused(f"is not newer than ({ninth}|{tenth})", version)
+        after = later(minor=10, patch=1)
+        self.assert_released(after)
         self.before = self.state()
-        self.assert_refused("is not newer than 0.10.1", "0.10.1")
+        self.assert_refused(f"is not newer than {after}", after)
 
     def test_only_what_is_committed_is_released(self):
-        source = TREE / "src" / "base" / "version.cpp"
-        original = source.read_bytes()
-        source.write_bytes(original + b"\n")
-        self.assert_refused("not committed", "0.1.1")
-        git("add", "--all")
-        self.assert_refused("not committed", "0.1.1")
-        git("reset", "--hard")
+        source = self.tree / "src" / "base" / "version.cpp"
+        source.write_bytes(source.read_bytes() + b"\n")
+        self.assert_refused("not committed", later(patch=1))
+        self.git("add", "--all")
+        self.assert_refused("not committed", later(patch=1))
+        self.git("reset", "--hard")
         source.unlink()
-        self.assert_refused("not committed", "0.1.1")
-        git("reset", "--hard")
-        for stray in (source.with_name("stray.cpp"), TREE / "stray.txt"):
+        self.assert_refused("not committed", later(patch=1))
+        self.git("reset", "--hard")
+        for stray in (source.with_name("stray.cpp"), self.tree / "stray.txt"):
             stray.touch()
-            self.assert_refused("not committed", "0.1.1")
+            self.assert_refused("not committed", later(patch=1))
             stray.unlink()
-        (TREE / ".git" / "info" / "exclude").write_text("ignored.cpp\n")
+        (self.tree / ".git" / "info" / "exclude").write_text("ignored.cpp\n")
         source.with_name("ignored.cpp").touch()
-        self.assert_released("0.1.1")
-        built = contents(TREE / "build" / "release-build" / "source")
-        self.assertEqual(set(built), set(git("ls-files", "-z").rstrip("\0").split("\0")))
-        source.with_name("ignored.cpp").unlink()
+        self.assert_released(later(patch=1))
+        built = contents(self.tree / "build" / "release-build" / "source")
+        self.assertEqual(set(built), set(self.git("ls-files", "-z").rstrip("\0").split("\0")))
 
     def test_a_machine_that_knows_no_name_makes_a_plain_tag(self):
-        git("config", "user.useConfigOnly", "true")
-        git("config", "--unset", "user.email")
-        self.addCleanup(git, "config", "user.email", "nobody@kestrane.example")
-        self.assert_released("0.1.1", HOME="/nonexistent", XDG_CONFIG_HOME="/nonexistent", EMAIL="")
-        self.assertEqual(git("rev-parse", "v0.1.1"), git("rev-parse", "HEAD"))
+        self.git("config", "user.useConfigOnly", "true")
+        self.git("config", "--unset", "user.email")
+        self.assert_released(later(patch=1), HOME="/nonexistent", XDG_CONFIG_HOME="/nonexistent", EMAIL="")
+        self.assertEqual(self.git("rev-parse", f"v{later(patch=1)}"), self.git("rev-parse", "HEAD"))
 
-    def test_the_list_of_changes_must_be_about_the_version(self):
-        changes = TREE / "CHANGELOG.md"
-        changes.write_text("# Changes\n\n## 0.0.1\n\n- The first.\n", encoding="utf-8")
-        git("commit", "--all", "--message", "Another list")
-        self.assert_refused("there are no pages for 0.1.1", "0.1.1")
+    def test_the_list_of_changes_must_tell_of_the_version(self):
+        first, second = later(patch=1), later(patch=2)
+        write_lists(self.tree, f"## {{}}\n\n## {first}\n\n- Something.\n")
+        self.commit()
+        self.assert_refused(f"there are no pages for {second}", second)
+        self.assert_released(first)
+        write_lists(self.tree, f"## {{}}\n\n- Something new.\n\n## {first}\n\n- Something.\n")
+        self.commit()
+        self.assert_released(second)
 
     def test_unusable_values_are_refused(self):
         public = sign("--public-key", make_key(self.key)).stdout.strip()
         other_curve = make_key(self.key.with_name("p384.pem"), "secp384r1")
         for host in ("", "Kestrane.example", "https://kestrane.example", "kestrane.example/", "a:8443"):
-            self.assert_refused("is not a host name", "0.1.1", "--host", host)
-            self.assert_refused("is not a host name", "0.1.1", "--stats-host", host)
-        self.assert_refused("--key without --sign", "0.1.1", "--key", public)
-        self.assert_refused("--key without --sign", "0.1.1", KESTRANE_MANIFEST_KEY=public)
-        self.assert_refused("there is no such key", "0.1.1", "--sign", "missing.pem")
-        self.assert_refused("this key cannot sign", "0.1.1", "--sign", other_curve)
-        self.assert_refused("a public key is", "0.1.1", "--sign", self.key, "--key", public[1:])
+            self.assert_refused("is not a host name", later(patch=1), "--host", host)
+            self.assert_refused("is not a host name", later(patch=1), "--stats-host", host)
+        self.assert_refused("--key without --sign", later(patch=1), "--key", public)
+        self.assert_refused("--key without --sign", later(patch=1), KESTRANE_MANIFEST_KEY=public)
+        self.assert_refused("there is no such key", later(patch=1), "--sign", "missing.pem")
+        self.assert_refused("this key cannot sign", later(patch=1), "--sign", other_curve)
+        self.assert_refused("a public key is", later(patch=1), "--sign", self.key, "--key", public[1:])
 
     def test_it_says_how_it_is_used(self):
-        for arguments in ((), ("0.1.1", "--host"), ("0.1.1", "--tag", "x"), ("0.1.1", "0.1.2")):
+        version = later(patch=1)
+        for arguments in ((), (version, "--host"), (version, "--tag", "x"), (version, later(patch=2))):
             result = self.release(*arguments)
             self.assertEqual((result.returncode, result.stdout), (2, ""))
             self.assertIn("usage: scripts/release.sh VERSION", result.stderr)
         self.assertEqual(self.state(), self.before)
 
     def test_a_failed_one_leaves_everything_as_it_was(self):
-        git("config", "tag.gpgSign", "true")
-        git("config", "gpg.program", "false")
-        self.addCleanup(git, "config", "tag.gpgSign", "false")
-        self.assert_fails_after_the_build()
-        self.put_in_path("sha256sum", "#!/bin/sh\nexit 1\n")
-        self.assert_fails_after_the_build()
-        self.built.unlink()
+        with self.subTest("the tag cannot be signed"):
+            self.git("config", "tag.gpgSign", "true")
+            self.git("config", "gpg.program", "false")
+            self.assert_fails_after_the_build()
+            self.git("config", "tag.gpgSign", "false")
+        for move in ('*"/release.former"', '*"/release.new "*'):
+            with self.subTest("a folder cannot be moved", move=move):
+                self.put_in_path("mv", f'#!/bin/sh\ncase "$*" in {move}) exit 1 ;; esac\nexec /bin/mv "$@"\n')
+                self.assert_fails_after_the_build()
+                (self.folder / "mv").unlink()
+        with self.subTest("no sums"):
+            self.put_in_path("sha256sum", "#!/bin/sh\nexit 1\n")
+            self.assert_fails_after_the_build()
+            (self.folder / "sha256sum").unlink()
+        with self.subTest("nothing was built"):
+            self.built.unlink()
+            self.assert_fails_after_the_build()
+
+    def test_a_tag_that_came_during_the_build_stays_and_the_release_is_off(self):
+        self.put_in_path("cmake", STAND_IN + f'git -C "$TREE" tag --force v{later(patch=1)}\n')
+        result = self.release(later(patch=1), TREE=str(self.tree))
+        self.assertNotEqual(result.returncode, 0)
+        self.assertIn("already exists", result.stderr)
+        files, tags, others = self.before
+        self.assertEqual(self.state(), (files, f"{tags}v{later(patch=1)}\n", others))
+
+    def test_a_first_one_that_fails_leaves_no_folder(self):
+        shutil.rmtree(self.released)
+        self.before = self.state()
+        self.git("config", "tag.gpgSign", "true")
+        self.git("config", "gpg.program", "false")
         self.assert_fails_after_the_build()
 
+    def test_one_that_was_killed_at_its_end_is_made_good_by_the_next(self):
+        self.released.rename(self.released.with_name("release.former"))
+        self.assert_refused("is not newer", VERSION)
+        self.assert_released(later(patch=1))
+
     def assert_fails_after_the_build(self):
-        self.assertNotEqual(self.release("0.1.1").returncode, 0)
+        self.assertNotEqual(self.release(later(patch=1)).returncode, 0)
         self.assertIn("--build", self.calls.read_text())
         self.assertEqual(self.state(), self.before)
 
@@ -260,59 +370,71 @@ class OtherReleases(unittest.TestCase):
             "KESTRANE_MANIFEST_KEY": public,
         }
         hosts = ("--host", "updates.example.org", "--stats-host", "stats.example.org", "--website-id", "an id")
-        told = self.assert_released("0.1.1", *hosts, "--sign", self.key.name, folder=self.key.parent)
+        told = self.assert_released(later(patch=1), *hosts, "--sign", self.key.name, folder=self.key.parent)
         self.assertEqual(told, expected)
-        first = contents(RELEASE)
-        git("tag", "--delete", "v0.1.1")
-        told = self.assert_released("0.1.1", **{**expected, "KESTRANE_MANIFEST_KEY": ""}, KESTRANE_SIGNING_KEY=str(self.key))
+        first = contents(self.released)
+        self.git("tag", "--delete", f"v{later(patch=1)}")
+        values = {**expected, "KESTRANE_MANIFEST_KEY": "", "KESTRANE_SIGNING_KEY": str(self.key)}
+        told = self.assert_released(later(patch=1), **values)
         self.assertEqual(told, expected)
         manifest = json.loads(first["latest.json"])
         self.assertEqual(manifest["url"], "https://updates.example.org/kestrane.exe")
         self.assertIn("stats.example.org", first["index.html"].decode())
         # A signature is never the same twice.
-        changed = {name for name, content in contents(RELEASE).items() if first[name] != content}
+        changed = {name for name, content in contents(self.released).items() if first[name] != content}
         self.assertEqual(changed, {"latest.json", "SHA256SUMS"})
 
     def test_the_program_accepts_a_signed_one(self):
         self.desktop = self.enterContext(Desktop())
         public = sign("--public-key", make_key(self.key)).stdout.strip()
         other = sign("--public-key", make_key(self.key.with_name("next.pem"))).stdout.strip()
-        for version, key in (("0.1.1", ()), ("0.1.2", ("--key", other))):
+        for version, key in ((later(patch=1), ()), (later(patch=2), ("--key", other))):
             told = self.assert_released(version, "--sign", self.key, *key)
             self.assertEqual(told["KESTRANE_MANIFEST_KEY"], key[1] if key else public)
             self.assertEqual(self.offer(public), [version])
             self.assertEqual(self.offer(other), ["refused"])
-            subprocess.run(["sha256sum", "--check", "--strict", "--quiet", "SHA256SUMS"], cwd=RELEASE, check=True)
+            subprocess.run(["sha256sum", "--check", "--strict", "--quiet", "SHA256SUMS"], cwd=self.released, check=True)
 
     def test_a_published_program_can_be_made_again(self):
         public = sign("--public-key", make_key(self.key)).stdout.strip()
         wide = lambda text: text.encode("utf-16-le")
         content = self.built.read_bytes()
         self.assertEqual(content.count(wide(VERSION + "\0")), 2)  # of the code and of the version block
-        self.built.write_bytes(content.replace(wide(VERSION + "\0"), wide("9.8.7\0")))
+        other_version = re.sub("[0-9]", "9", VERSION)
+        self.built.write_bytes(content.replace(wide(VERSION + "\0"), wide(other_version + "\0")))
         values = {"KESTRANE_UPDATE_HOST": "updates.example.org", "KESTRANE_MANIFEST_KEY": public}
         published = shutil.copy(self.built, self.folder / "published.exe")
-        self.assertEqual(self.reproduce(published, **values), (0, ""))
-        told = self.calls.read_text().splitlines()
-        for name, value in {"KESTRANE_VERSION": "9.8.7", **values}.items():
-            self.assertIn(f"-D{name}={value}", told)
+        told = reproduce(published, environment={**self.environment, **values})
+        self.assertEqual((told.returncode, told.stdout), (0, f"the same byte for byte: {published}\n"), told.stderr)
+        calls = self.calls.read_text().splitlines()
+        for name, value in {"KESTRANE_VERSION": other_version, **values}.items():
+            self.assertIn(f"-D{name}={value}", calls)
         with open(published, "r+b") as file:
             file.seek(-1, os.SEEK_END)
             file.write(b"\1")
-        code, told = self.reproduce(published, **values)
-        self.assertEqual(code, 1)
-        self.assertRegex(told, rf"(?m)^\.reloc: 1 bytes, the first at {len(content) - 1:#x}: ")
+        told = reproduce(published, environment={**self.environment, **values})
+        self.assertEqual(told.returncode, 1)
+        self.assertRegex(told.stdout, rf"(?m)^\.reloc: 1 bytes, the first at {len(content) - 1:#x}: ")
+        self.assertRegex(told.stdout, r"(?m)^g\+\+-mingw-w64-x86-64-win32 [0-9]")
 
-    def reproduce(self, program, **environment):
-        self.calls.write_text("")
-        command = [ROOT / "scripts" / "reproduce.sh", program]
-        told = {**self.environment, **environment}
-        result = subprocess.run(command, env=told, stdout=subprocess.PIPE, text=True, check=False)
-        return result.returncode, result.stdout
+    def test_two_releases_are_the_same_wherever_and_whenever_they_are_made(self):
+        told = reproduce(environment=self.environment)
+        self.assertEqual((told.returncode, told.stderr), (0, ""), told.stdout)
+        first, *lines = told.stdout.splitlines()
+        self.assertEqual(first, "the same byte for byte:")
+        self.assertEqual({line[66:] for line in lines}, set(contents(RELEASE)) - {"SHA256SUMS"})
+        self.assertEqual(self.calls.read_text().splitlines().count("--build"), 2)
+
+    def test_two_releases_that_differ_are_told(self):
+        self.put_in_path("cmake", STAND_IN + '[ "$1" != --build ] || printf x >>"$BUILT"\n')
+        told = reproduce(environment=self.environment)
+        self.assertEqual(told.returncode, 1)
+        size = len(self.built.read_bytes())
+        self.assertIn(f"{size - 2} and {size - 1} bytes\n", told.stdout)
 
     def offer(self, key):
         """What a program with this key makes of the manifest."""
-        return read_manifests(self.desktop, key, windows_path(RELEASE / "latest.json"))
+        return read_manifests(self.desktop, key, windows_path(self.released / "latest.json"))
 
 
 class AnOlderCopy(UpdateTest):
@@ -339,7 +461,7 @@ class AnOlderCopy(UpdateTest):
         self.press_update()
         self.assertEqual(process.wait(timeout=60), 0)
         self.shell.wait_for_count(4, lambda call: call.message == NIM_ADD and call.answer, start)
-        self.assertEqual(self.executable.read_bytes(), (BUILD / "kestrane.exe").read_bytes())
+        self.assertEqual(self.executable.read_bytes(), (RELEASE / "kestrane.exe").read_bytes())
         wait_until(lambda: self.files() == ["kestrane.exe"], "the end of the old version")
         self.choose(-2)
         box = wait_until(lambda: self.neighbour.find(DIALOG_CLASS), "the box about the program")

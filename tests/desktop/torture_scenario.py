@@ -296,9 +296,9 @@ class Rack:
             self.neighbour.ask("paint", graph.handle, 1)
         for graph in self._graphs()[:1]:
             x, y = graph.rect[0] + 40, graph.rect[1] + 40
-            self.desktop.use_mouse("mousemove", x, y, "mousedown", LEFT_BUTTON)
+            self.desktop.use_mouse("mousemove", "--", x, y, "mousedown", LEFT_BUTTON)
             self._may(lambda: self.neighbour.mode().moving)
-            self.desktop.use_mouse("mousemove", x + 30, y + 20, "mouseup", LEFT_BUTTON)
+            self.desktop.use_mouse("mousemove", "--", x + 30, y + 20, "mouseup", LEFT_BUTTON)
             self._must(lambda: not self.neighbour.mode().moving, "the end of the drag")
 
     def _pin_and_unpin(self):
@@ -317,7 +317,7 @@ class Rack:
             if time.monotonic() > deadline:
                 raise AssertionError("the menu does not end")
             # Until it is mapped it gets no click.
-            self.desktop.use_mouse("mousemove", left + 40, bottom - MENU_ROWS[entry], "click", LEFT_BUTTON)
+            self.desktop.use_mouse("mousemove", "--", left + 40, bottom - MENU_ROWS[entry], "click", LEFT_BUTTON)
             self._may(lambda: not self.neighbour.mode().menu, MOMENT / 10)
 
     def _open_task_manager(self):

@@ -5,21 +5,21 @@ namespace kestrane {
 
 enum class AddRetry {
     None,         // give up
-    DeleteFirst,  // the shell still holds an old entry of ours: delete it, add again
+    DeleteFirst,  // the shell may still hold an old entry of ours: delete it, add again
     DropGuid,     // the shell refuses the GUID: add again by id, and stay with that
 };
 
 struct RefusedAdd {
-    bool hadTaskbar;  // a shell was there to refuse
-    bool everAdded;   // an add of this icon has succeeded in this process, with the GUID or without
-    bool useGuid;     // the refused add used the GUID
+    bool answered;    // by a shell that was there, and in time
+    bool mayBeThere;  // an entry of this icon may be in its way: an earlier add has succeeded, or had no answer in time
+    bool mayDropGuid;  // the add used the GUID, and none has succeeded in this process
 };
 
-/// Without a shell the failure says nothing about the icon or its GUID, so a later add must try again unchanged.
+/// Without an answer the failure says nothing about the icon or its GUID, so a later add must try again unchanged.
 constexpr AddRetry ChooseAddRetry(const RefusedAdd& refused) {
-    if (!refused.hadTaskbar) return AddRetry::None;
-    if (refused.everAdded) return AddRetry::DeleteFirst;
-    return refused.useGuid ? AddRetry::DropGuid : AddRetry::None;
+    if (!refused.answered) return AddRetry::None;
+    if (refused.mayBeThere) return AddRetry::DeleteFirst;
+    return refused.mayDropGuid ? AddRetry::DropGuid : AddRetry::None;
 }
 
 }  // namespace kestrane

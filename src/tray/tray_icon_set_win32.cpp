@@ -74,24 +74,35 @@ NOTIFYICONDATAW AddData(const TrayIconSlot& slot) {
     return data;
 }
 
+bool Add(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
+    SetLastError(ERROR_SUCCESS);
+    const bool added = Notify(NIM_ADD, data);
+    slot.overdue = !added && GetLastError() == ERROR_TIMEOUT;
+    return added;
+}
+
 /// NIM_ADD, retried as ChooseAddRetry says.
 bool TryAdd(TrayIconSlot& slot, NOTIFYICONDATAW& data) {
     // Checked first: a taskbar that appears after the failure is not the one that refused.
     const bool hadTaskbar = FindTaskbar() != nullptr;
-    if (Notify(NIM_ADD, data)) return true;
-    switch (ChooseAddRetry({hadTaskbar && !slot.addAgain, slot.everAdded, slot.useGuid})) {
-        case AddRetry::None:
-            return false;
-        case AddRetry::DeleteFirst:
-            Notify(NIM_DELETE, data);
-            break;
-        case AddRetry::DropGuid:
-            LogDebug(L"kestrane: NIM_ADD con GUID ha fallado; reintento sin GUID\n");
-            slot.useGuid = false;
-            data.uFlags &= ~UINT{NIF_GUID};
-            break;
+    bool mayBeThere = slot.everAdded || slot.overdue;
+    while (!Add(slot, data)) {
+        const bool answered = hadTaskbar && !slot.addAgain && !slot.overdue;
+        switch (ChooseAddRetry({answered, mayBeThere, slot.useGuid && !slot.everAdded})) {
+            case AddRetry::None:
+                return false;
+            case AddRetry::DeleteFirst:
+                Notify(NIM_DELETE, data);
+                mayBeThere = false;
+                break;
+            case AddRetry::DropGuid:
+                LogDebug(L"kestrane: NIM_ADD con GUID ha fallado; reintento sin GUID\n");
+                slot.useGuid = false;
+                data.uFlags &= ~UINT{NIF_GUID};
+                break;
+        }
     }
-    return Notify(NIM_ADD, data);
+    return true;
 }
 
 /// True if the icon is on the taskbar afterwards. "TaskbarCreated" is sent, so it can arrive while an add waits for its
@@ -122,10 +133,10 @@ bool AddSlot(TrayIconSlot& slot) {
 }
 
 void DeleteSlot(TrayIconSlot& slot) {
-    if (!slot.added) return;
+    if (!slot.added && !slot.overdue) return;
     NOTIFYICONDATAW data = CallData(slot);
     Notify(NIM_DELETE, data);
-    slot.added = false;
+    slot.added = slot.overdue = false;
 }
 
 /// Shows the slot's image and text on an existing icon; false if the shell no longer knows it.

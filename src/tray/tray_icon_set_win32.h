@@ -28,6 +28,7 @@ struct TrayIconSlot {
     bool wanted = true;      // the icon is to be shown
     bool useGuid = true;     // calls identify the icon by its GUID; once false, it stays false
     bool everAdded = false;  // an add has succeeded in this process, with the GUID or without
+    bool overdue = false;    // the last add had no answer in time, so a busy shell may still carry it out
     bool adding = false;     // NIM_ADD has not returned yet
     bool addAgain = false;   // a new taskbar has appeared since, so the result of that call is not its own
 };

@@ -13,16 +13,16 @@ TEST(ChooseAddRetry, EachState) {
         AddRetry retry;
         const char* why;
     };
-    constexpr bool HadTaskbar = true, EverAdded = true, UseGuid = true;
+    constexpr bool Answered = true, MayBeThere = true, MayDropGuid = true;
     const std::vector<Row> rows = {
-        {{HadTaskbar, !EverAdded, UseGuid}, AddRetry::DropGuid, "the first add with a GUID"},
-        {{HadTaskbar, EverAdded, UseGuid}, AddRetry::DeleteFirst, "it was there before: an old entry is in the way"},
-        {{HadTaskbar, EverAdded, !UseGuid}, AddRetry::DeleteFirst, "and so for one that is known by its id"},
-        {{HadTaskbar, !EverAdded, !UseGuid}, AddRetry::None, "the id alone was refused too"},
-        {{!HadTaskbar, !EverAdded, UseGuid}, AddRetry::None, "nobody was there to refuse the GUID"},
-        {{!HadTaskbar, EverAdded, UseGuid}, AddRetry::None, "nobody holds an old entry"},
-        {{!HadTaskbar, EverAdded, !UseGuid}, AddRetry::None, "nobody holds an old entry"},
-        {{!HadTaskbar, !EverAdded, !UseGuid}, AddRetry::None, "nobody was there"},
+        {{Answered, !MayBeThere, MayDropGuid}, AddRetry::DropGuid, "the first add with a GUID"},
+        {{Answered, MayBeThere, MayDropGuid}, AddRetry::DeleteFirst, "an add that had no answer may be in the way"},
+        {{Answered, MayBeThere, !MayDropGuid}, AddRetry::DeleteFirst, "it was there before, or is known by its id"},
+        {{Answered, !MayBeThere, !MayDropGuid}, AddRetry::None, "the id alone was refused too"},
+        {{!Answered, !MayBeThere, MayDropGuid}, AddRetry::None, "nobody has refused the GUID"},
+        {{!Answered, MayBeThere, MayDropGuid}, AddRetry::None, "nobody holds an old entry for certain"},
+        {{!Answered, MayBeThere, !MayDropGuid}, AddRetry::None, "nobody holds an old entry for certain"},
+        {{!Answered, !MayBeThere, !MayDropGuid}, AddRetry::None, "nobody was there"},
     };
     for (const Row& row : rows)
         EXPECT_EQ(ChooseAddRetry(row.refused), row.retry) << row.why;

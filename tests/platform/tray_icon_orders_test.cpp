@@ -27,6 +27,7 @@ struct Shell {
     bool takesGuids = true;
     bool runs = true;
     bool losesNextChange = false;  // busy: the call times out and the icon stays unchanged
+    bool answersAddsLate = false;  // busy: each add times out, and is carried out nonetheless
     std::set<std::string> icons;   // "guid 1" or "id 1"
     // What comes in from elsewhere while the next call waits, once: before the shell has got round to it, or after.
     std::function<void()> before;
@@ -44,8 +45,11 @@ BOOL Answer(DWORD message, const NOTIFYICONDATAW* data) {
     if (!shell.runs) return FALSE;
     const std::string icon = (byGuid ? "guid " : "id ") + std::to_string(data->uID);
     switch (message) {
-        case NIM_ADD:
-            return (shell.takesGuids || !byGuid) && shell.icons.insert(icon).second ? TRUE : FALSE;
+        case NIM_ADD: {
+            const bool added = (shell.takesGuids || !byGuid) && shell.icons.insert(icon).second;
+            SetLastError(shell.answersAddsLate ? ERROR_TIMEOUT : ERROR_SUCCESS);
+            return added && !shell.answersAddsLate ? TRUE : FALSE;
+        }
         case NIM_MODIFY:
             return !std::exchange(shell.losesNextChange, false) && shell.icons.contains(icon) ? TRUE : FALSE;
         case NIM_DELETE:
@@ -121,6 +125,12 @@ const std::vector<Event> Events = {
          shell.losesNextChange = true;
          Tick(icons);
          shell.losesNextChange = false;
+     }},
+    {"late answer",
+     [](TrayIconSet& icons) {
+         shell.answersAddsLate = true;
+         icons.ReAddAll();
+         shell.answersAddsLate = false;
      }},
     {"change of the screen", [](TrayIconSet& icons) { icons.ReAddAll(); }},
     {"restart",

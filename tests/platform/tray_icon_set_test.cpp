@@ -288,6 +288,54 @@ TEST_F(TrayIconSetTest, WithoutATaskbarAnIconThatWasThereIsNotDeleted) {
                 ElementsAre("modify 1 guid icon", "add 1 guid icon", "destroy 1", "add 1 guid icon", "destroy 2"));
 }
 
+/// Refuses what another function refuses, as a shell that is too busy to answer.
+std::function<bool(const ShellCall&)> TooLate(std::function<bool(const ShellCall&)> refuses) {
+    return [refuses](const ShellCall& call) {
+        if (!refuses(call)) return false;
+        SetLastError(ERROR_TIMEOUT);
+        return true;
+    };
+}
+
+TEST_F(TrayIconSetTest, AnAddThatIsNotAnsweredInTimeCostsNoGuid) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.refuses = TooLate(IsAdd);
+    EXPECT_EQ(icons.AddAll(), 0U);
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid"));
+    EXPECT_THAT(debugLines, ElementsAre(AddRefused));
+
+    debugLines.clear();
+    shell.refuses = RefuseNth(NIM_ADD, {1});
+    EXPECT_EQ(icons.AddAll(), 1U);
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid", "delete 1 guid", "add 1 guid", "version 1 guid"))
+        << "it was carried out after all";
+    EXPECT_THAT(debugLines, IsEmpty());
+}
+
+TEST_F(TrayIconSetTest, AGuidThatIsRefusedAfterAnAddThatWasNotAnsweredInTimeIsDroppedAtOnce) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.refuses = TooLate(IsAdd);
+    icons.AddAll();
+    Order();
+    debugLines.clear();
+    shell.refuses = HasGuid;
+    EXPECT_EQ(icons.AddAll(), 1U);
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid", "delete 1 guid", "add 1 guid", "add 1", "version 1"));
+    EXPECT_THAT(debugLines, ElementsAre(GuidRefused));
+}
+
+TEST_F(TrayIconSetTest, WhatMayStillComeIsTakenBack) {
+    TrayIconSet icons(Window);
+    WantOnly(icons, 1);
+    shell.refuses = TooLate(IsAdd);
+    icons.AddAll();
+    icons.SetVisible(1, false);
+    icons.RemoveAll();
+    EXPECT_THAT(Order(), ElementsAre("add 1 guid", "delete 1 guid"));
+}
+
 TEST_F(TrayIconSetTest, EachUpdateTriesAgainAndSaysSo) {
     TrayIconSet icons(Window);
     WantOnly(icons, 4);

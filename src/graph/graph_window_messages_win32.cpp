@@ -73,6 +73,9 @@ LRESULT GraphWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (wParam != HTCAPTION) break;
             OnCaptionPress(wParam, lParam);
             return 0;
+        case WM_NCLBUTTONDBLCLK:
+            // The second of two quick presses is one like the first: there is nothing to maximise.
+            return OnMessage(WM_NCLBUTTONDOWN, wParam, lParam);
         case WM_NCRBUTTONDOWN:
             // DefWindowProcW may wait for the release here and consume it: Wine does.
             return 0;

@@ -208,7 +208,7 @@ class Sizing(GraphTest):
 
 
 class Clicks(GraphTest):
-    options = {"counters": counters(50), **double_click_time(1)}
+    options = {"counters": counters(50), **double_click_time(900)}  # the longest: of two quick clicks each counts
     settings = all_open("style=bars")
 
     def setUp(self):
@@ -226,6 +226,19 @@ class Clicks(GraphTest):
         self.wait_for_saved("disk", activity=0)
         wait_until(lambda: labels() == speeds, "the labels of the speeds")
         self.assertEqual(self.rect("disk"), PLACES["disk"])
+
+    def test_so_does_each_of_ten_quick_clicks(self):
+        x, y = middle_of(PLACES["disk"])
+        self.desktop.use_mouse("mousemove", x, y, "click", "--repeat", 9, "--delay", 100, LEFT_BUTTON)
+        self.wait_for_saved("disk", activity=1)  # the odd one
+        self.click(x, y)
+        self.wait_for_saved("disk", activity=0)
+
+    def test_a_drag_right_after_a_click_moves(self):
+        self.click(*middle_of(PLACES["disk"]))
+        self.drag(middle_of(PLACES["disk"]), 40, 40)
+        self.wait_for_saved_rect("disk", moved(PLACES["disk"], 40, 40))
+        self.wait_for_saved("disk", activity=1)
 
     def test_a_click_saves_no_place(self):
         self.desktop.end_kestrane()

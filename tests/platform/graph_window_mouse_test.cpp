@@ -193,6 +193,15 @@ TEST_F(GraphWindowClick, APressThatDoesNotMoveIsAClick) {
     EXPECT_TRUE(host_.changes.empty()) << "a click leaves the place as it was";
 }
 
+TEST_F(GraphWindowClick, TheSecondOfTwoQuickPressesIsAClickToo) {
+    const HWND window = Show(GraphKind::Disk);
+    SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150));
+    EXPECT_EQ(SendMessageW(window, WM_NCLBUTTONDBLCLK, HTCAPTION, At(130, 150)), 0);
+    EXPECT_EQ(host_.clicks.size(), 2U);
+    SendMessageW(window, WM_NCLBUTTONDBLCLK, HTLEFT, At(101, 150));
+    EXPECT_EQ(host_.clicks.size(), 2U);
+}
+
 TEST_F(GraphWindowClick, ADragOfOnePixelIsNone) {
     const HWND window = Show(GraphKind::Disk);
     world.cursor = Cursor(130, 150);
@@ -391,6 +400,8 @@ constexpr Entrance Entrances[] = {
     {"the surface", WM_NCLBUTTONDOWN, HTCAPTION, WM_MOVING, 0, {350, 340, 840, 490}},
     {"the right border", WM_NCLBUTTONDOWN, HTRIGHT, WM_SIZING, WMSZ_RIGHT, {300, 300, 840, 450}},
     {"the top left corner", WM_NCLBUTTONDOWN, HTTOPLEFT, WM_SIZING, WMSZ_TOPLEFT, {350, 340, 790, 450}},
+    {"a second press", WM_NCLBUTTONDBLCLK, HTCAPTION, WM_MOVING, 0, {350, 340, 840, 490}},
+    {"a second press on a border", WM_NCLBUTTONDBLCLK, HTRIGHT, WM_SIZING, WMSZ_RIGHT, {300, 300, 840, 450}},
     {"the command to move", WM_SYSCOMMAND, SC_MOVE, WM_MOVING, 0, {350, 340, 840, 490}},
     {"the command to size", WM_SYSCOMMAND, SC_SIZE, WM_SIZING, WMSZ_BOTTOM, {300, 300, 790, 490}},
 };

@@ -11,7 +11,7 @@
 namespace kestrane {
 namespace {
 
-bool IsShellSurface(HWND window) {
+ShellSurface ShellSurfaceOf(HWND window) {
     wchar_t className[257] = {};  // the longest class name and its terminator
     const int length = GetClassNameW(window, className, static_cast<int>(std::size(className)));
     DWORD process = 0;
@@ -20,7 +20,7 @@ bool IsShellSurface(HWND window) {
     GetWindowThreadProcessId(GetShellWindow(), &shellProcess);
     const bool ofShell = process != 0 && process == shellProcess;
     const bool framed = GetAncestor(window, GA_PARENT) != GetDesktopWindow();
-    return IsShellSurface(ForegroundWindow{{className, static_cast<std::size_t>(length)}, ofShell, framed});
+    return ShellSurfaceOf(ForegroundWindow{{className, static_cast<std::size_t>(length)}, ofShell, framed});
 }
 
 }  // namespace
@@ -106,7 +106,8 @@ void GraphWindow::RaiseKept() {
 /// The window comes to the front at once, or only when its own program looks at what has come for it. So the graphs are
 /// raised now, and again when the system tells of the new foreground. A surface of the shell covers none.
 void GraphWindow::GiveForeground(HWND window) {
-    keptInFront = IsShellSurface(window) ? std::vector<GraphWindow*>() : InFrontOf(window);
+    const bool covers = ShellSurfaceOf(window) == ShellSurface::None;
+    keptInFront = covers ? InFrontOf(window) : std::vector<GraphWindow*>();
     if (!SetForegroundWindow(window)) return;
     foregroundGiven = window;
     RaiseKept();
@@ -129,9 +130,13 @@ void CALLBACK GraphWindow::OnForegroundEvent(HWINEVENTHOOK, DWORD, HWND window, 
     if (std::ranges::any_of(allGraphWindows, [window](const GraphWindow* graph) { return graph->hwnd_ == window; }))
         return;
     if (!IsWindowVisible(window) || IsIconic(window) || !GetWindowRect(window, &rect)) return;
-    if (IsShellSurface(window)) return;
+    const ShellSurface surface = ShellSurfaceOf(window);
+    if (surface == ShellSurface::Other) return;
+    // The desktop covers what stands behind it, which is nothing while it stands behind all windows.
+    std::vector<GraphWindow*> inFront;
+    if (surface == ShellSurface::Desktop) inFront = InFrontOf(window);
     for (GraphWindow* graph : allGraphWindows) {
-        if (!graph->IsShown()) continue;
+        if (!graph->IsShown() || std::ranges::find(inFront, graph) != inFront.end()) continue;
         const RECT own = ToPlatform(graph->WindowRect());
         RECT common = {};
         if (IntersectRect(&common, &own, &rect)) graph->covered_ = true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace kestrane {
 namespace {
@@ -14,12 +15,14 @@ struct Surface {
     When when;
 };
 
-constexpr auto Surfaces = std::to_array<Surface>({
-    // The desktop: below all windows, and as large as the whole screen.
+/// As large as the whole screen.
+constexpr auto Desktops = std::to_array<Surface>({
     {L"Progman", When::Always},
     // The desktop with a wallpaper slide show. Any program may have windows of this class, created by system DLLs.
     {L"WorkerW", When::OfShell},
+});
 
+constexpr auto Others = std::to_array<Surface>({
     // The taskbars of the primary and other monitors. An auto-hide taskbar comes up over the graphs at its edge.
     {L"Shell_TrayWnd", When::Always},
     {L"Shell_SecondaryTrayWnd", When::Always},
@@ -49,12 +52,17 @@ bool Holds(When when, const ForegroundWindow& window) {
     return when != When::Unframed || !window.framed;
 }
 
-}  // namespace
-
-bool IsShellSurface(const ForegroundWindow& window) {
-    return std::any_of(Surfaces.begin(), Surfaces.end(), [&](const Surface& surface) {
+bool IsAmong(std::span<const Surface> surfaces, const ForegroundWindow& window) {
+    return std::ranges::any_of(surfaces, [&](const Surface& surface) {
         return surface.className == window.className && Holds(surface.when, window);
     });
+}
+
+}  // namespace
+
+ShellSurface ShellSurfaceOf(const ForegroundWindow& window) {
+    if (IsAmong(Desktops, window)) return ShellSurface::Desktop;
+    return IsAmong(Others, window) ? ShellSurface::Other : ShellSurface::None;
 }
 
 }  // namespace kestrane

@@ -1,7 +1,8 @@
 #pragma once
 // The shell's own surfaces: desktop, taskbar, Start, the icon overflow and the window switchers. They come to the
-// foreground only briefly, and nearly every click on an icon starts with one, so they do not count as covering a graph.
-// Explorer's file windows do: they are like those of any program.
+// foreground only briefly, and nearly every click on an icon starts with one, so they do not count as covering a graph;
+// the desktop does while the user has it shown in front of all windows (Win+D). Explorer's file windows are like those
+// of any program.
 #include <string_view>
 
 namespace kestrane {
@@ -13,6 +14,9 @@ struct ForegroundWindow {
     bool framed = false;   // is inside another window
 };
 
-bool IsShellSurface(const ForegroundWindow& window);
+enum class ShellSurface { None, Desktop, Other };
+
+/// What a new foreground window is to the shell; None for the windows of programs.
+ShellSurface ShellSurfaceOf(const ForegroundWindow& window);
 
 }  // namespace kestrane

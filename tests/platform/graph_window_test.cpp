@@ -582,6 +582,17 @@ TEST_F(GraphWindowCover, SomeSurfacesAreOfTheShellOnlyInItsProcess) {
     EXPECT_TRUE(IsCoveredBy(Named(L"CabinetWClass"))) << "a file window of the shell's own process";
 }
 
+// As Win+D has it. A click on an icon then brings the graph back at once.
+TEST_F(GraphWindowCover, TheDesktopCoversWhatStandsBehindIt) {
+    const HWND desktop = Named(L"Progman");
+    Graph(GraphKind::Cpu).Raise();
+    BringWindowToTop(desktop);
+    Graph(GraphKind::Disk).Raise();
+    Foreground(desktop);
+    EXPECT_TRUE(Graph(GraphKind::Cpu).IsCovered());
+    EXPECT_FALSE(Graph(GraphKind::Disk).IsCovered());
+}
+
 TEST_F(GraphWindowCover, StartCountsNotAndAnAppInItsFrameDoes) {
     EXPECT_FALSE(IsCoveredBy(Named(L"Windows.UI.Core.CoreWindow")));
     static const auto create = REAL(L"user32", CreateWindowExW);

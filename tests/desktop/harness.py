@@ -118,7 +118,9 @@ class Recorder:
 
     def reset(self):
         """Resets to a shell that refuses nothing and has no icons."""
-        for command in ("refuse guid off", "refuse all off", "refuse add 0", "refuse modify 0", "forward off", "forget"):
+        for refusal in ("guid off", "all off", "add 0", "modify 0"):
+            self.command(f"refuse {refusal}")
+        for command in ("hold delete off", "forward off", "forget"):
             self.command(command)
 
     def kill(self):

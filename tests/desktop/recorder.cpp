@@ -13,6 +13,7 @@
 //     refuse guid on|off     NIM_ADD with a GUID fails
 //     refuse all on|off      every call fails
 //     refuse add N           the next N adds fail, `refuse modify N` the next N changes
+//     hold delete on|off     a NIM_DELETE is noted, and its answer waits until this is off
 //     forget                 all icons are forgotten, as if the shell had crashed
 //     broadcast              every window gets "TaskbarCreated", as after a screen change
 //     restart                forget and broadcast: a new shell that has never seen an icon
@@ -62,6 +63,7 @@ struct Rules {
     int refuseAdds = 0;
     int refuseChanges = 0;
     bool forward = false;
+    bool holdDeletes = false;
 };
 
 Rules rules;
@@ -180,6 +182,13 @@ bool ForwardCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
     return answer != 0;
 }
 
+/// The caller waits meanwhile; commands and other programs' calls go on.
+void ObeyWhileDeletesAreHeld() {
+    MSG message;
+    while (rules.holdDeletes && GetMessageW(&message, nullptr, 0, 0) > 0)
+        DispatchMessageW(&message);
+}
+
 bool OnCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
     const auto record = ReadNotifyRecord({static_cast<const BYTE*>(copy.lpData), copy.cbData});
     if (!record) {
@@ -189,6 +198,7 @@ bool OnCall(HWND own, WPARAM sender, const COPYDATASTRUCT& copy) {
     bool answer = Answer(copy.dwData, *record);
     if (answer && rules.forward) answer = ForwardCall(own, sender, copy);
     PrintCall(copy.dwData, *record, ReadImage(*record), answer);
+    if (copy.dwData == NIM_DELETE) ObeyWhileDeletesAreHeld();
     return answer;
 }
 
@@ -225,6 +235,7 @@ void Obey(const std::string& command) {
     std::string second;
     words >> verb >> first >> second;
     if (verb == "refuse") SetRule(first, second);
+    if (verb == "hold") rules.holdDeletes = second == "on";
     if (verb == "forward") rules.forward = first == "on";
     if (verb == "forget" || verb == "restart") icons.clear();
     if (verb == "broadcast" || verb == "restart") BroadcastTaskbarCreated();

@@ -5,6 +5,8 @@
 // <windows.h> comes first.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -28,6 +30,7 @@ using test::fileOperations;
 using test::KilledExitCode;
 using test::KillMoment;
 using test::ReadBytes;
+using testing::Contains;
 using testing::IsEmpty;
 using testing::StartsWith;
 namespace fs = std::filesystem;
@@ -110,6 +113,17 @@ std::vector<std::string> LinesOf(const std::string& bytes) {
     return lines;
 }
 
+/// Of the new lines those with a value that no old line has.
+std::ptrdiff_t CountChangedKeys(const std::vector<std::string>& oldLines, const std::vector<std::string>& newLines) {
+    return std::ranges::count_if(newLines, [&oldLines](const std::string& line) {
+        return line.find('=') != std::string::npos && std::ranges::find(oldLines, line) == oldLines.end();
+    });
+}
+
+bool IsWrite(const std::string& operation) {
+    return operation.starts_with("WritePrivateProfileStringW ");
+}
+
 constexpr char Notes[] = "; de la persona\r\n[mine]\r\na=1\r\n; otra nota\r\n[cpu]\r\nmine=2\r\n";
 
 class SettingsKillTest : public testing::Test {
@@ -138,6 +152,7 @@ class SettingsKillTest : public testing::Test {
 
     /// The exit code of a copy that saves and is killed.
     int Kill(Save save, int at, KillMoment moment) const {
+        DeleteFileW(log_.c_str());
         const std::wstring numbers = std::to_wstring(static_cast<int>(save)) + L" " + std::to_wstring(at) + L" " +
                                      std::to_wstring(static_cast<int>(moment));
         return test::RunToItsEnd(
@@ -164,9 +179,13 @@ class SettingsKillTest : public testing::Test {
         const AppSettings after = LoadSettings();
         const DialogState dialogAfter = LoadDialogState();
         ASSERT_TRUE(after != before || dialogAfter != dialogBefore) << name;
-        const std::vector<std::string> oldLines = LinesOf(whole_);
+        const std::vector<std::string> oldLines = LinesOf(withFile ? whole_ : "");
         const std::vector<std::string> newLines = LinesOf(ReadBytes(Ini()).value());
-        const auto writes = static_cast<int>(test::ReadOperations(log_).size());
+        const std::vector<std::string> operations = test::ReadOperations(log_);
+        const auto writes = static_cast<int>(operations.size());
+        const auto changed = CountChangedKeys(oldLines, newLines);
+        ASSERT_GT(changed, 0) << name;
+        ASSERT_GE(std::ranges::count_if(operations, IsWrite), changed) << name << ": not every write was seen";
         for (int at = 0; at < writes; ++at) {
             const std::string when = name + " after write " + std::to_string(at) + " of " + std::to_string(writes);
             StartAnew(withFile);
@@ -219,6 +238,8 @@ TEST_F(SettingsKillTest, AMigrationThatIsKilledIsDoneWholeByTheNextStart) {
     prepare();
     ASSERT_EQ(Kill(Save::Migration, 0, KillMoment::None), SavedExitCode);
     const std::vector<std::string> operations = test::ReadOperations(log_);
+    ASSERT_THAT(operations, Contains(StartsWith("CopyFileW ")));
+    ASSERT_THAT(operations, Contains(StartsWith("MoveFileExW ")));
     for (int at = 1; at <= static_cast<int>(operations.size()); ++at) {
         const std::string& operation = operations[static_cast<std::size_t>(at) - 1];
         for (const KillMoment moment : {KillMoment::Before, KillMoment::During, KillMoment::After}) {

@@ -25,9 +25,18 @@ inline std::vector<std::wstring> Arguments() {
     return texts;
 }
 
+/// A job whose programs end with it, or with this program.
+inline UniqueKernelHandle MakeJob() {
+    UniqueKernelHandle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    EXPECT_TRUE(SetInformationJobObject(job.Get(), JobObjectExtendedLimitInformation, &limits, sizeof limits));
+    return job;
+}
+
 /// Runs a program with all that it starts to their end. -1 if it cannot be started.
 inline int RunToItsEnd(const std::wstring& program, const std::wstring& arguments) {
-    const UniqueKernelHandle job(CreateJobObjectW(nullptr, nullptr));
+    const UniqueKernelHandle job = MakeJob();
     std::wstring commandLine = L"\"" + program + L"\" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;

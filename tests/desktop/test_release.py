@@ -65,6 +65,8 @@ def setUpModule():
     comparison = reproduce(BUILD / "kestrane.exe", TREE)
     if not RELEASE.is_dir():
         raise AssertionError(f"no release could be made:\n{comparison.stdout}{comparison.stderr[-3000:]}")
+    shutil.rmtree(TREE / "build" / "release-build")
+    (TREE / "build" / "release.log").unlink()
 
 
 def copy_tree():
@@ -103,8 +105,7 @@ def contents(folder):
 
 
 def sums(files):
-    """What SHA256SUMS says of these files."""
-    return {name: hashlib.sha256(content).hexdigest() for name, content in files.items() if name != "SHA256SUMS"}
+    return {name: hashlib.sha256(content).hexdigest() for name, content in files.items()}
 
 
 class TheFolder(unittest.TestCase):
@@ -117,9 +118,9 @@ class TheFolder(unittest.TestCase):
 
     def test_it_is_complete_and_its_sums_are_right(self):
         files = contents(RELEASE)
-        lines = files["SHA256SUMS"].decode().splitlines()
+        lines = files.pop("SHA256SUMS").decode().splitlines()
         self.assertEqual(dict(line.split("  ", 1)[::-1] for line in lines), sums(files))
-        self.assertEqual(len(lines), len(files) - 1)
+        self.assertEqual(len(lines), len(files))
         self.assertEqual(lines, sorted(lines, key=lambda line: line[66:]))
         subprocess.run(["sha256sum", "--check", "--strict", "--quiet", "SHA256SUMS"], cwd=RELEASE, check=True)
 
@@ -180,7 +181,7 @@ class OtherReleases(unittest.TestCase):
     """Attempts, with a stand-in for CMake so that they take no time. Each has a copy of the tree with one release."""
 
     def setUp(self):
-        self.folder = folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.folder = folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(dir=private_network.SCRATCH)))
         self.put_in_path("cmake", STAND_IN)
         self.calls = folder / "calls"
         self.calls.touch()
@@ -190,11 +191,12 @@ class OtherReleases(unittest.TestCase):
         self.environment = {
             **{name: value for name, value in os.environ.items() if not name.startswith("KESTRANE_")},
             "PATH": f"{folder}:{os.environ['PATH']}",
+            "TMPDIR": str(folder),
             "CALLS": str(self.calls),
             "BUILT": str(self.built),
         }
-        left_out = shutil.ignore_patterns("release-build", "release.log")
-        self.tree = shutil.copytree(TREE, folder / "tree", ignore=left_out)
+        self.tree = folder / "tree"
+        subprocess.run(["cp", "--archive", TREE, self.tree], check=True)
         self.released = self.tree / "build" / "release"
         self.before = self.state()
 
@@ -210,7 +212,11 @@ class OtherReleases(unittest.TestCase):
         self.git("commit", "--all", "--message", "Another state")
 
     def state(self):
-        return contents(self.released), self.git("tag"), [path.name for path in self.released.parent.glob("release.*")]
+        return sums(contents(self.released)), self.git("tag"), self.folders()
+
+    def folders(self):
+        """What there is beside the folder of the build itself."""
+        return sorted({path.name for path in self.released.parent.iterdir()} - {"release-build"})
 
     def release(self, *arguments, folder=None, **environment):
         self.calls.write_text("")
@@ -233,7 +239,7 @@ class OtherReleases(unittest.TestCase):
         self.assertEqual(len(result.stdout.splitlines()), 2)
         self.assertEqual(json.loads((self.released / "latest.json").read_bytes())["version"], version)
         self.assertIn(f"v{version}", self.git("tag").split())
-        self.assertEqual([path.name for path in self.released.parent.glob("release.*")], [])
+        self.assertEqual(self.folders(), ["release"])
         definitions = [line[2:].split("=", 1) for line in self.calls.read_text().splitlines() if line.startswith("-D")]
         self.assertEqual(definitions[:2], [["KESTRANE_TESTS", "OFF"], ["KESTRANE_VERSION", version]])
         return dict(definitions[2:])
@@ -317,24 +323,32 @@ class OtherReleases(unittest.TestCase):
             self.assertIn("usage: scripts/release.sh VERSION", result.stderr)
         self.assertEqual(self.state(), self.before)
 
-    def test_a_failed_one_leaves_everything_as_it_was(self):
-        with self.subTest("the tag cannot be signed"):
-            self.git("config", "tag.gpgSign", "true")
-            self.git("config", "gpg.program", "false")
-            self.assert_fails_after_the_build()
-            self.git("config", "tag.gpgSign", "false")
-        for move in ('*"/release.former"', '*"/release.new "*'):
-            with self.subTest("a folder cannot be moved", move=move):
-                self.put_in_path("mv", f'#!/bin/sh\ncase "$*" in {move}) exit 1 ;; esac\nexec /bin/mv "$@"\n')
-                self.assert_fails_after_the_build()
-                (self.folder / "mv").unlink()
-        with self.subTest("no sums"):
-            self.put_in_path("sha256sum", "#!/bin/sh\nexit 1\n")
-            self.assert_fails_after_the_build()
-            (self.folder / "sha256sum").unlink()
-        with self.subTest("nothing was built"):
-            self.built.unlink()
-            self.assert_fails_after_the_build()
+    def refuse_to_tag(self):
+        self.git("config", "tag.gpgSign", "true")
+        self.git("config", "gpg.program", "false")
+
+    def test_one_without_a_tag_leaves_everything_as_it_was(self):
+        self.refuse_to_tag()
+        self.assert_fails_after_the_build()
+
+    def test_one_that_cannot_move_the_former_folder_leaves_everything_as_it_was(self):
+        self.refuse_to_move('*"/release.former"')
+        self.assert_fails_after_the_build()
+
+    def test_one_that_cannot_move_its_folder_leaves_everything_as_it_was(self):
+        self.refuse_to_move('*"/release.new "*')
+        self.assert_fails_after_the_build()
+
+    def refuse_to_move(self, arguments):
+        self.put_in_path("mv", f'#!/bin/sh\ncase "$*" in {arguments}) exit 1 ;; esac\nexec /bin/mv "$@"\n')
+
+    def test_one_without_sums_leaves_everything_as_it_was(self):
+        self.put_in_path("sha256sum", "#!/bin/sh\nexit 1\n")
+        self.assert_fails_after_the_build()
+
+    def test_one_without_a_program_leaves_everything_as_it_was(self):
+        self.built.unlink()
+        self.assert_fails_after_the_build()
 
     def test_a_tag_that_came_during_the_build_stays_and_the_release_is_off(self):
         self.put_in_path("cmake", STAND_IN + f'git -C "$TREE" tag --force v{later(patch=1)}\n')
@@ -347,8 +361,7 @@ class OtherReleases(unittest.TestCase):
     def test_a_first_one_that_fails_leaves_no_folder(self):
         shutil.rmtree(self.released)
         self.before = self.state()
-        self.git("config", "tag.gpgSign", "true")
-        self.git("config", "gpg.program", "false")
+        self.refuse_to_tag()
         self.assert_fails_after_the_build()
 
     def test_one_that_was_killed_at_its_end_is_made_good_by_the_next(self):

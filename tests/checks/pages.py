@@ -225,6 +225,12 @@ class OnPaperTest(PagesTest):
             self.assertIn(f"<code>{STATS_HOST}</code>", with_id)
             self.assertIn("install_id", with_id)
 
+    def test_they_tell_the_interval_that_a_release_publishes(self):
+        script = (ROOT / "scripts" / "release.sh").read_text(encoding="utf-8")
+        minutes = int(re.search(r'"checkMinutes": (\d+)', script).group(1))
+        self.assertIn(f"and then every {minutes // 60} hours", self.pages["index.html"].text)
+        self.assertIn(f"y luego cada {minutes // 60} horas", self.pages["es/index.html"].text)
+
     def test_both_lists_of_changes_are_in_step(self):
         english, spanish = versions(ROOT / "CHANGELOG.md"), versions(ROOT / "CAMBIOS.md")
         self.assertGreater(len(english), 0)

@@ -67,7 +67,7 @@ MEANINGS = {
     ("colors", "net_graph_both"): ("Network graph: where both overlap.", "Gráfica de red: donde coinciden las dos."),
     ("cpu", "per_core"): (
         "The graph shows one small plot for each logical processor.",
-        "La gráfica muestra una pequeña por cada procesador lógico.",
+        "La gráfica se divide en una pequeña por cada procesador lógico.",
     ),
     ("disk", "activity"): (
         "The graph shows 0: speed, or 1: the share of time that the disk is busy. A click on the graph changes and saves it.",
@@ -87,7 +87,7 @@ MEANINGS = {
     ("memory", "font_name"): ("The font of the digits in the icon.", "La fuente de las cifras del icono."),
     ("memory", "font_size"): (
         "Its size, in pixels of an icon of 16 by 16; larger icons have larger digits.",
-        "Su tamaño, en píxeles de un icono de 16 por 16; los iconos mayores llevan cifras mayores.",
+        "Su tamaño, en píxeles de un icono de 16 por 16; en los iconos más grandes, las cifras también lo son.",
     ),
     ("memory", "font_bold"): ("The digits are bold.", "Las cifras van en negrita."),
     ("memory", "bar"): ("The icon has a level bar above the digits.", "El icono lleva una barra de nivel sobre las cifras."),
@@ -138,8 +138,9 @@ GRAPH_MEANINGS = {
     "style": ("Bars, or lines.", "Barras (`bars`) o líneas (`lines`)."),
     "smoothing": ("How smooth the lines are: {smoothing}.", "Lo suaves que son las líneas: {smoothing}."),
     "fill": (
-        "How strongly the area under a line is filled, in percent. 1 is an older file's way to say 50.",
-        "Con cuánta fuerza se rellena lo que queda bajo una línea, en tanto por ciento. 1 es como los ficheros antiguos dicen 50.",
+        "How strongly the area under a line is filled, in percent. 1 counts as 50, which is what it means in older files.",
+        "Con cuánta fuerza se rellena lo que queda bajo una línea, en tanto por ciento. El 1 cuenta como 50, que es lo que "
+        "significa en los ficheros antiguos.",
     ),
     "topmost": ("The graph stays above other windows.", "La gráfica se queda por encima de las demás ventanas."),
     "graph": ("The graph is open, and opens again at the next start.", "La gráfica está abierta, y se abre otra vez al arrancar."),
@@ -209,23 +210,23 @@ kestrane keeps its settings in one text file:
 
     %APPDATA%\\kestrane\\kestrane.ini
 
-Paste that into the address bar of File Explorer to find it. Nobody has to edit it; everything in it can be set in the window
-“Settings...” of the program, or is kept by the program itself. This page says what is in it, for those who want to look, to
+Paste that into the address bar of File Explorer to find it. Nobody has to edit it: everything in it is set in the program's
+“Settings...” window or maintained by the program itself. This page explains what is in it, for those who want to look, to
 copy it to another machine, or to prepare one for many users. En español: [ajustes.md](ajustes.md).
 
 - **When it is read:** once, when the program starts. To edit it, end the program first (“Exit” in its menu, or
   `kestrane.exe --exit`). What you change while it runs has no effect until the next start, and the program may write over it.
 - **When it is written:** only by what you do, and only the keys concerned; other lines, comments (`;`) and keys that the
-  program does not know stay. Each section says what writes it. The program itself only makes `install_id`, moves graphs
-  whose monitor is gone, and takes over the settings of its former name where it finds none of its own.
+  program does not know stay. Each section says what writes it. On its own, the program only creates `install_id`, moves graphs
+  whose monitor is gone, and takes over the settings from its former name if it finds none of its own.
 - **What if a value is wrong or missing:** that key alone takes its default, unless its row says otherwise. Reading never
-  changes the file. Deleting the file brings back all the defaults.
-- **Form:** sections in brackets, one `key=value` a line. If a key occurs twice, the first counts. Upper and lower case
+  changes the file. Deleting the file brings back all defaults.
+- **Form:** sections in brackets, one `key=value` per line. If a key occurs twice, the first counts. Upper and lower case
   matter in words such as `bars`, not in keys. Only the first 259 characters of a value are read.
-- **Encoding:** plain text. The only values that can have letters outside ASCII are names of fonts and connections; to write
+- **Encoding:** plain text. The only values that can have letters outside ASCII are the names of fonts and connections; to write
   such letters yourself, save the file as UTF-16 LE (in Notepad's “Save as”), which Windows reads on every machine. Avoid
   UTF-8 “with BOM”: Windows may not recognise the first section.
-- **If there is no such folder:** the file is made with the first save. On a machine that has no application data folder it is
+- **If there is no such folder:** the file is created at the first save. On a machine without an application data folder it is
   in the temporary folder instead.
 """,
     """\
@@ -234,7 +235,7 @@ kestrane guarda sus ajustes en un solo fichero de texto:
     %APPDATA%\\kestrane\\kestrane.ini
 
 Pega eso en la barra de direcciones del Explorador para llegar a él. Nadie necesita editarlo: todo lo que contiene se cambia en
-la ventana «Ajustes...» del programa, o lo lleva el propio programa. Esta página explica lo que hay dentro, para quien quiera
+la ventana «Ajustes...» del programa, o lo mantiene el propio programa. Esta página explica lo que hay dentro, para quien quiera
 mirarlo, copiarlo a otro equipo o preparar uno para muchos usuarios. In English: [settings.md](settings.md).
 
 - **Cuándo se lee:** una vez, al arrancar el programa. Para editarlo, ciérralo antes («Salir» en su menú, o
@@ -243,12 +244,12 @@ mirarlo, copiarlo a otro equipo o preparar uno para muchos usuarios. In English:
 - **Cuándo se escribe:** solo por algo que hagas, y solo las claves que toca; las demás líneas, los comentarios (`;`) y las
   claves que el programa no conoce se quedan. Cada sección dice qué la escribe. Por sí mismo, el programa solo crea
   `install_id`, mueve las gráficas cuyo monitor ya no está y toma los ajustes de su nombre anterior si no encuentra propios.
-- **Si un valor está mal o falta:** solo esa clave toma su valor por defecto, salvo que su fila diga otra cosa. Leer nunca
+- **Si un valor falta o no es válido:** solo esa clave toma su valor por defecto, salvo que su fila diga otra cosa. Leer nunca
   cambia el fichero. Si lo borras, vuelven todos los valores por defecto.
 - **Forma:** secciones entre corchetes, una línea `clave=valor` por clave. Si una clave aparece dos veces, cuenta la primera.
-  Mayúsculas y minúsculas importan en palabras como `bars`, no en las claves. De un valor solo se leen los primeros 259
+  Las mayúsculas importan en palabras como `bars`, pero no en las claves. De un valor solo se leen los primeros 259
   caracteres.
-- **Codificación:** texto sencillo. Los únicos valores que pueden llevar letras de fuera de ASCII son los nombres de fuentes y
+- **Codificación:** texto sin formato. Los únicos valores que pueden llevar letras de fuera de ASCII son los nombres de fuentes y
   de conexiones; para escribirlas tú, guarda el fichero como UTF-16 LE (en «Guardar como» del Bloc de notas), que Windows lee en
   cualquier equipo. Evita UTF-8 «con BOM»: puede que Windows no reconozca la primera sección.
 - **Si no existe la carpeta:** el fichero se crea al guardar por primera vez. En un equipo sin carpeta de datos de programa está
@@ -263,8 +264,8 @@ NO_DEFAULT = ("none", "ninguno")
 LIKE = ("that of `{0}`", "el de `{0}`")
 OLDER_TITLE = ("Keys of older files", "Claves de ficheros antiguos")
 OLDER_TEXT = (
-    "Read for the sake of files that older versions wrote; never written.",
-    "Se leen por los ficheros que escribieron versiones antiguas; nunca se escriben.",
+    "Still read, because older versions wrote them; never written.",
+    "Se siguen leyendo porque las escribían versiones antiguas; nunca se escriben.",
 )
 OLDER_HEAD = ("| Section | Key | Meaning |", "| Sección | Clave | Significado |")
 

@@ -16,7 +16,10 @@
 
 namespace {
 
-// From here on winternl.h has no names. The offset is that of every 64-bit Windows since Vista.
+constexpr int MostRounds = 1000;
+constexpr DWORD PollMs = 10;
+
+// For the rest winternl.h has no names. The offset is that of every 64-bit Windows since Vista.
 constexpr std::size_t SessionIdOffset = 0x2C0;
 constexpr ULONG OpenIfThere = 0x80;
 constexpr NTSTATUS WasThere = 0x40000000;
@@ -72,16 +75,20 @@ bool MakeSession(const std::wstring& number) {
     return true;
 }
 
-/// For a program before its first instruction.
+/// For a program before its first instruction. Its number is there once the system has set it up.
 bool MoveToSession(HANDLE process, DWORD number) {
     PROCESS_BASIC_INFORMATION facts{};
     if (NtQueryInformationProcess(process, ProcessBasicInformation, &facts, sizeof facts, nullptr) < 0) return false;
     char* const sessionId = reinterpret_cast<char*>(facts.PebBaseAddress) + SessionIdOffset;
-    DWORD before = 0;
     DWORD own = 0;
-    return ReadProcessMemory(process, sessionId, &before, sizeof before, nullptr) &&
-           ProcessIdToSessionId(GetCurrentProcessId(), &own) && before == own &&
-           WriteProcessMemory(process, sessionId, &number, sizeof number, nullptr);
+    DWORD present = 0;
+    ProcessIdToSessionId(GetCurrentProcessId(), &own);
+    for (int round = 0; round < MostRounds; ++round) {
+        if (ReadProcessMemory(process, sessionId, &present, sizeof present, nullptr) && present == own)
+            return WriteProcessMemory(process, sessionId, &number, sizeof number, nullptr) != FALSE;
+        Sleep(PollMs);
+    }
+    return false;
 }
 
 }  // namespace

@@ -176,7 +176,8 @@ class TwoUsers(InstancesTest):
         cls.ini = cls.desktop.ini_path.parents[4] / "other/AppData/Roaming/kestrane/kestrane.ini"
         cls.ini.parent.mkdir(parents=True)
         desktop = cls.start_there("C:\\windows\\explorer.exe", "/desktop", stdout=subprocess.PIPE)
-        assert desktop.stdout.readline().strip() == "begun"
+        if desktop.stdout.readline() != "begun\n":
+            raise AssertionError(f"no second session: {desktop.wait()}")
         wait_until(lambda: cls.run_there(windows_path(BUILD / "poster.exe"), "Shell_TrayWnd") == "1\n", "a desktop there")
         pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE}
         cls.shell_there = Recorder(cls.start_there(windows_path(BUILD / "recorder.exe"), **pipes))

@@ -27,9 +27,19 @@ UNCHECKED = ("malloc", 2)
 NUMBERS = ("x", "y", "width", "height", "tab")
 ANY_WHOLE_NUMBER = re.compile(r"-?\d+$")
 # A key that cannot be read counts as missing: its page shows the default, and saves what it shows.
-READING, DEFAULT_PERIOD = "GetPrivateProfileStringW", "1500"
+READING, PERIOD, DEFAULT_PERIOD = "GetPrivateProfileStringW", "refresh_ms", "1500"
 INSTALL_ID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$")
-PAIRS = ({"0", "1"}, {"bars", "lines"})
+
+# What the scenario switches by a click, which a failure can keep from it: its edits in the dialog, the graphs that it
+# opens, and the menu's entries for pinning them, which move up if one of the graphs is missing.
+SWITCHED = {
+    **{(f"[{name}]", key): {"0", "1"} for name in ("cpu", "disk", "network") for key in ("graph", "pinned", "topmost")},
+    ("[cpu]", "per_core"): {"0", "1"},
+    ("[disk]", "activity"): {"0", "1"},
+    ("[memory]", "bar"): {"0", "1"},
+    ("[memory]", "font_bold"): {"0", "1"},
+    ("[network]", "style"): {"bars", "lines"},
+}
 
 
 def spread(count, most):
@@ -91,7 +101,7 @@ class Settings:
         return any(key in (settings or {}) for key in self._start)
 
     def wrong(self, settings, more=()):
-        """What of these settings is neither old nor new nor one of these values, in words."""
+        """What of these settings is neither old nor new, nor a period that is one of `more`, in words."""
         if settings is None:
             return ["the settings file is gone or unreadable"]
         lost = [f"{key} is lost" for key in self._start if key not in settings]
@@ -105,8 +115,7 @@ class Settings:
             return bool(ANY_WHOLE_NUMBER.match(value))
         if name == "install_id":
             return bool(INSTALL_ID.match(value))
-        known = self._values[key]
-        return value in known or value in more or any(known <= pair and value in pair for pair in PAIRS)
+        return value in self._values[key] or value in SWITCHED.get(key, ()) or (name == PERIOD and value in more)
 
 
 def judge(life, settings):

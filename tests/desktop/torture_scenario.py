@@ -487,20 +487,23 @@ class Rack:
             self._judge_executable()
             # The call that fails may be one of this.
             self._put_original_back()
-            self._start_tortured("--exit").wait(PATIENCE)
+            self._wait_for_end(self._start_tortured("--exit"), "the --exit in which a call may fail")
         if running or self.life.updates:
-            ended = self.desktop.run_kestrane("--exit").code
-        try:
-            self.process.wait(PATIENCE)
-        except subprocess.TimeoutExpired:
-            self.life.findings.append(f"--exit does not end it and says {ended}")
-            self.process.kill()
-            self.process.wait()
+            self._wait_for_end(self.desktop.start_kestrane("--exit"), "the --exit without a failure")
+        self._wait_for_end(self.process, "the program that was told to end")
         self.life.code = self.process.returncode
         if self._find_hidden():
             self.life.findings.append("--exit leaves a window")
         if self.gate:
             self.gate.open()
+
+    def _wait_for_end(self, process, what):
+        try:
+            process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            self.life.findings.append(f"waited {PATIENCE} s in vain for the end of {what}")
+            process.kill()
+            process.wait()
 
     def _wait_for_newer(self):
         """The new version comes up, unless the failure was of its start."""

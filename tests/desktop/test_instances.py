@@ -1,5 +1,5 @@
-"""One program in each session, whoever starts it, how often and when: many starts at once, copies in two folders, starts
-while the former one ends, and two users at once."""
+"""One program in each session, whoever starts it, how often and when: many starts at once, copies in two folders,
+starts while the former one ends, and two users at once."""
 
 import itertools
 import shutil
@@ -114,7 +114,7 @@ class Instances(InstancesTest):
             self.assertEqual(process.wait(), 0)
 
     def replace(self, former):
-        """Ends a program and starts others at the same moment. The crowd with the one that lives on, if there is one."""
+        """Ends a program and starts others at the same moment. The crowd with the one that lives on, or None."""
         start = self.shell.mark()
         crowd = Crowd(self.desktop, (1, PROGRAM, "--exit"), (STARTS_A_ROUND, PROGRAM, ""))
         self.assertEqual(set(former.wait()), {0})
@@ -178,7 +178,8 @@ class TwoUsers(InstancesTest):
         desktop = cls.start_there("C:\\windows\\explorer.exe", "/desktop", stdout=subprocess.PIPE)
         if desktop.stdout.readline() != "begun\n":
             raise AssertionError(f"no second session: {desktop.wait()}")
-        wait_until(lambda: cls.run_there(windows_path(BUILD / "poster.exe"), "Shell_TrayWnd") == "1\n", "a desktop there")
+        poster = windows_path(BUILD / "poster.exe")
+        wait_until(lambda: cls.run_there(poster, "Shell_TrayWnd") == "1\n", "a desktop there")
         pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE}
         cls.shell_there = Recorder(cls.start_there(windows_path(BUILD / "recorder.exe"), **pipes))
 

@@ -5,6 +5,7 @@
 #include "base/font_win32.h"
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
+#include "base/high_contrast_win32.h"
 #include "dialog/gdi_paint_win32.h"
 #include "dialog/item_layout.h"
 #include "dialog/switch_pixels.h"
@@ -51,7 +52,7 @@ void PaintTabButton(HDC dc, const Rect& item, const std::wstring& text, HICON ic
         FillSolid(dc, edge, TabEdge);
     FillSolid(dc, layout.strip, accent);
     DrawIconIn(dc, layout.icon, icon);
-    DrawTextIn(dc, layout.text, shown, TextColor(selected, Black), OneLine | DT_NOPREFIX);
+    DrawTextIn(dc, layout.text, shown, TextColor(selected, SystemColor(COLOR_WINDOWTEXT)), OneLine | DT_NOPREFIX);
     if (focus) DrawFocus(dc, layout.focus);
 }
 
@@ -81,16 +82,19 @@ void PaintSwitch(HDC dc, const Rect& item, const std::wstring& text, bool on, bo
     if (focus) DrawFocus(dc, layout.focus);
 }
 
-void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON icon, HBRUSH background, bool enabled,
-                       HFONT boldFont, std::uint32_t dpi) {
+void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON icon, HBRUSH background,
+                       ColorValue color, HFONT boldFont, std::uint32_t dpi) {
     const SavedDc saved(dc);
     SelectObject(dc, boldFont);
     const SectionTitleLayout layout = LayoutSectionTitle(item, dpi);
     const RECT filled = ToPlatform(item);
     FillRect(dc, &filled, background);
     DrawIconIn(dc, layout.icon, icon);
-    DrawTextIn(dc, layout.text, text.substr(0, LongestSectionText), TextColor(enabled, SectionText),
-               OneLine | DT_NOPREFIX);
+    DrawTextIn(dc, layout.text, text.substr(0, LongestSectionText), color, OneLine | DT_NOPREFIX);
+}
+
+ColorValue SectionTextColor(bool onWhite, bool enabled) {
+    return TextColor(enabled, !onWhite && IsHighContrast() ? SystemColor(COLOR_BTNTEXT) : SectionText);
 }
 
 void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, ItemState state, HFONT font,

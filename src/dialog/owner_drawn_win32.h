@@ -38,8 +38,11 @@ void PaintSwitch(HDC dc, const Rect& item, const std::wstring& text, bool on, bo
 
 inline constexpr std::size_t LongestSectionText = 95;
 /// At most LongestSectionText characters of `text`. Without an icon its place stays empty.
-void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON icon, HBRUSH background, bool enabled,
-                       HFONT boldFont, std::uint32_t dpi);
+void PaintSectionTitle(HDC dc, const Rect& item, const std::wstring& text, HICON icon, HBRUSH background,
+                       ColorValue color, HFONT boldFont, std::uint32_t dpi);
+
+/// The colour of a section title's text, on white or on the page.
+ColorValue SectionTextColor(bool onWhite, bool enabled);
 
 /// `nameLeft` and `ipLeft` are the distances of the two columns from the item's left.
 void PaintInterfaceItem(HDC dc, const Rect& item, const InterfaceItem& shown, ItemState state, HFONT font,

@@ -68,20 +68,18 @@ void SettingsDialog::OnPaint() {
     if (paint.Dc() != nullptr) PaintPageBackground(paint.Dc(), background, Dpi());
 }
 
+/// An answered message does not reach the system, so the text gets its colour here, too.
 HBRUSH SettingsDialog::OnControlColor(HDC dc, HWND control) {
     const std::int32_t id = GetDlgCtrlID(control);
     const bool isNote = std::ranges::any_of(PageNotes, [id](const PageNote& note) { return note.id == id; });
-    if (isNote) {
-        SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
-        SetBkMode(dc, TRANSPARENT);
-        return GetSysColorBrush(COLOR_BTNFACE);
-    }
     const ControlRow* row = controls_.Find(id);
-    if (row == nullptr || row->window != control) return nullptr;
+    if (!isNote && (row == nullptr || row->window != control)) return nullptr;
+    const bool isGrey = isNote || row->row.type == ControlType::Note;
+    SetTextColor(dc, GetSysColor(isGrey ? COLOR_GRAYTEXT : COLOR_BTNTEXT));
     SetBkMode(dc, TRANSPARENT);
+    if (isNote) return GetSysColorBrush(COLOR_BTNFACE);
     if (row->row.type == ControlType::TabTitle || row->row.type == ControlType::BoxTitle)
         return static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
-    if (row->row.type == ControlType::Note) SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
     const std::size_t tab = IndexOf(DialogGroups[static_cast<std::size_t>(row->row.group)].tab);
     SetBkColor(dc, tab_colors_[tab]);
     return tab_brushes_[tab].Get();
@@ -154,8 +152,8 @@ void SettingsDialog::DrawSectionTitle(const DRAWITEMSTRUCT& item) {
         std::ranges::any_of(HardwarePanels, [id](const HardwarePanel& panel) { return panel.title == id; });
     const HBRUSH background = isHardware ? static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)) : TabBrush();
     PaintSectionTitle(item.hDC, FromPlatform(item.rcItem), WindowText(item.hwndItem, LongestSectionText),
-                      isHardware ? hardware_icon_.Get() : graph_icon_.Get(), background, StateOf(item).enabled,
-                      bold_font_.Get(), Dpi());
+                      isHardware ? hardware_icon_.Get() : graph_icon_.Get(), background,
+                      SectionTextColor(isHardware, StateOf(item).enabled), bold_font_.Get(), Dpi());
 }
 
 /// The columns start below their heads.

@@ -11,6 +11,7 @@
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
 #include "base/geometry_win32.h"
+#include "base/high_contrast_win32.h"
 #include "base/icon_win32.h"
 #include "base/module_path_win32.h"
 #include "base/resource_ids.h"
@@ -236,7 +237,7 @@ void OpenPage(const UpdateDialogState& state, const wchar_t* path) {
 
 HBRUSH OnStaticColor(HDC dc, HWND control) {
     if (!IsLink(control)) return nullptr;
-    SetTextColor(dc, LinkColor);
+    SetTextColor(dc, IsHighContrast() ? GetSysColor(COLOR_HOTLIGHT) : LinkColor);
     SetBkMode(dc, TRANSPARENT);
     return GetSysColorBrush(COLOR_BTNFACE);
 }

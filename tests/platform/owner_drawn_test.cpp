@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/fake_contrast_win32.h"
 #include "support/painted_surface_win32.h"
 
 namespace kestrane {
@@ -22,6 +23,7 @@ class OwnerDrawn : public testing::Test {
   protected:
     OwnerDrawn() {
         world = {};
+        contrast = Contrast::Off;
         std::vector<std::uint8_t> mask(16 * 16 / 8, 0);
         std::vector<std::uint32_t> pixels(16 * 16, 0xFF000000 | IconColor);
         icon_.Reset(
@@ -85,7 +87,8 @@ TEST_F(TabButton, IconAndTextAreCentredAsAPair) {
     Paint(selected, true);
     EXPECT_EQ(
         world.texts,
-        (std::vector<DrawnText>{{L"Disco", {45, 1, 102, 31}, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, 0, true}}));
+        (std::vector<DrawnText>{
+            {L"Disco", {45, 1, 102, 31}, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, Sys(COLOR_WINDOWTEXT), true}}));
     EXPECT_EQ(selected.At(24, 9), IconColor) << "one pixel below the middle";
     EXPECT_EQ(selected.At(39, 24), IconColor);
     EXPECT_EQ(selected.CountOf(IconColor), 256);
@@ -304,17 +307,17 @@ TEST_F(Switch, WithoutAnImageItsTextIsStillThere) {
 
 class SectionTitle : public OwnerDrawn {
   protected:
-    void Paint(const Surface& surface, const std::wstring& text, bool enabled) {
+    void Paint(const Surface& surface, const std::wstring& text, ColorValue color = 0x203040) {
         const UniqueBrush brush(CreateSolidBrush(SwapRedBlue(0x90A0B0)));
         surface.Painted([&](HDC dc) {
-            PaintSectionTitle(dc, {2, 1, 202, 25}, text, icon_.Get(), brush.Get(), enabled, bold_.Get(), Dpi);
+            PaintSectionTitle(dc, {2, 1, 202, 25}, text, icon_.Get(), brush.Get(), color, bold_.Get(), Dpi);
         });
     }
 };
 
 TEST_F(SectionTitle, HasItsIconAndItsBackground) {
     const Surface surface(204, 26);
-    Paint(surface, L"Equipo", true);
+    Paint(surface, L"Equipo");
     EXPECT_EQ(surface.At(1, 10), Untouched);
     EXPECT_EQ(surface.At(2, 1), 0x90A0B0U);
     EXPECT_EQ(surface.At(201, 24), 0x90A0B0U);
@@ -324,19 +327,32 @@ TEST_F(SectionTitle, HasItsIconAndItsBackground) {
     EXPECT_EQ(surface.CountOf(IconColor), 256);
 }
 
-TEST_F(SectionTitle, TheTextIsBoldAndGreyWhenDisabled) {
+TEST_F(SectionTitle, TheTextIsBold) {
     const Surface surface(204, 26);
-    Paint(surface, L"A & B", true);
-    Paint(surface, L"A & B", false);
+    Paint(surface, L"A & B", 0x405060);
     constexpr UINT flags = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX;
-    EXPECT_EQ(world.texts, (std::vector<DrawnText>{{L"A & B", {27, 1, 202, 25}, flags, 0x444444, true},
-                                                   {L"A & B", {27, 1, 202, 25}, flags, Sys(COLOR_GRAYTEXT), true}}));
+    EXPECT_EQ(world.texts, (std::vector<DrawnText>{{L"A & B", {27, 1, 202, 25}, flags, 0x405060, true}}));
+}
+
+TEST_F(SectionTitle, TheTextIsReadableOnItsBackgroundAndGreyWhenDisabled) {
+    struct Row {
+        Contrast contrast;
+        bool onWhite;
+        ColorValue color;
+    };
+    for (const Row& row : {Row{Contrast::Off, false, 0x444444}, Row{Contrast::Off, true, 0x444444},
+                           Row{Contrast::On, false, Sys(COLOR_BTNTEXT)}, Row{Contrast::On, true, 0x444444},
+                           Row{Contrast::Unknown, false, 0x444444}}) {
+        contrast = row.contrast;
+        EXPECT_EQ(SectionTextColor(row.onWhite, true), row.color) << static_cast<int>(row.contrast) << row.onWhite;
+        EXPECT_EQ(SectionTextColor(row.onWhite, false), Sys(COLOR_GRAYTEXT));
+    }
 }
 
 TEST_F(SectionTitle, ShowsAtMost95Characters) {
     const Surface surface(204, 26);
-    Paint(surface, std::wstring(95, L'x'), true);
-    Paint(surface, std::wstring(96, L'x'), true);
+    Paint(surface, std::wstring(95, L'x'));
+    Paint(surface, std::wstring(96, L'x'));
     ASSERT_EQ(world.texts.size(), 2U);
     EXPECT_EQ(world.texts[0].text.size(), 95U);
     EXPECT_EQ(world.texts[1].text.size(), 95U);

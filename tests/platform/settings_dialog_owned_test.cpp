@@ -111,7 +111,8 @@ TEST_F(SettingsDialogOwned, AnswerWithTheirColours) {
         bool grey;
     };
     WithDialog([] {
-        sys.colors = {{COLOR_BTNFACE, RGB(10, 20, 30)}, {COLOR_GRAYTEXT, RGB(40, 50, 60)}};
+        sys.colors = {
+            {COLOR_BTNFACE, RGB(10, 20, 30)}, {COLOR_GRAYTEXT, RGB(40, 50, 60)}, {COLOR_BTNTEXT, RGB(70, 80, 90)}};
         Click(IdCpuPerCore);  // after an edit the brushes follow the system
         const auto none = static_cast<HBRUSH>(GetStockObject(NULL_BRUSH));
         const auto boxTitle = ControlIds()[static_cast<std::size_t>(
@@ -135,7 +136,7 @@ TEST_F(SettingsDialogOwned, AnswerWithTheirColours) {
                     reinterpret_cast<HBRUSH>(SendMessageW(Dialog(), message, reinterpret_cast<WPARAM>(screen.Get()),
                                                           reinterpret_cast<LPARAM>(Control(row.id))));
                 EXPECT_EQ(GetBkMode(screen.Get()), TRANSPARENT) << row.reason;
-                EXPECT_EQ(GetTextColor(screen.Get()), row.grey ? RGB(40, 50, 60) : RGB(1, 2, 3)) << row.reason;
+                EXPECT_EQ(GetTextColor(screen.Get()), row.grey ? RGB(40, 50, 60) : RGB(70, 80, 90)) << row.reason;
                 if (row.brush != nullptr) {
                     EXPECT_EQ(brush, row.brush) << row.reason;
                     continue;

@@ -9,6 +9,7 @@
 #include "dialog/dialog_resources.h"
 #include "dialog/sample_data.h"
 #include "graph/graph_painter_win32.h"
+#include "support/fake_contrast_win32.h"
 #include "support/painted_surface_win32.h"
 #include "support/settings_dialog_world_win32.h"
 #include "tray/icon_render_win32.h"
@@ -261,6 +262,20 @@ TEST_F(DialogPainting, TitlesOfHardwareAreOnWhiteAndThoseOfGraphsOnThePage) {
         EXPECT_EQ(world.texts.front().color, 0x444444U);
         EXPECT_EQ(world.texts.back().color, Sys(COLOR_GRAYTEXT));
         EXPECT_TRUE(world.texts.back().bold);
+    });
+}
+
+TEST_F(DialogPainting, OnlyTheTitlesOnThePageFollowAContrastTheme) {
+    WithDialog([] {
+        const Surface surface(204, 26);
+        world.texts.clear();
+        contrast = Contrast::On;
+        Draw(surface, IdCpuHardwareTitle, {2, 1, 202, 25}, 0);
+        Draw(surface, IdCpuGraphTitle, {2, 1, 202, 25}, 0);
+        contrast = Contrast::Off;
+        ASSERT_EQ(world.texts.size(), 2U);
+        EXPECT_EQ(world.texts[0].color, 0x444444U) << "on white";
+        EXPECT_EQ(world.texts[1].color, Sys(COLOR_BTNTEXT));
     });
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <map>
 
+#include "support/fake_contrast_win32.h"
 #include "support/update_dialog_world_win32.h"
 
 namespace kestrane {
@@ -357,6 +358,24 @@ TEST_F(UpdateDialogFrame, CanEndWhileThePageOpens) {
         Notify(Changes, STN_CLICKED);
     }));
     EXPECT_THAT(world->pages, SizeIs(1));
+}
+
+/// Its own blue would be lost on a dark background.
+TEST_F(UpdateDialogFrame, AContrastThemeGivesLinksTheirColor) {
+    WithDialog([] {
+        const HDC dc = GetDC(Dialog());
+        const auto colorIn = [dc](Contrast theme) {
+            contrast = theme;
+            SendMessageW(Dialog(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                         reinterpret_cast<LPARAM>(Control(Web)));
+            return GetTextColor(dc);
+        };
+        ASSERT_NE(GetSysColor(COLOR_HOTLIGHT), RGB(0, 102, 204));
+        EXPECT_EQ(colorIn(Contrast::On), GetSysColor(COLOR_HOTLIGHT));
+        EXPECT_EQ(colorIn(Contrast::Unknown), RGB(0, 102, 204));
+        EXPECT_EQ(colorIn(Contrast::Off), RGB(0, 102, 204));
+        ReleaseDC(Dialog(), dc);
+    });
 }
 
 TEST_F(UpdateDialogFrame, LinksHaveTheHandAndTheirOwnColor) {

@@ -15,4 +15,11 @@ UniqueAccPropServices OpenAccPropServices() {
     return UniqueAccPropServices(static_cast<IAccPropServices*>(services));
 }
 
+void SetAccNumber(const UniqueAccPropServices& services, HWND control, const GUID& property, LONG value) {
+    VARIANT variant{};
+    variant.vt = VT_I4;
+    variant.lVal = value;
+    services.Get()->SetHwndProp(control, AccControl, CHILDID_SELF, property, variant);
+}
+
 }  // namespace kestrane

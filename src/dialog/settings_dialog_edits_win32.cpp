@@ -217,6 +217,7 @@ void SettingsDialog::AfterEdit() {
     InvalidateSamples();
     UpdateButtons();
     NameWells();
+    TellStates();
 }
 
 }  // namespace kestrane

@@ -81,6 +81,7 @@ void SettingsDialog::SelectTab(SettingsTab tab) {
     for (const DialogTab& row : DialogTabs)
         InvalidateControl(row.button);
     InvalidateSamples();
+    TellStates();
 }
 
 /// Reads the machine afresh, in the language of now.

@@ -104,7 +104,9 @@ bool SettingsDialog::OnMeasureItem(MEASUREITEMSTRUCT& item) const {
     return true;
 }
 
+/// A button is also drawn when it gets or loses the focus.
 bool SettingsDialog::OnDrawItem(const DRAWITEMSTRUCT& item) {
+    if (item.CtlType == ODT_BUTTON) TellStates();
     const auto id = static_cast<std::int32_t>(item.CtlID);
     for (std::size_t i = 0; i < TabCount; ++i) {
         if (id != DialogTabs[i].button) continue;

@@ -113,6 +113,7 @@ void SettingsDialog::OnInitDialog(HWND window) {
     controls_.Create(window, Fonts(), host_.FixedDisks());
     heights_.disks_height = controls_.DisksHeight();
     well_names_.emplace(window);
+    roles_.emplace(window);
     NameWells();
     const DialogState state = LoadDialogState();
     tab_ = TabOfNumber(state.tab);
@@ -132,6 +133,7 @@ void SettingsDialog::OnInitDialog(HWND window) {
     LayoutDialog();
     PlaceWindow(state);
     UpdateButtons();
+    TellStates();
     SetTimer(window, SampleTimer, SampleTimerMs, nullptr);
 }
 
@@ -183,6 +185,10 @@ void SettingsDialog::NameWells() {
     if (well_names_) well_names_->Update(settings_.thresholds);
 }
 
+void SettingsDialog::TellStates() {
+    if (roles_) roles_->Update(settings_.show, tab_);
+}
+
 /// Also reached without Cancel, when the program ends.
 void SettingsDialog::OnDestroy() {
     RECT window{};
@@ -190,6 +196,7 @@ void SettingsDialog::OnDestroy() {
         SaveDialogState({true, window.left, window.top, static_cast<std::uint32_t>(tab_)});
     KillTimer(window_, SampleTimer);
     well_names_.reset();
+    roles_.reset();
     openDialog = nullptr;
 }
 

@@ -16,6 +16,7 @@
 #include "base/handles_win32.h"
 #include "dialog/button_states.h"
 #include "dialog/combo_boxes_win32.h"
+#include "dialog/control_roles_win32.h"
 #include "dialog/dialog_controls_win32.h"
 #include "dialog/dialog_layout.h"
 #include "dialog/dialog_panels.h"
@@ -60,6 +61,7 @@ class SettingsDialog {
     void ShowGeneral();
     void PlaceWindow(const DialogState& state);
     void NameWells();
+    void TellStates();
     void OnDestroy();
 
     // Layout (settings_dialog_layout_win32.cpp).
@@ -154,6 +156,7 @@ class SettingsDialog {
     DialogControls controls_;
     std::optional<ComboBoxes> combos_;     // once there is a window
     std::optional<WellNames> well_names_;  // while there is one
+    std::optional<ControlRoles> roles_;    // the same
     MeasuredHeights heights_;
     std::array<Rect, HardwareCount> hardware_boxes_;
     std::array<Rect, GraphCount> graph_boxes_;

@@ -10,8 +10,8 @@ UpdateDialogRoles::UpdateDialogRoles(const std::array<HWND, 2>& links, HWND bar,
     : services_(OpenAccPropServices()), links_(links), bar_(bar) {
     if (!services_) return;
     for (const HWND link : links_)
-        SetRole(link, ROLE_SYSTEM_LINK);
-    SetRole(bar_, ROLE_SYSTEM_PROGRESSBAR);
+        SetAccNumber(services_, link, AccRole, ROLE_SYSTEM_LINK);
+    SetAccNumber(services_, bar_, AccRole, ROLE_SYSTEM_PROGRESSBAR);
     SetText(AccName, nameOfBar);
     ShowProgress(0);
 }
@@ -30,13 +30,6 @@ void UpdateDialogRoles::ShowProgress(std::int32_t permille) {
     percent_ = percent;
     SetText(AccValue, (FormatUnsigned(static_cast<std::uint64_t>(percent)) + L"%").c_str());
     NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, bar_, OBJID_CLIENT, CHILDID_SELF);
-}
-
-void UpdateDialogRoles::SetRole(HWND control, LONG role) {
-    VARIANT value{};
-    value.vt = VT_I4;
-    value.lVal = role;
-    services_.Get()->SetHwndProp(control, AccControl, CHILDID_SELF, AccRole, value);
 }
 
 void UpdateDialogRoles::SetText(const GUID& property, const wchar_t* text) {

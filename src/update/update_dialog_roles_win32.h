@@ -22,7 +22,6 @@ class UpdateDialogRoles {
     void ShowProgress(std::int32_t permille);
 
   private:
-    void SetRole(HWND control, LONG role);
     void SetText(const GUID& property, const wchar_t* text);
 
     UniqueAccPropServices services_;

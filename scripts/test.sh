@@ -18,9 +18,7 @@ export LC_ALL=C.UTF-8
 source scripts/wine-env.sh
 begin_session
 code=0
-# A test with a screen spends half its time waiting, so it takes two of five places: two of them run at a time, and one
-# that only computes runs beside them.
-ctest --test-dir build -j5 --output-on-failure "$@" || code=$?
+ctest --test-dir build -j2 --output-on-failure "$@" || code=$?
 # CTest lists skipped checks, but not the reason.
 grep '^skipped: ' build/Testing/Temporary/LastTest.log || true
 exit $code

@@ -86,7 +86,7 @@ void DialogControls::AddDiskBoxes(const std::vector<DiskFacts>& disks) {
     }
 }
 
-/// The first text is in the active language, so the boxes flow anew when it changes.
+/// The first text is in the active language, so the boxes flow anew when it changes, and when the font does.
 DiskBoxes DialogControls::FlowDisks() {
     disk_texts_.front() = Tr(AllDisksText);
     const std::int32_t unit = RectWidth(ToPixels({0, 0, 4, 8}));
@@ -114,12 +114,26 @@ const ControlRow* DialogControls::Find(std::int32_t id) const {
     return found != rows_.end() ? &*found : nullptr;
 }
 
-void DialogControls::Retranslate() {
+void DialogControls::ReflowDisks() {
     const DiskBoxes boxes = FlowDisks();
     for (const DialogRow& box : boxes.rows) {
         const auto control = std::ranges::find(rows_, box.id, [](const ControlRow& row) { return row.row.id; });
         if (control != rows_.end()) control->row = box;
     }
+}
+
+void DialogControls::Dress(const DialogFonts& fonts) {
+    fonts_ = fonts;
+    for (ControlRow& control : rows_) {
+        if (ControlClasses[static_cast<std::size_t>(control.row.type)].bold)
+            SendMessageW(control.window, WM_SETFONT, reinterpret_cast<WPARAM>(fonts.bold), FALSE);
+        control.rect = {};
+    }
+    ReflowDisks();
+}
+
+void DialogControls::Retranslate() {
+    ReflowDisks();
     for (const ControlRow& control : rows_) {
         if (HasText(control.row)) SetWindowTextW(control.window, Tr(TextOf(control.row)));
     }

@@ -42,6 +42,8 @@ class DialogControls {
 
     /// Sets every text again, in the active language.
     void Retranslate();
+    /// Takes the fonts of another DPI, for which the system has moved the controls and given them all the regular one.
+    void Dress(const DialogFonts& fonts);
 
     /// Shows, hides and moves the controls. Those that stay as they are are not touched, which keeps the flicker down.
     void Place(const GroupLayout& layout, const MeasuredHeights& heights);
@@ -51,6 +53,7 @@ class DialogControls {
     HWND AddRow(const DialogRow& row, const wchar_t* text);
     void AddDiskBoxes(const std::vector<DiskFacts>& disks);
     DiskBoxes FlowDisks();
+    void ReflowDisks();
     HWND LastOfGroup(std::int32_t group) const;
 
     struct Move {

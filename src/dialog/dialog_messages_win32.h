@@ -8,5 +8,7 @@ namespace kestrane {
 inline constexpr UINT WM_TOGGLE_INTERFACE = 0x800A;
 /// The language has changed: all texts are to be set again.
 inline constexpr UINT WM_RETRANSLATE = 0x800B;
+/// The dialog has moved to a monitor of another DPI, for which the system has resized it and all controls.
+inline constexpr UINT WM_SETTINGS_DRESS = 0x800C;
 
 }  // namespace kestrane

@@ -92,6 +92,12 @@ void SettingsDialog::LoadHardwareRows(SettingsTab tab) {
     if (tab == SettingsTab::Memory) rows = BuildMemorySummary(ReadMemoryFacts());
 }
 
+void SettingsDialog::MeasureHeights() {
+    heights_.disks_height = controls_.DisksHeight();
+    for (std::size_t i = 0; i < HardwareCount; ++i)
+        MeasureHardware(static_cast<SettingsTab>(i));
+}
+
 void SettingsDialog::MeasureHardware(SettingsTab tab) {
     const ControlRow* control = controls_.Find(HardwarePanels[IndexOf(tab)].text);
     if (control == nullptr) return;
@@ -105,17 +111,15 @@ void SettingsDialog::MeasureHardware(SettingsTab tab) {
 void SettingsDialog::Retranslate() {
     SetWindowTextW(window_, Tr(SettingsDialogTitle));
     controls_.Retranslate();
-    heights_.disks_height = controls_.DisksHeight();
     NameWells();
     {
         const Filling filling(*this);
         combos_->Retranslate();
-        for (std::size_t i = 0; i < HardwareCount; ++i) {
+        for (std::size_t i = 0; i < HardwareCount; ++i)
             LoadHardwareRows(static_cast<SettingsTab>(i));
-            MeasureHardware(static_cast<SettingsTab>(i));
-        }
         FillInterfaceList();
     }
+    MeasureHeights();
     LayoutDialog();
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }

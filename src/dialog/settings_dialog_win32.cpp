@@ -1,6 +1,7 @@
 #include "dialog/settings_dialog_win32.h"
 
 #include <string>
+#include <utility>
 
 #include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
@@ -10,6 +11,7 @@
 #include "dialog/dialog_messages_win32.h"
 #include "dialog/dialog_resources.h"
 #include "dialog/interface_list_win32.h"
+#include "dialog/item_layout.h"
 #include "settings/autostart_win32.h"
 #include "settings/ini_file_win32.h"
 #include "text/translation.h"
@@ -92,6 +94,13 @@ INT_PTR SettingsDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_RETRANSLATE:
             Retranslate();
             return TRUE;
+        case WM_DPICHANGED:
+            // The system resizes the dialog by itself after this message, and gives every control the same font.
+            PostMessageW(window_, WM_SETTINGS_DRESS, 0, 0);
+            return FALSE;
+        case WM_SETTINGS_DRESS:
+            Dress();
+            return TRUE;
         case WM_CLOSE:
             Cancel();
             return TRUE;
@@ -111,7 +120,6 @@ void SettingsDialog::OnInitDialog(HWND window) {
     ResizeIconSamples(samples_, IconPixelSize(window));
     RebuildTabBrushes();
     controls_.Create(window, Fonts(), host_.FixedDisks());
-    heights_.disks_height = controls_.DisksHeight();
     well_names_.emplace(window);
     roles_.emplace(window);
     NameWells();
@@ -128,8 +136,7 @@ void SettingsDialog::OnInitDialog(HWND window) {
     FillControls();
     LoadIcons();
     SubclassInterfaceList(Control(IdInterfaces));
-    for (std::size_t i = 0; i < HardwareCount; ++i)
-        MeasureHardware(static_cast<SettingsTab>(i));
+    MeasureHeights();
     LayoutDialog();
     PlaceWindow(state);
     UpdateButtons();
@@ -146,7 +153,10 @@ void SettingsDialog::ShowGeneral() {
     combos_->Choose(IdLanguage, static_cast<std::int32_t>(settings_.language));
 }
 
+/// The controls keep the icons of another DPI until they have the new ones.
 void SettingsDialog::LoadIcons() {
+    const auto oldIcons = std::exchange(owned_icons_, {});
+    const auto oldTabIcons = std::exchange(tab_icons_, {});
     const int smallIcon = GetSystemMetricsForDpi(SM_CXSMICON, Dpi());
     const int buttonSize = smallIcon < 1 ? PageIconSize : smallIcon;
     const auto loadOwned = [&](std::uint32_t resource) {
@@ -170,6 +180,15 @@ void SettingsDialog::LoadIcons() {
 }
 
 void SettingsDialog::PlaceWindow(const DialogState& state) {
+    const std::uint32_t dpi = Dpi();
+    MoveToPlace(state);
+    if (Dpi() == dpi) return;
+    // A monitor of another DPI has given it another size.
+    Dress();
+    MoveToPlace(state);
+}
+
+void SettingsDialog::MoveToPlace(const DialogState& state) {
     RECT window{};
     GetWindowRect(window_, &window);
     const std::int32_t width = window.right - window.left;
@@ -178,6 +197,16 @@ void SettingsDialog::PlaceWindow(const DialogState& state) {
     const Rect workArea = WorkAreaOf(MonitorFromPoint(ToPlatform(place.monitor), MONITOR_DEFAULTTONEAREST));
     const Point corner = MovedIntoWorkArea(place.corner, workArea, width, height);
     SetWindowPos(window_, nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+/// Everything that the system does not do for the dialog's present DPI.
+void SettingsDialog::Dress() {
+    const UniqueFont oldFont = std::exchange(bold_font_, MakeBold(Fonts().regular));  // lives until nobody has it
+    controls_.Dress(Fonts());
+    LoadIcons();
+    SendDlgItemMessageW(window_, IdInterfaces, LB_SETITEMHEIGHT, 0, InterfaceItemHeight(Dpi()));
+    MeasureHeights();
+    LayoutDialog();
 }
 
 /// An edit can end the program, and with it the names.

@@ -60,6 +60,8 @@ class SettingsDialog {
     void LoadIcons();
     void ShowGeneral();
     void PlaceWindow(const DialogState& state);
+    void MoveToPlace(const DialogState& state);
+    void Dress();
     void NameWells();
     void TellStates();
     void OnDestroy();
@@ -71,6 +73,7 @@ class SettingsDialog {
     void ResizeWindow(std::int32_t contentHeight);
     void SelectTab(SettingsTab tab);
     void LoadHardwareRows(SettingsTab tab);
+    void MeasureHeights();
     void MeasureHardware(SettingsTab tab);
     void Retranslate();
 

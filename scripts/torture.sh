@@ -14,6 +14,10 @@
 # repeats one failure; with "update" in the other life, in which the program updates itself.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+if [ $# -gt 0 ] && ! [[ $* =~ ^(update\ )?[A-Za-z_0-9]+\ [1-9][0-9]*(\ [0-9a-f]+)?$ ]]; then
+    echo "usage: scripts/torture.sh [[update] FUNCTION CALL [PLACE]]" >&2
+    exit 2
+fi
 scripts/packages.sh
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target kestrane kestrane-torture kestrane-newer recorder neighbour poster scripted_pdh

@@ -1,6 +1,6 @@
 """A sample of the torture: one system call fails, in each life of the program another one.
 
-scripts/torture.sh runs the whole of it, hundreds of such lives.
+scripts/torture.sh runs the whole of it, some two thousand such lives.
 """
 
 import unittest

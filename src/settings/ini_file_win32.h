@@ -8,8 +8,8 @@
 
 namespace kestrane {
 
-/// The path of the settings file, whether or not it exists, computed at each call. If the system twice does not tell
-/// the application data folder, it is in the temporary folder; without that either, throws std::runtime_error.
+/// The path of the settings file, whether or not it exists, computed at each call. If the system, asked twice, does not
+/// tell the application data folder, it is in the temporary folder; without that either, throws std::runtime_error.
 std::wstring IniPath();
 
 /// Creates the folders above `path`. On failure logs a debug line and returns false.

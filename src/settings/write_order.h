@@ -1,8 +1,8 @@
 #pragma once
 // What keeps the settings file readable while a tab is saved. The program can be ended between any two writes, and some
 // keys are not read on their own: an absent one is filled in from another, and thresholds out of order count as none.
-// Two rules keep each setting old or new after every write of a file that the program has written. The names of
-// interfaces have none: they go by their place in the list of interfaces.
+// Two rules keep each setting old or new after every write of a file that the program has written. No rule
+// protects the names of interfaces: they go by their place in the list of interfaces.
 #include <vector>
 
 #include "settings/app_settings.h"

@@ -93,10 +93,10 @@ MEANINGS = {
     ("memory", "bar"): ("The icon has a level bar above the digits.", "El icono lleva una barra de nivel sobre las cifras."),
     ("memory", "refresh_ms"): ("Milliseconds between two readings.", "Milisegundos entre dos lecturas."),
     ("network", "interfaces"): (
-        "The connections that are added up, by Windows' number for each (its LUID, in hexadecimal); `*` is all of them. "
-        "Best chosen in the settings window.",
-        "Las conexiones que se suman, por el número que Windows da a cada una (su LUID, en hexadecimal); `*` son todas. Lo "
-        "mejor es elegirlas en la ventana de ajustes.",
+        "The connections that are added up, at most 15, by Windows' number for each (its LUID, in hexadecimal); `*` is all of "
+        "them. Best chosen in the settings window.",
+        "Las conexiones que se suman, 15 como mucho, por el número que Windows da a cada una (su LUID, en hexadecimal); `*` son "
+        "todas. Lo mejor es elegirlas en la ventana de ajustes.",
     ),
     ("network", "interface_aliases"): (
         "Their names, in the same order and separated by `|`; shown while a chosen connection is away.",
@@ -158,9 +158,11 @@ GRAPH_MEANINGS = {
 OLDER = {
     ("general", "refresh_ms"): (
         "One period for CPU, disk and memory, where a section lacks `refresh_ms` of its own. If `[cpu]` lacks `per_core`, "
-        "the period of `[cpu]` is that of the disk too.",
+        "its period is also that of a disk without one of its own, until “Save” on the page CPU writes `per_core`; from the next "
+        "start on, such a disk has the period of this row, or the default.",
         "Un solo ritmo para CPU, disco y memoria, donde una sección no tenga su propio `refresh_ms`. Si en `[cpu]` falta "
-        "`per_core`, el ritmo de `[cpu]` es también el del disco.",
+        "`per_core`, su ritmo es también el de un disco que no tenga uno propio, hasta que «Guardar» en la pestaña CPU escriba "
+        "`per_core`; desde el siguiente arranque, un disco así tiene el ritmo de esta fila, o el valor por defecto.",
     ),
     ("network", "icon_border"): (
         "`0`: the network icon has no border, if `net_border` is missing.",
@@ -258,7 +260,7 @@ mirarlo, copiarlo a otro equipo o preparar uno para muchos usuarios. In English:
 )
 
 HEAD = ("| Key | Values | Default | Meaning |", "| Clave | Valores | Por defecto | Significado |")
-WRITTEN = ("Written by: {0}.", "Lo que las escribe: {0}.")
+WRITTEN = ("Written by: {0}.", "Estas claves las escribe: {0}.")
 WRITTEN_BY_PAGES = ("“Save” on the page of the same icon", "«Guardar» en la pestaña del mismo icono")
 NO_DEFAULT = ("none", "ninguno")
 LIKE = ("that of `{0}`", "el de `{0}`")

@@ -123,7 +123,7 @@ TEST(WriteOrder, ThresholdsThatAreNotAllThereKeepTheirTurn) {
     }
 }
 
-TEST(WriteOrder, TheDiskKeepsItsPeriodAtTheFirstSaveOfTheCpu) {
+TEST(WriteOrder, TheDiskNeverTakesTheNewPeriodOfTheCpu) {
     AppSettings settings = MakeDefaultSettings();
     settings.refresh_ms[0] = 5000;
     EXPECT_THAT(Lost(States(settings, SettingsTab::Cpu, {})), IsEmpty());

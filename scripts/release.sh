@@ -3,7 +3,7 @@
 # anew, writes to build/release everything that the update host serves, and tags the commit. VERSION has three numbers,
 # such as 1.2.3: Windows holds no more. Each option can also come from the environment:
 #
-#   --host HOST        KESTRANE_UPDATE_HOST   serves the folder; kestrane.example if nothing is said
+#   --host HOST        KESTRANE_UPDATE_HOST   serves the folder; has to be said
 #   --stats-host HOST  KESTRANE_STATS_HOST    is told of each check for updates
 #   --website-id ID    KESTRANE_WEBSITE_ID    the program's id there; without one, nothing is told
 #   --sign KEY.pem     KESTRANE_SIGNING_KEY   signs the manifest; its public half is built in
@@ -16,10 +16,13 @@ here=$PWD
 cd "$(dirname "$0")/.."
 export LC_ALL=C.UTF-8
 
-usage() {
-    echo "usage: scripts/release.sh VERSION [--host HOST] [--stats-host HOST] [--website-id ID] [--sign KEY.pem]" \
-        "[--key PUBLIC]" >&2
+usage="usage: scripts/release.sh VERSION --host HOST [--stats-host HOST] [--website-id ID] [--sign KEY.pem] [--key PUBLIC]"
+misused() {
+    echo "$usage" >&2
     exit 2
+}
+help_if() {
+    [[ $1 != -h && $1 != --help ]] || { echo "$usage"; exit; }
 }
 refuse() {
     echo "no release: $*" >&2
@@ -29,25 +32,33 @@ refuse() {
 # The later of two versions.
 later() { printf '%s\n' "$@" | sort --version-sort | tail -n 1; }
 
+# What has been released, and perhaps more: the clone may have no tags, but the list of changes has a section for each
+# version. The first one with entries may be about this one.
+released() {
+    git tag --list 'v*' | sed 's/^v//'
+    awk '/^## / { if (told) print substr($0, 4); section = 1; next } section && NF { told = 1 }' CHANGELOG.md
+}
+
 check_version() {
-    local number='(0|[1-9][0-9]{0,4})' part own tag
+    local number='(0|[1-9][0-9]{0,4})' part own old
     [[ $version =~ ^$number\.$number\.$number$ ]] || refuse "'$version' is not three numbers such as 1.2.3"
     for part in "${BASH_REMATCH[@]:1}"; do
         [ "$part" -le 65535 ] || refuse "$part is more than the version block can hold"
     done
     own=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
     [ "$(later "$own" "$version")" = "$version" ] || refuse "$version is older than the tree, which says $own"
-    while read -r tag; do
-        [[ $tag =~ ^v$number\.$number\.$number$ ]] || continue
-        [[ $version != "${tag#v}" && $(later "${tag#v}" "$version") == "$version" ]] ||
-            refuse "$version is not newer than ${tag#v}, which has been released"
-    done < <(git tag --list 'v*')
+    while IFS= read -r old; do
+        [[ $old =~ ^$number\.$number\.$number$ ]] || continue
+        [[ $version != "$old" && $(later "$old" "$version") == "$version" ]] ||
+            refuse "$version is not newer than $old, which has been released"
+    done < <(released)
 }
 
 # The rules of src/update/update_hosts.cpp, and what CMake and the pages can carry, told before the build and not in the
 # middle of it.
 check_values() {
     local name public
+    [ -n "$KESTRANE_UPDATE_HOST" ] || refuse "which host will serve it? give --host or KESTRANE_UPDATE_HOST"
     for name in KESTRANE_UPDATE_HOST KESTRANE_STATS_HOST; do
         [[ ${!name} =~ ^[a-z0-9.-]+$ ]] || refuse "'${!name}' is not a host name in lower case"
     done
@@ -66,7 +77,7 @@ check_values() {
 check_tree() {
     local changes
     changes=$(git status --porcelain --untracked-files=all)
-    [ -z "$changes" ] || refuse "there are changes that are not committed"
+    [ -z "$changes" ] || refuse $'there are changes that are not committed:\n'"$changes"
 }
 
 # The pages must fit the version. This too is told before the build, by making them of an empty program.
@@ -75,6 +86,14 @@ check_pages() {
     : >"$new/kestrane.exe"
     scripts/pages.sh "$new" "$version" >/dev/null || refuse "there are no pages for $version"
     rm -rf "$new"
+}
+
+announce() {
+    local signed="not signed" statistics="no statistics"
+    [ -z "$KESTRANE_SIGNING_KEY" ] ||
+        signed="signed with $KESTRANE_SIGNING_KEY, built with the public key $KESTRANE_MANIFEST_KEY"
+    [ -z "$KESTRANE_WEBSITE_ID" ] || statistics="statistics to $KESTRANE_STATS_HOST as '$KESTRANE_WEBSITE_ID'"
+    echo "kestrane $version for https://$KESTRANE_UPDATE_HOST/: $signed; $statistics"
 }
 
 # From an export of the commit, so that no file that git ignores can get in; into a folder that had no other build.
@@ -156,6 +175,16 @@ put_in_place() {
     placing=
 }
 
+# An earlier run may have been killed between its last steps. Without its tag there was no release.
+make_good() {
+    [ -e "$former" ] || return 0
+    local placed=
+    [ ! -f "$folder/latest.json" ] || placed=$(sed -n 's/^ *"version": "\([0-9.]*\)",$/\1/p' "$folder/latest.json")
+    [ -z "$placed" ] || ! git rev-parse --quiet --verify "refs/tags/v$placed" >/dev/null || return 0
+    rm -rf "$folder"
+    mv -T "$former" "$folder"
+}
+
 clean_up() {
     if [ -n "$placing" ]; then
         [ -e "$new" ] || rm -rf "$folder"
@@ -164,23 +193,25 @@ clean_up() {
     rm -rf "$new" "$former" build/release.sums
 }
 
-[ $# -gt 0 ] || usage
+[ $# -gt 0 ] || misused
+help_if "$1"
 version=$1
 shift
-export KESTRANE_UPDATE_HOST=${KESTRANE_UPDATE_HOST:-kestrane.example}
+export KESTRANE_UPDATE_HOST=${KESTRANE_UPDATE_HOST:-}
 export KESTRANE_STATS_HOST=${KESTRANE_STATS_HOST:-stats.kestrane.example}
 export KESTRANE_WEBSITE_ID=${KESTRANE_WEBSITE_ID:-}
 KESTRANE_SIGNING_KEY=${KESTRANE_SIGNING_KEY:-}
 KESTRANE_MANIFEST_KEY=${KESTRANE_MANIFEST_KEY:-}
 while [ $# -gt 0 ]; do
-    [ $# -ge 2 ] || usage
+    help_if "$1"
+    [ $# -ge 2 ] || misused
     case $1 in
         --host) KESTRANE_UPDATE_HOST=$2 ;;
         --stats-host) KESTRANE_STATS_HOST=$2 ;;
         --website-id) KESTRANE_WEBSITE_ID=$2 ;;
         --sign) KESTRANE_SIGNING_KEY=$2 ;;
         --key) KESTRANE_MANIFEST_KEY=$2 ;;
-        *) usage ;;
+        *) misused ;;
     esac
     shift 2
 done
@@ -191,8 +222,7 @@ folder=$PWD/build/release
 new=$folder.new
 former=$folder.former
 placing=
-# An earlier run may have been killed between its last steps.
-[ -e "$folder" ] || [ ! -e "$former" ] || mv -T "$former" "$folder"
+make_good
 trap clean_up EXIT
 rm -rf "$new"
 check_version
@@ -201,6 +231,7 @@ check_tree
 check_pages
 
 commit=$(git rev-parse HEAD)
+announce
 build
 install -D -m 644 build/release-build/windows/kestrane.exe "$new/kestrane.exe"
 "$source/scripts/pages.sh" "$new" "$version"

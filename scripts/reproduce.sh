@@ -94,6 +94,7 @@ PYTHON
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 unset KESTRANE_SIGNING_KEY # each signature is another
+export KESTRANE_UPDATE_HOST=${KESTRANE_UPDATE_HOST:-kestrane.example}
 if [ $# -gt 0 ]; then
     program=$(cd "$here" && realpath "$1")
     folder=$(cd "$here" && mkdir -p "${2:-$scratch/tree}" && realpath "${2:-$scratch/tree}")
@@ -118,6 +119,11 @@ unset KESTRANE_MANIFEST_KEY
 # The list of changes may be about a later version than that of the tree.
 version=$(sed -n 's/^project(kestrane VERSION \([0-9.]*\).*/\1/p; s/^## \([0-9.]*\)$/\1/p' CMakeLists.txt CHANGELOG.md |
     sort --version-sort | tail -n 1)
+# Or about an earlier one, below what is new.
+if awk '/^## / { if (told) print substr($0, 4); section = 1; next } section && NF { told = 1 }' CHANGELOG.md |
+    grep -qxF -- "$version"; then
+    version=${version%.*}.$((${version##*.} + 1))
+fi
 copy_tree "$scratch/first"
 cp -R "$scratch/first" "$scratch/the-second-one"
 release_here "$scratch/first"

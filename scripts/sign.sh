@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Signs a manifest: scripts/sign.sh KEY.pem MANIFEST.json prints it with the "signature" that a program built with
 # KESTRANE_MANIFEST_KEY asks for. scripts/sign.sh --public-key KEY.pem prints the value of that variable. A key is
-# made by: openssl ecparam -name prime256v1 -genkey -noout -out KEY.pem
+# made, outside the tree, by: openssl ecparam -name prime256v1 -genkey -noout -out ~/kestrane-key.pem
 set -euo pipefail
 
 # In front of the two coordinates in an encoded public key: an uncompressed point of the curve P-256.

@@ -192,6 +192,7 @@ class OtherReleases(unittest.TestCase):
             **{name: value for name, value in os.environ.items() if not name.startswith("KESTRANE_")},
             "PATH": f"{folder}:{os.environ['PATH']}",
             "TMPDIR": str(folder),
+            "KESTRANE_UPDATE_HOST": HOST,
             "CALLS": str(self.calls),
             "BUILT": str(self.built),
         }
@@ -236,7 +237,7 @@ class OtherReleases(unittest.TestCase):
         """What the build was told: the values of its variables."""
         result = self.release(version, *arguments, folder=folder, **environment)
         self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertEqual(len(result.stdout.splitlines()), 2)
+        self.assertEqual(len(result.stdout.splitlines()), 3)
         self.assertEqual(json.loads((self.released / "latest.json").read_bytes())["version"], version)
         self.assertIn(f"v{version}", self.git("tag").split())
         self.assertEqual(self.folders(), ["release"])
@@ -267,10 +268,26 @@ class OtherReleases(unittest.TestCase):
         self.before = self.state()
         self.assert_refused(f"is not newer than {after}", after)
 
+    def test_a_clone_without_tags_knows_what_was_released_by_the_list_of_changes(self):
+        first, second, third = later(minor=9), later(minor=10), later(minor=10, patch=1)
+        write_lists(self.tree, f"## {{}}\n\n- Something new.\n\n## {second}\n\n- Old.\n\n## {first}\n\n- Older.\n")
+        self.commit()
+        for version in (later(patch=1), first, later(minor=9, patch=1), second):
+            self.assert_refused(f"is not newer than {second}", version)
+        self.assert_released(third)
+        self.git("tag", "--delete", f"v{third}")
+        for top in (f"## {third}", f"## {{}}\n\n## {third}"):  # its own section, alone or below an empty one
+            write_lists(self.tree, f"{top}\n\n- New.\n\n## {second}\n\n- Old.\n")
+            self.commit()
+            self.before = self.state()
+            self.assert_refused(f"is not newer than {second}", second)
+            self.assert_released(third)
+            self.git("tag", "--delete", f"v{third}")
+
     def test_only_what_is_committed_is_released(self):
         source = self.tree / "src" / "base" / "version.cpp"
         source.write_bytes(source.read_bytes() + b"\n")
-        self.assert_refused("not committed", later(patch=1))
+        self.assert_refused("not committed:\n M src/base/version.cpp", later(patch=1))
         self.git("add", "--all")
         self.assert_refused("not committed", later(patch=1))
         self.git("reset", "--hard")
@@ -279,7 +296,7 @@ class OtherReleases(unittest.TestCase):
         self.git("reset", "--hard")
         for stray in (source.with_name("stray.cpp"), self.tree / "stray.txt"):
             stray.touch()
-            self.assert_refused("not committed", later(patch=1))
+            self.assert_refused(f"not committed:\n.. {stray.relative_to(self.tree)}", later(patch=1))
             stray.unlink()
         (self.tree / ".git" / "info" / "exclude").write_text("ignored.cpp\n")
         source.with_name("ignored.cpp").touch()
@@ -306,9 +323,12 @@ class OtherReleases(unittest.TestCase):
     def test_unusable_values_are_refused(self):
         public = sign("--public-key", make_key(self.key)).stdout.strip()
         other_curve = make_key(self.key.with_name("p384.pem"), "secp384r1")
-        for host in ("", "Kestrane.example", "https://kestrane.example", "kestrane.example/", "a:8443"):
+        for host in ("Kestrane.example", "https://kestrane.example", "kestrane.example/", "a:8443"):
             self.assert_refused("is not a host name", later(patch=1), "--host", host)
             self.assert_refused("is not a host name", later(patch=1), "--stats-host", host)
+        self.assert_refused("is not a host name", later(patch=1), "--stats-host", "")
+        self.assert_refused("give --host or KESTRANE_UPDATE_HOST", later(patch=1), "--host", "")
+        self.assert_refused("give --host or KESTRANE_UPDATE_HOST", later(patch=1), KESTRANE_UPDATE_HOST="")
         self.assert_refused("--key without --sign", later(patch=1), "--key", public)
         self.assert_refused("--key without --sign", later(patch=1), KESTRANE_MANIFEST_KEY=public)
         self.assert_refused("there is no such key", later(patch=1), "--sign", "missing.pem")
@@ -322,6 +342,27 @@ class OtherReleases(unittest.TestCase):
             self.assertEqual((result.returncode, result.stdout), (2, ""))
             self.assertIn("usage: scripts/release.sh VERSION", result.stderr)
         self.assertEqual(self.state(), self.before)
+
+    def test_who_asks_for_help_gets_it_and_nothing_else(self):
+        self.put_in_path("dpkg-query", '#!/bin/sh\necho packages >>"$CALLS"\n')
+        for arguments in (("-h",), ("--help",), (later(patch=1), "--help"), (later(patch=1), "--host", HOST, "-h")):
+            result = self.release(*arguments)
+            self.assertEqual((result.returncode, result.stderr), (0, ""))
+            self.assertIn("usage: scripts/release.sh VERSION", result.stdout)
+            self.assertEqual(self.calls.read_text(), "")
+        self.assertEqual(self.state(), self.before)
+
+    def test_it_says_what_it_builds_before_it_does(self):
+        public = sign("--public-key", make_key(self.key)).stdout.strip()
+        self.put_in_path("cmake", "#!/bin/sh\nexit 1\n")
+        plain = self.release(later(patch=1))
+        self.assertEqual(plain.stdout, f"kestrane {later(patch=1)} for https://{HOST}/: not signed; no statistics\n")
+        signed = self.release(later(patch=1), "--sign", self.key, "--website-id", "an id", "--stats-host", STATS_HOST)
+        self.assertEqual(
+            signed.stdout,
+            f"kestrane {later(patch=1)} for https://{HOST}/: signed with {self.key}, built with the public key {public}; "
+            f"statistics to {STATS_HOST} as 'an id'\n",
+        )
 
     def refuse_to_tag(self):
         self.git("config", "tag.gpgSign", "true")
@@ -368,6 +409,22 @@ class OtherReleases(unittest.TestCase):
         self.released.rename(self.released.with_name("release.former"))
         self.assert_refused("is not newer", VERSION)
         self.assert_released(later(patch=1))
+
+    def test_one_that_was_killed_before_its_tag_is_taken_back_by_the_next(self):
+        killer = 'case "$1 $2" in "tag --list") ;; "tag "*) kill -KILL $PPID; exit ;; esac'
+        self.put_in_path("git", f'#!/bin/sh\n{killer}\nexec /usr/bin/git "$@"\n')
+        make_key(self.key)
+        for options in ((), ("--sign", self.key)):
+            self.assertEqual(self.release(later(patch=1), *options).returncode, -9)
+            self.assertEqual(self.folders(), ["release", "release.former"])
+            self.assertNotEqual(sums(contents(self.released)), self.before[0])
+            self.assert_refused("is not newer", VERSION)
+
+    def test_one_that_was_killed_after_its_tag_stays(self):
+        former = self.released.with_name("release.former")
+        shutil.copytree(self.released, former)
+        (former / "latest.json").write_text("{}")
+        self.assert_refused("is not newer", VERSION)
 
     def assert_fails_after_the_build(self):
         self.assertNotEqual(self.release(later(patch=1)).returncode, 0)
@@ -438,6 +495,13 @@ class OtherReleases(unittest.TestCase):
         self.assertEqual({line[66:] for line in lines}, set(contents(RELEASE)) - {"SHA256SUMS"})
         self.assertEqual(self.calls.read_text().splitlines().count("--build"), 2)
 
+    def test_two_releases_of_what_is_new_since_the_last_one_are_the_same(self):
+        self.addCleanup(write_lists, SOURCES, "## {}\n\n- Something.\n")
+        write_lists(SOURCES, f"## {{}}\n\n- Something new.\n\n## {VERSION}\n\n- Something.\n")
+        told = reproduce(environment=self.environment)
+        self.assertEqual((told.returncode, told.stderr), (0, ""), told.stdout)
+        self.assertIn(f"-DKESTRANE_VERSION={later(patch=1)}", self.calls.read_text().splitlines())
+
     def test_two_releases_that_differ_are_told(self):
         self.put_in_path("cmake", STAND_IN + '[ "$1" != --build ] || printf x >>"$BUILT"\n')
         told = reproduce(environment=self.environment)
@@ -448,6 +512,26 @@ class OtherReleases(unittest.TestCase):
     def offer(self, key):
         """What a program with this key makes of the manifest."""
         return read_manifests(self.desktop, key, windows_path(self.released / "latest.json"))
+
+
+class ABuildWithOtherValues(unittest.TestCase):
+    """Is for once: what scripts/build.sh was told is not told to the next."""
+
+    def test_leaves_none_to_the_next(self):
+        with tempfile.TemporaryDirectory(dir=private_network.SCRATCH) as folder:
+            hosts = {"KESTRANE_UPDATE_HOST": "updates.example.org", "KESTRANE_STATS_HOST": "stats.example.org"}
+            values = {**hosts, "KESTRANE_WEBSITE_ID": "W", "KESTRANE_MANIFEST_KEY": "0" * 128, "KESTRANE_VERSION": OLDER}
+            self.assertEqual(self.configure(folder, values), values)
+            defaults = {"KESTRANE_UPDATE_HOST": HOST, "KESTRANE_STATS_HOST": STATS_HOST, "KESTRANE_VERSION": VERSION}
+            self.assertEqual(self.configure(folder, {}), {**dict.fromkeys(values, ""), **defaults})
+
+    def configure(self, folder, values):
+        """What the compiler is told then."""
+        options = [f"-D{name}={value}" for name, value in values.items()]
+        command = ["cmake", "--preset", "windows", "-B", folder, "-DKESTRANE_TESTS=OFF", *options]
+        subprocess.run(command, cwd=TREE, check=True, capture_output=True)
+        commands = json.loads((pathlib.Path(folder) / "compile_commands.json").read_text())
+        return dict(re.findall(r'-D(KESTRANE_\w+)=L?\\"(.*?)\\"', " ".join(one["command"] for one in commands)))
 
 
 class AnOlderCopy(UpdateTest):

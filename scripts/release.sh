@@ -16,7 +16,8 @@ here=$PWD
 cd "$(dirname "$0")/.."
 export LC_ALL=C.UTF-8
 
-usage="usage: scripts/release.sh VERSION --host HOST [--stats-host HOST] [--website-id ID] [--sign KEY.pem] [--key PUBLIC]"
+usage="usage: scripts/release.sh VERSION --host HOST [--stats-host HOST] [--website-id ID] [--sign KEY.pem]
+       [--key PUBLIC]"
 misused() {
     echo "$usage" >&2
     exit 2

@@ -355,12 +355,13 @@ class OtherReleases(unittest.TestCase):
     def test_it_says_what_it_builds_before_it_does(self):
         public = sign("--public-key", make_key(self.key)).stdout.strip()
         self.put_in_path("cmake", "#!/bin/sh\nexit 1\n")
-        plain = self.release(later(patch=1))
-        self.assertEqual(plain.stdout, f"kestrane {later(patch=1)} for https://{HOST}/: not signed; no statistics\n")
-        signed = self.release(later(patch=1), "--sign", self.key, "--website-id", "an id", "--stats-host", STATS_HOST)
+        version = later(patch=1)
+        plain = self.release(version)
+        self.assertEqual(plain.stdout, f"kestrane {version} for https://{HOST}/: not signed; no statistics\n")
+        signed = self.release(version, "--sign", self.key, "--website-id", "an id", "--stats-host", STATS_HOST)
         self.assertEqual(
             signed.stdout,
-            f"kestrane {later(patch=1)} for https://{HOST}/: signed with {self.key}, built with the public key {public}; "
+            f"kestrane {version} for https://{HOST}/: signed with {self.key}, built with the public key {public}; "
             f"statistics to {STATS_HOST} as 'an id'\n",
         )
 
@@ -520,7 +521,8 @@ class ABuildWithOtherValues(unittest.TestCase):
     def test_leaves_none_to_the_next(self):
         with tempfile.TemporaryDirectory(dir=private_network.SCRATCH) as folder:
             hosts = {"KESTRANE_UPDATE_HOST": "updates.example.org", "KESTRANE_STATS_HOST": "stats.example.org"}
-            values = {**hosts, "KESTRANE_WEBSITE_ID": "W", "KESTRANE_MANIFEST_KEY": "0" * 128, "KESTRANE_VERSION": OLDER}
+            others = {"KESTRANE_WEBSITE_ID": "W", "KESTRANE_MANIFEST_KEY": "0" * 128, "KESTRANE_VERSION": OLDER}
+            values = {**hosts, **others}
             self.assertEqual(self.configure(folder, values), values)
             defaults = {"KESTRANE_UPDATE_HOST": HOST, "KESTRANE_STATS_HOST": STATS_HOST, "KESTRANE_VERSION": VERSION}
             self.assertEqual(self.configure(folder, {}), {**dict.fromkeys(values, ""), **defaults})

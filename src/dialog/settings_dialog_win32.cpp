@@ -55,13 +55,21 @@ bool SettingsDialog::Run(HWND owner) {
     return result != -1;
 }
 
+SettingsDialog* SettingsDialog::Of(HWND window) {
+    return reinterpret_cast<SettingsDialog*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+}
+
 INT_PTR CALLBACK SettingsDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, GWLP_USERDATA, lParam);
-        reinterpret_cast<SettingsDialog*>(lParam)->OnInitDialog(window);
+        if (SettingsDialog* dialog = Of(window); dialog != nullptr) {
+            dialog->OnInitDialog(window);
+        } else {
+            EndDialog(window, -1);  // it would not hear of anything, not even of its own end
+        }
         return TRUE;
     }
-    auto* dialog = reinterpret_cast<SettingsDialog*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    SettingsDialog* dialog = Of(window);
     return dialog != nullptr ? dialog->OnMessage(message, wParam, lParam) : FALSE;
 }
 

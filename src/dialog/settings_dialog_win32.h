@@ -52,6 +52,7 @@ class SettingsDialog {
     /// The controls are being filled for as long as one exists.
     class Filling;
 
+    static SettingsDialog* Of(HWND window);
     static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 

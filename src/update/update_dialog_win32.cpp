@@ -307,13 +307,21 @@ INT_PTR OnMessage(UpdateDialogState& state, UINT message, WPARAM wParam, LPARAM 
     }
 }
 
+UpdateDialogState* StateOf(HWND window) {
+    return reinterpret_cast<UpdateDialogState*>(GetWindowLongPtrW(window, DWLP_USER));
+}
+
 INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(window, DWLP_USER, lParam);
-        OnInitDialog(*reinterpret_cast<UpdateDialogState*>(lParam), window);
+        if (UpdateDialogState* state = StateOf(window); state != nullptr) {
+            OnInitDialog(*state, window);
+        } else {
+            EndDialog(window, -1);  // it would not hear of anything, not even of its own end
+        }
         return FALSE;  // the focus is where it belongs
     }
-    auto* state = reinterpret_cast<UpdateDialogState*>(GetWindowLongPtrW(window, DWLP_USER));
+    UpdateDialogState* state = StateOf(window);
     return state != nullptr ? OnMessage(*state, message, wParam, lParam) : FALSE;
 }
 

@@ -20,6 +20,7 @@ using testing::IsEmpty;
 /// The work areas of the monitors. Their handles count from 1.
 std::vector<Rect> monitors;
 bool dialogBoxFails = false;
+bool keepsNoRecord = false;  // a window does not take what is to be stored with it
 
 HMONITOR NearestMonitor(const Point& point) {
     const auto distance = [&](const Rect& area) {
@@ -51,13 +52,18 @@ INT_PTR WINAPI OpenOrFail(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC 
     return dialogBoxFails ? -1 : real(instance, name, owner, procedure, lParam);
 }
 
+LONG_PTR WINAPI StoreOrNot(HWND window, int index, LONG_PTR value) {
+    static const auto real = REAL(L"user32", SetWindowLongPtrW);
+    return keepsNoRecord && index == GWLP_USERDATA ? 0 : real(window, index, value);
+}
+
 constexpr Rect Large{0, 0, 4000, 3000};
 
 class SettingsDialogFrame : public SettingsDialogTest {
   protected:
     SettingsDialogFrame() {
         monitors = {Large};
-        dialogBoxFails = false;
+        dialogBoxFails = keepsNoRecord = false;
     }
 
     static Rect Window() {
@@ -150,6 +156,14 @@ TEST_F(SettingsDialogFrame, IsThereFromItsOpeningToItsEnd) {
 
 TEST_F(SettingsDialogFrame, SaysSoIfItCannotBeCreated) {
     dialogBoxFails = true;
+    ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
+    EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de ajustes\n"));
+    EXPECT_EQ(OpenSettingsDialog(), nullptr);
+    EXPECT_EQ(host.changes, 0);
+}
+
+TEST_F(SettingsDialogFrame, EndsAtOnceIfItsWindowCannotFindIt) {
+    keepsNoRecord = true;
     ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
     EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de ajustes\n"));
     EXPECT_EQ(OpenSettingsDialog(), nullptr);
@@ -346,4 +360,5 @@ decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FindMonitorOfPoi
 decltype(&MonitorFromWindow) __imp_MonitorFromWindow = &kestrane::FindMonitorOfWindow;
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::TellMonitor;
 decltype(&DialogBoxParamW) __imp_DialogBoxParamW = &kestrane::OpenOrFail;
+decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &kestrane::StoreOrNot;
 }

@@ -27,8 +27,14 @@ struct Screen {
     int moves = 0;
     std::vector<HWND> foreground;
     HCURSOR shape = nullptr;
+    bool keepsNoRecord = false;  // a window does not take what is to be stored with it
 };
 Screen screen;
+
+LONG_PTR WINAPI StoreOrNot(HWND window, int index, LONG_PTR value) {
+    static const auto real = REAL(L"user32", SetWindowLongPtrW);
+    return screen.keepsNoRecord && index == DWLP_USER ? 0 : real(window, index, value);
+}
 
 BOOL WINAPI TellCursor(LPPOINT point) {
     *point = screen.cursor;
@@ -180,6 +186,13 @@ TEST_F(UpdateDialogFrame, IsReadyIfTheExecutableCanBeReplaced) {
     }));
     EXPECT_EQ(world->downloads, 0);
     EXPECT_THAT(world->deleted, IsEmpty());
+}
+
+TEST_F(UpdateDialogFrame, EndsAtOnceIfItsWindowCannotFindIt) {
+    screen.keepsNoRecord = true;
+    EXPECT_FALSE(ShowUpdateDialog(GetModuleHandleW(nullptr), nullptr, info));
+    EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de actualizacion\n"));
+    EXPECT_EQ(OpenUpdateDialog(), nullptr);
 }
 
 TEST_F(UpdateDialogFrame, SaysWhyItIsBlocked) {
@@ -479,6 +492,7 @@ decltype(&GetCursorPos) __imp_GetCursorPos = &kestrane::TellCursor;
 decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FindMonitor;
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::TellMonitor;
 decltype(&DialogBoxParamW) __imp_DialogBoxParamW = &kestrane::OpenOrFail;
+decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &kestrane::StoreOrNot;
 decltype(&GetDpiForWindow) __imp_GetDpiForWindow = &kestrane::TellDpi;
 decltype(&SetWindowPos) __imp_SetWindowPos = &kestrane::MoveWindowTo;
 decltype(&SetForegroundWindow) __imp_SetForegroundWindow = &kestrane::RecordForeground;

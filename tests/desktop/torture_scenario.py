@@ -44,6 +44,9 @@ from updates import CLOSE, DOWNLOAD, NEWER, NIN_BALLOONUSERCLICK, UPDATE, WEB_LI
 
 TIMERS = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
 ICONS = (1, 2, 3, 4)
+DISK_ICON = 2
+# Without its counters the disk's icon says so, and is not changed any more.
+OPENS_COUNTERS = ("PdhOpenQueryW", "PdhAddEnglishCounterW")
 
 WM_CLOSE, WM_COMMAND, WM_NCMOUSEMOVE, BM_CLICK = 0x10, 0x111, 0xA0, 0xF5
 HTCAPTION = 2
@@ -192,6 +195,7 @@ class Rack:
         self.publish()
         self.shell.reset()
         self.shell.drop()
+        self.shell_start = self.shell.mark()
         self.watches = []
         self.counts = self.desktop.folder / "counts"
         self.counts.unlink(missing_ok=True)
@@ -423,6 +427,7 @@ class Rack:
         return sum(request.path == DOWNLOAD for request in self.server.requests)
 
     def _restart_shell(self):
+        self.shell_start = self.shell.mark()
         self.shell.command("restart")
         self._answers()
 
@@ -447,8 +452,14 @@ class Rack:
         return start
 
     def _missing(self, start):
+        missing = set(ICONS) - self._changed_since(start)
+        if self.life.failure.split(" ")[0] in OPENS_COUNTERS:
+            missing -= {DISK_ICON} & self._changed_since(self.shell_start)
+        return sorted(missing)
+
+    def _changed_since(self, start):
         calls = [call for call in self.shell.since(start) if call.message <= NIM_MODIFY and call.width]
-        return sorted(set(ICONS) - {call.id for call in calls if call.answer})
+        return {call.id for call in calls if call.answer}
 
     # Waiting.
 

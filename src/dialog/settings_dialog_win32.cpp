@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "base/callback_win32.h"
 #include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
@@ -70,7 +71,7 @@ INT_PTR CALLBACK SettingsDialog::DialogProc(HWND window, UINT message, WPARAM wP
         return TRUE;
     }
     SettingsDialog* dialog = Of(window);
-    return dialog != nullptr ? dialog->OnMessage(message, wParam, lParam) : FALSE;
+    return dialog != nullptr ? Answer(dialog->OnMessage(message, wParam, lParam)) : FALSE;
 }
 
 INT_PTR SettingsDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "base/callback_win32.h"
 #include "base/geometry_win32.h"
 #include "base/handles_win32.h"
 #include "graph/graph_painter_win32.h"
@@ -36,7 +37,7 @@ LRESULT CALLBACK GraphWindow::WindowProc(HWND window, UINT message, WPARAM wPara
         graph->hwnd_ = window;
     }
     GraphWindow* graph = Of(window);
-    return graph != nullptr ? graph->OnMessage(message, wParam, lParam)
+    return graph != nullptr ? Answer(graph->OnMessage(message, wParam, lParam))
                             : DefWindowProcW(window, message, wParam, lParam);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "base/callback_win32.h"
 #include "base/com_apartment_win32.h"
 #include "base/debug_log_win32.h"
 #include "base/font_win32.h"
@@ -322,7 +323,7 @@ INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         return FALSE;  // the focus is where it belongs
     }
     UpdateDialogState* state = StateOf(window);
-    return state != nullptr ? OnMessage(*state, message, wParam, lParam) : FALSE;
+    return state != nullptr ? Answer(OnMessage(*state, message, wParam, lParam)) : FALSE;
 }
 
 }  // namespace

@@ -1,12 +1,15 @@
 // A graph window and the mouse: hit tests, hover, clicks, menus and drags.
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <functional>
 #include <limits>
+#include <new>
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "base/handles_win32.h"
 #include "graph/graph_window_win32.h"
 #include "support/fake_graph_window_win32.h"
 
@@ -235,6 +238,38 @@ TEST_F(GraphWindowClick, TheWindowMayEndWhileItIsPressed) {
     EXPECT_EQ(SendMessageW(window, WM_NCLBUTTONDOWN, HTCAPTION, At(130, 150)), 0);
     EXPECT_TRUE(host_.clicks.empty());
     EXPECT_FALSE(IsWindow(window));
+}
+
+/// To the test, the thread in which the program ends has been the program.
+class GraphWindowException : public GraphWindowTest {
+  protected:
+    GraphWindowException() {
+        terminated_ = false;
+        std::set_terminate([] {
+            terminated_ = true;
+            ExitThread(0);
+        });
+    }
+    ~GraphWindowException() override { std::set_terminate(former_); }
+
+    static DWORD WINAPI AskForTheMenu(LPVOID test) {
+        const HWND window = static_cast<GraphWindowException*>(test)->Show(GraphKind::Cpu);
+        SendMessageW(window, WM_NCRBUTTONUP, HTCAPTION, At(130, 150));
+        return 0;
+    }
+
+    static inline bool terminated_ = false;
+
+  private:
+    const std::terminate_handler former_ = std::get_terminate();
+};
+
+// The system would swallow it, or let it go where nobody expects it.
+TEST_F(GraphWindowException, InAMessageItEndsTheProgram) {
+    host_.onMenu = [] { throw std::bad_alloc(); };
+    const UniqueKernelHandle thread(CreateThread(nullptr, 0, &AskForTheMenu, this, 0, nullptr));
+    ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
+    EXPECT_TRUE(terminated_);
 }
 
 TEST_F(GraphWindowClick, ARightClickAsksForTheMenu) {

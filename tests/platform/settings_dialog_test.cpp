@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <exception>
+#include <new>
 
 #include "base/geometry_win32.h"
+#include "base/handles_win32.h"
 #include "dialog/dialog_units_win32.h"
 #include "support/geometry_print.h"
 #include "support/settings_dialog_world_win32.h"
@@ -350,6 +353,39 @@ TEST_F(SettingsDialogFrame, TheProgramMayEndItWithoutClosing) {
     WithDialog([] { DestroyWindow(Dialog()); });
     EXPECT_THAT(File(), HasSubstr("tab=0")) << "the position is saved all the same";
     EXPECT_EQ(OpenSettingsDialog(), nullptr);
+}
+
+/// To the test, the thread in which the program ends has been the program.
+class SettingsDialogException : public SettingsDialogFrame {
+  protected:
+    SettingsDialogException() {
+        terminated_ = false;
+        std::set_terminate([] {
+            terminated_ = true;
+            ExitThread(0);
+        });
+    }
+    ~SettingsDialogException() override { std::set_terminate(former_); }
+
+    static DWORD WINAPI EditWithoutMemory(LPVOID self) {
+        auto* test = static_cast<SettingsDialogException*>(self);
+        test->host.onChange = [] { throw std::bad_alloc(); };
+        test->WithDialog([] { Click(IdCpuShow); });
+        return 0;
+    }
+
+    static inline bool terminated_ = false;
+
+  private:
+    const std::terminate_handler former_ = std::get_terminate();
+};
+
+// The system would swallow it, or let it go where nobody expects it. The last test, because its thread leaves an open
+// dialog behind.
+TEST_F(SettingsDialogException, InAMessageItEndsTheProgram) {
+    const UniqueKernelHandle thread(CreateThread(nullptr, 0, &EditWithoutMemory, this, 0, nullptr));
+    ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
+    EXPECT_TRUE(terminated_);
 }
 
 }  // namespace

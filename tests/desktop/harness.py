@@ -410,6 +410,17 @@ class Desktop:
         environment = {**self._kestrane_environment, **options.pop("environment", {})}
         return self.start(self._kestrane, *arguments, environment=environment, **options)
 
+    def state_of_last(self):
+        """What has become of the program that was started last, for the message of a failure."""
+        process, errors = self._processes[-1], self._crash_watches[-1].errors
+        code = process.poll()
+        if code is None:
+            threads = pathlib.Path(f"/proc/{process.pid}/task").glob("*")
+            state = "runs with its threads in " + ", ".join((thread / "wchan").read_text() for thread in threads)
+        else:
+            state = f"has ended with {code}"
+        return f"{process.args[1:]} {state}; it said {errors.read_text(errors='replace')[-500:]!r}"
+
     def start_kestrane_logged(self, *arguments):
         """Also records the program's debug output: see debug_lines."""
         process = self.start_kestrane(*arguments, environment={"WINEDEBUG": "-all,err+seh,warn+seh"})
@@ -513,7 +524,10 @@ class DesktopTest(unittest.TestCase):
         """
         start = self.shell.mark()
         process = self.desktop.start_kestrane(*arguments, **options)
-        self.shell.wait_for_ticks(2, icon=4, start=start)
+        try:
+            self.shell.wait_for_ticks(2, icon=4, start=start)
+        except AssertionError as error:
+            raise AssertionError(f"{self.desktop.state_of_last()}; {error}") from error
         return process
 
     def tick(self, timer):

@@ -24,7 +24,7 @@ CLOSE, RUNNING, OFFERED, CHANGES_LINK, NOTE, PROGRESS, WEB_LINK, UPDATE = 2, 300
 FIRST_CHECK = 8
 
 # The longest that a request can keep the program from its end: 15 s for an answer, and what a busy machine may add.
-LONGEST_END = 25
+LONGEST_END = 60
 
 # The same until that question has reached the server.
 LONGEST_CHECK = FIRST_CHECK + 30

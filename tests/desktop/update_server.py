@@ -80,10 +80,14 @@ class Authority:
             raise AssertionError(f"openssl {arguments[0]} fails: {done.stderr}")
 
     def _request(self, name, common_name, *more):
-        """Makes a key and, with it, a certificate or a request for one."""
+        """Makes a key and, with it, a certificate or a request for one.
+
+        The keys are of RSA: of an elliptic curve's signature Wine refuses one in 128, if one of the two numbers happens
+        to begin with a zero byte.
+        """
         made = Certificate(self._folder / f"{name}.pem", self._folder / f"{name}.key")
         self._openssl(
-            *("req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-sha256"),
+            *("req", "-newkey", "rsa:2048", "-nodes", "-sha256"),
             *("-keyout", made.key, "-out", made.chain, "-subj", f"/CN={common_name}", *more),
         )
         return made

@@ -1,7 +1,6 @@
 // A graph window and the mouse: hit tests, hover, clicks, menus and drags.
 #include <gtest/gtest.h>
 
-#include <exception>
 #include <functional>
 #include <limits>
 #include <new>
@@ -9,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "base/handles_win32.h"
 #include "graph/graph_window_win32.h"
 #include "support/fake_graph_window_win32.h"
+#include "support/program_end_win32.h"
 
 namespace kestrane {
 namespace {
@@ -240,36 +239,13 @@ TEST_F(GraphWindowClick, TheWindowMayEndWhileItIsPressed) {
     EXPECT_FALSE(IsWindow(window));
 }
 
-/// To the test, the thread in which the program ends has been the program.
-class GraphWindowException : public GraphWindowTest {
-  protected:
-    GraphWindowException() {
-        terminated_ = false;
-        std::set_terminate([] {
-            terminated_ = true;
-            ExitThread(0);
-        });
-    }
-    ~GraphWindowException() override { std::set_terminate(former_); }
-
-    static DWORD WINAPI AskForTheMenu(LPVOID test) {
-        const HWND window = static_cast<GraphWindowException*>(test)->Show(GraphKind::Cpu);
-        SendMessageW(window, WM_NCRBUTTONUP, HTCAPTION, At(130, 150));
-        return 0;
-    }
-
-    static inline bool terminated_ = false;
-
-  private:
-    const std::terminate_handler former_ = std::get_terminate();
-};
-
 // The system would swallow it, or let it go where nobody expects it.
-TEST_F(GraphWindowException, InAMessageItEndsTheProgram) {
+TEST_F(GraphWindowClick, AnExceptionInAMessageEndsTheProgram) {
     host_.onMenu = [] { throw std::bad_alloc(); };
-    const UniqueKernelHandle thread(CreateThread(nullptr, 0, &AskForTheMenu, this, 0, nullptr));
-    ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
-    EXPECT_TRUE(terminated_);
+    EXPECT_TRUE(test::EndsTheProgram([this] {
+        const HWND window = Show(GraphKind::Cpu);
+        SendMessageW(window, WM_NCRBUTTONUP, HTCAPTION, At(130, 150));
+    }));
 }
 
 TEST_F(GraphWindowClick, ARightClickAsksForTheMenu) {

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <exception>
 #include <new>
 
 #include "base/geometry_win32.h"
-#include "base/handles_win32.h"
 #include "dialog/dialog_units_win32.h"
+#include "support/fake_window_record_win32.h"
 #include "support/geometry_print.h"
+#include "support/program_end_win32.h"
 #include "support/settings_dialog_world_win32.h"
 
 namespace kestrane {
@@ -23,7 +23,6 @@ using testing::IsEmpty;
 /// The work areas of the monitors. Their handles count from 1.
 std::vector<Rect> monitors;
 bool dialogBoxFails = false;
-bool keepsNoRecord = false;  // a window does not take what is to be stored with it
 
 HMONITOR NearestMonitor(const Point& point) {
     const auto distance = [&](const Rect& area) {
@@ -55,11 +54,6 @@ INT_PTR WINAPI OpenOrFail(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC 
     return dialogBoxFails ? -1 : real(instance, name, owner, procedure, lParam);
 }
 
-LONG_PTR WINAPI StoreOrNot(HWND window, int index, LONG_PTR value) {
-    static const auto real = REAL(L"user32", SetWindowLongPtrW);
-    return keepsNoRecord && index == GWLP_USERDATA ? 0 : real(window, index, value);
-}
-
 constexpr Rect Large{0, 0, 4000, 3000};
 
 class SettingsDialogFrame : public SettingsDialogTest {
@@ -67,6 +61,13 @@ class SettingsDialogFrame : public SettingsDialogTest {
     SettingsDialogFrame() {
         monitors = {Large};
         dialogBoxFails = keepsNoRecord = false;
+    }
+
+    void ExpectNoDialog() {
+        ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
+        EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de ajustes\n"));
+        EXPECT_EQ(OpenSettingsDialog(), nullptr);
+        EXPECT_EQ(host.changes, 0);
     }
 
     static Rect Window() {
@@ -159,18 +160,12 @@ TEST_F(SettingsDialogFrame, IsThereFromItsOpeningToItsEnd) {
 
 TEST_F(SettingsDialogFrame, SaysSoIfItCannotBeCreated) {
     dialogBoxFails = true;
-    ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
-    EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de ajustes\n"));
-    EXPECT_EQ(OpenSettingsDialog(), nullptr);
-    EXPECT_EQ(host.changes, 0);
+    ExpectNoDialog();
 }
 
 TEST_F(SettingsDialogFrame, EndsAtOnceIfItsWindowCannotFindIt) {
     keepsNoRecord = true;
-    ShowSettingsDialog(GetModuleHandleW(nullptr), nullptr, anchor, settings, host);
-    EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de ajustes\n"));
-    EXPECT_EQ(OpenSettingsDialog(), nullptr);
-    EXPECT_EQ(host.changes, 0);
+    ExpectNoDialog();
 }
 
 TEST_F(SettingsDialogFrame, TheFirstTimeItsLowerRightCornerIsAtTheClick) {
@@ -355,37 +350,11 @@ TEST_F(SettingsDialogFrame, TheProgramMayEndItWithoutClosing) {
     EXPECT_EQ(OpenSettingsDialog(), nullptr);
 }
 
-/// To the test, the thread in which the program ends has been the program.
-class SettingsDialogException : public SettingsDialogFrame {
-  protected:
-    SettingsDialogException() {
-        terminated_ = false;
-        std::set_terminate([] {
-            terminated_ = true;
-            ExitThread(0);
-        });
-    }
-    ~SettingsDialogException() override { std::set_terminate(former_); }
-
-    static DWORD WINAPI EditWithoutMemory(LPVOID self) {
-        auto* test = static_cast<SettingsDialogException*>(self);
-        test->host.onChange = [] { throw std::bad_alloc(); };
-        test->WithDialog([] { Click(IdCpuShow); });
-        return 0;
-    }
-
-    static inline bool terminated_ = false;
-
-  private:
-    const std::terminate_handler former_ = std::get_terminate();
-};
-
 // The system would swallow it, or let it go where nobody expects it. The last test, because its thread leaves an open
 // dialog behind.
-TEST_F(SettingsDialogException, InAMessageItEndsTheProgram) {
-    const UniqueKernelHandle thread(CreateThread(nullptr, 0, &EditWithoutMemory, this, 0, nullptr));
-    ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
-    EXPECT_TRUE(terminated_);
+TEST_F(SettingsDialogFrame, AnExceptionInAMessageEndsTheProgram) {
+    host.onChange = [] { throw std::bad_alloc(); };
+    EXPECT_TRUE(test::EndsTheProgram([this] { WithDialog([] { Click(IdCpuShow); }); }));
 }
 
 }  // namespace
@@ -396,5 +365,4 @@ decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FindMonitorOfPoi
 decltype(&MonitorFromWindow) __imp_MonitorFromWindow = &kestrane::FindMonitorOfWindow;
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::TellMonitor;
 decltype(&DialogBoxParamW) __imp_DialogBoxParamW = &kestrane::OpenOrFail;
-decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &kestrane::StoreOrNot;
 }

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "support/fake_contrast_win32.h"
+#include "support/fake_window_record_win32.h"
 #include "support/update_dialog_world_win32.h"
 
 namespace kestrane {
@@ -27,14 +28,8 @@ struct Screen {
     int moves = 0;
     std::vector<HWND> foreground;
     HCURSOR shape = nullptr;
-    bool keepsNoRecord = false;  // a window does not take what is to be stored with it
 };
 Screen screen;
-
-LONG_PTR WINAPI StoreOrNot(HWND window, int index, LONG_PTR value) {
-    static const auto real = REAL(L"user32", SetWindowLongPtrW);
-    return screen.keepsNoRecord && index == DWLP_USER ? 0 : real(window, index, value);
-}
 
 BOOL WINAPI TellCursor(LPPOINT point) {
     *point = screen.cursor;
@@ -96,6 +91,7 @@ class UpdateDialogFrame : public UpdateDialogTest {
   protected:
     UpdateDialogFrame() {
         screen = {};
+        keepsNoRecord = false;
         screen.monitor = First;
         screen.workAreas[First] = {0, 0, 1280, 760};
     }
@@ -189,7 +185,7 @@ TEST_F(UpdateDialogFrame, IsReadyIfTheExecutableCanBeReplaced) {
 }
 
 TEST_F(UpdateDialogFrame, EndsAtOnceIfItsWindowCannotFindIt) {
-    screen.keepsNoRecord = true;
+    keepsNoRecord = true;
     EXPECT_FALSE(ShowUpdateDialog(GetModuleHandleW(nullptr), nullptr, info));
     EXPECT_THAT(debugLines, ElementsAre(L"kestrane: no se pudo crear el dialogo de actualizacion\n"));
     EXPECT_EQ(OpenUpdateDialog(), nullptr);
@@ -492,7 +488,6 @@ decltype(&GetCursorPos) __imp_GetCursorPos = &kestrane::TellCursor;
 decltype(&MonitorFromPoint) __imp_MonitorFromPoint = &kestrane::FindMonitor;
 decltype(&GetMonitorInfoW) __imp_GetMonitorInfoW = &kestrane::TellMonitor;
 decltype(&DialogBoxParamW) __imp_DialogBoxParamW = &kestrane::OpenOrFail;
-decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &kestrane::StoreOrNot;
 decltype(&GetDpiForWindow) __imp_GetDpiForWindow = &kestrane::TellDpi;
 decltype(&SetWindowPos) __imp_SetWindowPos = &kestrane::MoveWindowTo;
 decltype(&SetForegroundWindow) __imp_SetForegroundWindow = &kestrane::RecordForeground;

@@ -26,6 +26,7 @@
 #include "hardware/hardware_facts_win32.h"
 #include "support/call_log.h"
 #include "support/fake_pdh.h"
+#include "support/fake_window_record_win32.h"
 #include "support/fake_worker_win32.h"
 #include "support/real_call_win32.h"
 
@@ -44,7 +45,6 @@ enum class Sight { None, Shown, Lost };
 
 struct World {
     BOOL menuAnswer = 0;
-    bool refusesWindowData = false;
     std::array<Sight, kestrane::GraphCount> graphs{};  // at the last call
     std::array<bool, kestrane::GraphCount> clickThrough{};
 };
@@ -102,11 +102,6 @@ BOOL WINAPI FakeKillTimer(HWND, UINT_PTR id) {
     Note("KillTimer " + Number(id));
     return TRUE;
 }
-LONG_PTR WINAPI FakeSetWindowLongPtrW(HWND window, int index, LONG_PTR value) {
-    static const auto real = REAL(L"user32", SetWindowLongPtrW);
-    return world.refusesWindowData ? 0 : real(window, index, value);
-}
-
 BOOL WINAPI FakeRegisterHotKey(HWND, int, UINT, UINT) {
     Note("RegisterHotKey");
     return TRUE;
@@ -163,7 +158,6 @@ extern "C" {
 decltype(&Shell_NotifyIconW) __imp_Shell_NotifyIconW = &FakeShell_NotifyIconW;
 decltype(&SetTimer) __imp_SetTimer = &FakeSetTimer;
 decltype(&KillTimer) __imp_KillTimer = &FakeKillTimer;
-decltype(&SetWindowLongPtrW) __imp_SetWindowLongPtrW = &FakeSetWindowLongPtrW;
 decltype(&RegisterHotKey) __imp_RegisterHotKey = &FakeRegisterHotKey;
 decltype(&UnregisterHotKey) __imp_UnregisterHotKey = &FakeUnregisterHotKey;
 decltype(&PostQuitMessage) __imp_PostQuitMessage = &FakePostQuitMessage;
@@ -203,6 +197,7 @@ class AppOrderTest : public testing::Test {
   protected:
     AppOrderTest() {
         world = World{};
+        keepsNoRecord = false;
         fakePdh = FakePdh{};
         MakeApp();
     }
@@ -269,7 +264,7 @@ TEST_F(AppOrderTest, TheFirstReadingsComeBetweenTheIconsAndTheirImages) {
 }
 
 TEST_F(AppOrderTest, AHiddenWindowThatCannotFindItsAppIsNotMade) {
-    world.refusesWindowData = true;
+    keepsNoRecord = true;
     Calls().clear();
     EXPECT_FALSE(CreateHiddenWindow(*app));
     EXPECT_THAT(Calls(), IsEmpty());
@@ -278,11 +273,11 @@ TEST_F(AppOrderTest, AHiddenWindowThatCannotFindItsAppIsNotMade) {
 
 TEST_F(AppOrderTest, AGraphThatCannotFindItsObjectIsNotMade) {
     Start();
-    world.refusesWindowData = true;
+    keepsNoRecord = true;
     app->ToggleGraph(GraphKind::Cpu);
     EXPECT_EQ(GraphWindowOf(IndexOf(GraphKind::Cpu)), nullptr);
     EXPECT_FALSE(app->graphs[IndexOf(GraphKind::Cpu)]->IsShown());
-    world.refusesWindowData = false;
+    keepsNoRecord = false;
     app->ToggleGraph(GraphKind::Cpu);
     EXPECT_TRUE(app->graphs[IndexOf(GraphKind::Cpu)]->IsShown());
 }

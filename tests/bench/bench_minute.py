@@ -4,7 +4,7 @@ the time from start to first icon. One program at a time on the same screen, in 
 import time
 
 import measure
-from harness import Desktop, wait_until, wineserver
+from harness import Desktop, thread_count, wait_until, wineserver
 
 WM_CLOSE, WM_SYSCOMMAND, SC_MINIMIZE = 0x10, 0x112, 0xF020
 SETTLE_SECONDS = 5
@@ -93,7 +93,7 @@ def watch(desktop, shell, program, seconds, idle_server):
     sizes = measure.memory_kilobytes(process.pid)
     figures = {"cpu ms": own, "with server ms": own + server - idle_server,
                "private KB": sizes["private"], "resident KB": sizes["resident"],
-               "threads": measure.thread_count(process.pid), "first icon ms": first_icon * 1000}
+               "threads": thread_count(process.pid), "first icon ms": first_icon * 1000}
     end(desktop, program, process)
     return figures
 

@@ -1,4 +1,4 @@
-"""The cost of a running process: processor time to the nanosecond, memory, threads."""
+"""The cost of a running process: processor time to the nanosecond, memory."""
 
 import os
 import pathlib
@@ -26,10 +26,6 @@ def memory_kilobytes(pid):
         field, size, _ = line.split()
         sizes[field] = int(size)
     return {"private": sizes["Private_Dirty:"], "resident": sizes["Rss:"]}
-
-
-def thread_count(pid):
-    return len(os.listdir(f"/proc/{pid}/task"))
 
 
 def median(values):

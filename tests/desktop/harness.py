@@ -543,6 +543,10 @@ def private_kilobytes(pid):
     return next(int(line.split()[1]) for line in lines if line.startswith("Private_Dirty:"))
 
 
+def thread_count(pid):
+    return len(os.listdir(f"/proc/{pid}/task"))
+
+
 def wineserver(prefix):
     """The process id of the server of a prefix; its working folder is named after the prefix's inode."""
     status = os.stat(prefix)

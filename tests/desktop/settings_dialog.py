@@ -95,6 +95,11 @@ class SettingsDialogTest(MenuTest, SettingsTest):
     def wait_for_no_dialog(self):
         wait_until(lambda: not self.dialog(), "the end of the settings dialog", 30)
 
+    def point_on_title(self):
+        """Where the dialog takes a click or a drag without any of its controls."""
+        left, top, _, _ = self.dialog().rect
+        return left + 200, top + 12
+
     def leave_settings(self):
         """Closes the dialog, by its close box."""
         left, top, right, bottom = self.dialog().rect

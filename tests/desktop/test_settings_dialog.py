@@ -36,10 +36,10 @@ class Opening(SettingsDialogTest):
         self.assertEqual(tuple(self.dialog().rect[:2]), (0, 0))
 
     def drag_by_its_title(self, dx, dy):
-        left, top, _, _ = self.dialog().rect
-        self.desktop.use_mouse("mousemove", left + 200, top + 12, "mousedown", 1)
+        x, y = self.point_on_title()
+        self.desktop.use_mouse("mousemove", x, y, "mousedown", 1)
         wait_until(lambda: self.neighbour.mode().moving == self.dialog().handle, "a drag of the dialog")
-        self.point_at(left + 200 + dx, top + 12 + dy)
+        self.point_at(x + dx, y + dy)
         self.release()
 
     def test_opens_again_where_and_how_it_was_left_even_by_another_run(self):

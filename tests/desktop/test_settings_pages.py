@@ -43,8 +43,7 @@ class Keyboard(SettingsDialogTest):
     def has_left(self, control):
         """After a Tab. The dialog is seen before the keyboard is with it; and on a screen without a window manager the end
         of the menu may leave the keys to no window at all, until a click on the title."""
-        left, top, _, _ = self.dialog().rect
-        self.click(left + 100, top + 12)
+        self.click(*self.point_on_title())
         self.keys("Tab")
         return self.focus() != control
 

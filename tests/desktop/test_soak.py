@@ -30,6 +30,7 @@ from harness import (
     main,
     pixels,
     private_kilobytes,
+    thread_count,
     wait_until,
     windows_path,
     wineserver,
@@ -219,9 +220,6 @@ class Soak(GraphTest):
         """One for the start and one for each visit. What became of the earlier ones is of no use any more."""
         wait_until(lambda: len(self.server.requests) > self.visits, f"check {self.visits + 1}", LONGEST_CHECK)
 
-    def count_threads(self):
-        return len(os.listdir(f"/proc/{self.process.pid}/task"))
-
     def run_round(self, number):
         self.run_ticks()
         self.paint_graphs()
@@ -263,7 +261,7 @@ class Soak(GraphTest):
         def measure():
             sizes.append(private_kilobytes(self.process.pid))
             server_sizes.append(private_kilobytes(server))
-            threads.append(self.count_threads())
+            threads.append(thread_count(self.process.pid))
 
         for number in range(1, TICKS // ROUND + 1):
             self.run_round(number)
@@ -278,7 +276,7 @@ class Soak(GraphTest):
                 )
             self.assertIsNone(self.process.poll())
         self.wait_for_check()
-        wait_until(lambda: self.count_threads() <= min(threads), "the end of the last connection")
+        wait_until(lambda: thread_count(self.process.pid) <= min(threads), "the end of the last connection")
         measure()
         # The lower of the first two and of the last two: a leak is permanent, temporary use is not. A check takes a
         # megabyte, and a thread for its connection, for some twenty seconds.

@@ -15,7 +15,7 @@ if [ ! -e "$WINEPREFIX/system.reg" ]; then
     copy_prefix "$WINEPREFIX"
     # As dark as on Windows, for which the icons' colours are designed.
     for color in "Menu=32 32 32" "MenuText=255 255 255"; do
-        wine reg add 'HKCU\Control Panel\Colors' /v "${color%%=*}" /d "${color#*=}" /f >/dev/null 2>&1
+        "$wine" reg add 'HKCU\Control Panel\Colors' /v "${color%%=*}" /d "${color#*=}" /f >/dev/null 2>&1
     done
 fi
-exec wine explorer /desktop=shell,1280x800 "Z:${root//\//\\}\\build\\windows\\kestrane.exe"
+exec "$wine" explorer /desktop=shell,1280x800 "Z:${root//\//\\}\\build\\windows\\kestrane.exe"

@@ -1,6 +1,7 @@
 # Sourced by the scripts that run Windows programs: a quiet Wine, with a screen and a prefix that last as long as the
 # script.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+wine=$root/scripts/start-wine.sh
 pristine_prefix=$root/build/wine/pristine
 export WINEDEBUG=${WINEDEBUG:--all}
 # No offer to download .NET or a browser, and no debugger that waits after a crash.
@@ -17,9 +18,9 @@ make_pristine_prefix() {
     if [ ! -e "$pristine_prefix/system.reg" ]; then
         rm -rf "$pristine_prefix.new"
         # No process that outlives this function may hold the lock.
-        WINEPREFIX=$pristine_prefix.new wineboot --init >/dev/null 2>&1 {lock}>&-
+        WINEPREFIX=$pristine_prefix.new "$wine" wineboot --init >/dev/null 2>&1 {lock}>&-
         # These screens have no window manager; Wine would wait two seconds for one whenever a window is hidden.
-        WINEPREFIX=$pristine_prefix.new wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f \
+        WINEPREFIX=$pristine_prefix.new "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f \
             >/dev/null 2>&1 {lock}>&-
         WINEPREFIX=$pristine_prefix.new wineserver --wait {lock}>&-
         # "Documents" and the like are links into the home folder, which tests must not touch.

@@ -15,7 +15,7 @@ trap 'rm -f "$errors" "$output"; end_session' EXIT
 
 # Into files, not pipes: Wine's own services start with the first program and keep its output open.
 code=0
-wine "$@" 2>"$errors" >"$output" || code=$?
+"$wine" "$@" 2>"$errors" >"$output" || code=$?
 cat "$output"
 cat "$errors" >&2
 if [ -n "${EXPECTED_OUTPUT:-}" ] && ! grep -qF "$EXPECTED_OUTPUT" "$output"; then

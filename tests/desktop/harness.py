@@ -25,6 +25,7 @@ import private_network
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("KESTRANE_BUILD", ROOT / "build" / "windows"))
+WINE = ROOT / "scripts" / "start-wine.sh"
 WINE_FOLDER = ROOT / "build" / "wine"
 VERSION = re.search(r"project\(kestrane VERSION (\d+\.\d+\.\d+) ", (ROOT / "CMakeLists.txt").read_text()).group(1)
 
@@ -50,6 +51,9 @@ DISK = r"\PhysicalDisk(*)"
 # Any other crash prints such a line too and ends the program; an unhandled exception becomes its exit code.
 CRASH = re.compile(r".*(?:ignoring exception|Unhandled).*")
 SANE_EXIT_CODES = (0, 1)
+
+# Crashes, and why a program ended before its first instruction or got no window.
+WINE_MESSAGES = "-all,err+seh,err+virtual,err+winediag"
 
 # Wine shows a taskbar only in the desktop of this name.
 TASKBAR_DESKTOP = "shell"
@@ -242,7 +246,7 @@ class Desktop:
             **os.environ,
             "DISPLAY": self.display,
             "WINEPREFIX": str(self.prefix),
-            "WINEDEBUG": "-all,err+seh",
+            "WINEDEBUG": WINE_MESSAGES,
             "WINEDLLOVERRIDES": "mscoree,mshtml,winedbg.exe=",
             # Wine takes the locale from this variable even if the C library does not have it.
             "LC_ALL": language + ".UTF-8",
@@ -365,10 +369,18 @@ class Desktop:
 
     # Programs.
 
+    def _start_wine(self):
+        """Wine's own processes start with the first program in a prefix and keep its error output. A crash of theirs,
+        which happens now and then, is no business of the tests."""
+        silent = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        subprocess.run([WINE, "cmd", "/c", "exit"], env=self.environment, timeout=TIMEOUT, check=True, **silent)
+
     def start(self, program, *arguments, **options):
         """Starts a Windows program: a name in the build folder, or a name that Wine knows."""
+        if not self._processes:
+            self._start_wine()
         path = BUILD / program
-        command = ["wine", str(path) if path.exists() else program, *arguments]
+        command = [WINE, str(path) if path.exists() else program, *arguments]
         environment = {**self.environment, **options.pop("environment", {})}
         options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, **options}
         errors = self.folder / f"{path.stem}-{len(self._processes)}.stderr"
@@ -423,7 +435,7 @@ class Desktop:
 
     def start_kestrane_logged(self, *arguments):
         """Also records the program's debug output: see debug_lines."""
-        process = self.start_kestrane(*arguments, environment={"WINEDEBUG": "-all,err+seh,warn+seh"})
+        process = self.start_kestrane(*arguments, environment={"WINEDEBUG": WINE_MESSAGES + ",warn+seh"})
         self._log = self._crash_watches[-1].errors
         return process
 

@@ -183,7 +183,7 @@ FontEdit SettingsDialog::ShownFont(ControlId font, ControlId size, ControlId bol
 
 /// A left click on a colour well. A transparent colour starts from its default.
 void SettingsDialog::ChooseWellColor(ColorKey key) {
-    ColorValue& color = settings_.colors[key];
+    const ColorValue& color = settings_.colors[key];
     ColorValue start = color != ColorNone ? color : defaults_.colors[key];
     if (start == ColorNone) start = 0;
     CHOOSECOLORW choose{};

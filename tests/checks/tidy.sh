@@ -17,6 +17,7 @@ files=(! -name '*_win32.cpp')
 #  - readability-named-parameter: callbacks get more parameters than they use.
 #  - readability-inconsistent-declaration-parameter-name: the system's headers declare what system_dlls defines.
 #  - modernize-avoid-c-arrays: the system's records and functions use them.
+#  - bugprone-unchecked-optional-access: a dialog has its parts from its first message to its last.
 #  - modernize-return-braced-init-list: an empty owner is returned by the name of its type.
 if [ $# -eq 2 ]; then
     compiler=$2
@@ -24,7 +25,7 @@ if [ $# -eq 2 ]; then
     checks=-misc-misplaced-const,-performance-no-int-to-ptr,-readability-implicit-bool-conversion
     checks+=,-readability-make-member-function-const,-readability-named-parameter
     checks+=,-readability-inconsistent-declaration-parameter-name,-modernize-avoid-c-arrays
-    checks+=,-modernize-return-braced-init-list
+    checks+=,-modernize-return-braced-init-list,-bugprone-unchecked-optional-access
     tidy+=("--checks=$checks")
     # The compiler's include folders, except for GCC's own intrinsics: Clang has its own.
     own=$("$compiler" -print-file-name=include)

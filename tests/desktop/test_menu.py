@@ -2,7 +2,18 @@
 
 import subprocess
 
-from harness import HIDDEN_WINDOW, NIM_DELETE, NIM_MODIFY, NIM_SETFOCUS, ROOT, VERSION, every, main, wait_until
+from harness import (
+    HIDDEN_WINDOW,
+    NIM_DELETE,
+    NIM_MODIFY,
+    NIM_SETFOCUS,
+    NO_CHECK,
+    ROOT,
+    VERSION,
+    every,
+    main,
+    wait_until,
+)
 from onscreen import (
     DIALOG_CLASS,
     KINDS,
@@ -259,7 +270,7 @@ class Commands(MenuTest):
         self.assertEqual([call.answer for call in deletes], [1, 1, 1, 1])
 
     def test_a_click_elsewhere_chooses_nothing(self):
-        self.desktop.write_ini(all_open())
+        self.desktop.write_ini(all_open() + NO_CHECK)
         process = self.start_with(*KINDS)
         before = self.desktop.ini_path.read_bytes()
         self.open_menu()

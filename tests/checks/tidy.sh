@@ -18,6 +18,7 @@ files=(! -name '*_win32.cpp')
 #  - readability-inconsistent-declaration-parameter-name: the system's headers declare what system_dlls defines.
 #  - modernize-avoid-c-arrays: the system's records and functions use them.
 #  - bugprone-unchecked-optional-access: a dialog has its parts from its first message to its last.
+#  - readability-redundant-member-init: GCC warns of a member left out that has none, not even {}.
 #  - modernize-return-braced-init-list: an empty owner is returned by the name of its type.
 if [ $# -eq 2 ]; then
     compiler=$2
@@ -26,6 +27,7 @@ if [ $# -eq 2 ]; then
     checks+=,-readability-make-member-function-const,-readability-named-parameter
     checks+=,-readability-inconsistent-declaration-parameter-name,-modernize-avoid-c-arrays
     checks+=,-modernize-return-braced-init-list,-bugprone-unchecked-optional-access
+    checks+=,-readability-redundant-member-init
     tidy+=("--checks=$checks")
     # The compiler's include folders, except for GCC's own intrinsics: Clang has its own.
     own=$("$compiler" -print-file-name=include)

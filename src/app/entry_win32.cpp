@@ -75,18 +75,9 @@ void LookInSystemFolderOnly() {
     if (length > 0 && length < MAX_PATH) SetCurrentDirectoryW(folder.data());
 }
 
-/// What std::terminate calls. Left to itself, the C runtime of a program with windows shows a message box first, behind
-/// which the windows of this one would go on receiving messages, in whatever state the exception has left them.
-[[noreturn]] void EndAtOnce() {
-    LogDebug(L"kestrane: excepcion sin tratar, el programa termina\n");
-    TerminateProcess(GetCurrentProcess(), AbortExitCode);
-    std::abort();
-}
-
 }  // namespace
 
 int Main(HINSTANCE instance, const wchar_t* commandLine) {
-    std::set_terminate(&EndAtOnce);
     LookInSystemFolderOnly();
     if (const int exitCode = HandleCommandLine(commandLine); exitCode >= 0) return exitCode;
     UniqueKernelHandle mutex = BecomeRunningInstance(commandLine);
@@ -132,3 +123,12 @@ int RequestRunningInstanceExit() {
 }
 
 }  // namespace kestrane
+
+/// What std::terminate calls, linked in place of the C++ runtime's own. That one ends in the C runtime's message box,
+/// behind which the windows of the program would go on receiving messages, in whatever state the exception has left
+/// them; and it brings 70 KB, a demangler and all of printf, to tell the exception to a console that is not there.
+void __gnu_cxx::__verbose_terminate_handler() {
+    kestrane::LogDebug(L"kestrane: excepcion sin tratar, el programa termina\n");
+    TerminateProcess(GetCurrentProcess(), kestrane::AbortExitCode);
+    std::abort();
+}

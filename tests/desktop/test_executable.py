@@ -13,7 +13,7 @@ import pefile
 from harness import BUILD, ROOT, VERSION, main
 
 WINDOWS_10 = (10, 0)
-SIZE_LIMIT = 640_000
+SIZE_LIMIT = 600_000
 
 # Functions for injecting code and suspending threads, which virus scanners look for. The program must not import any.
 INJECTORS = {

@@ -283,6 +283,7 @@ class EntryTest : public testing::Test {
 
 using MainTest = EntryTest;
 using ExitTest = EntryTest;
+using TerminateTest = EntryTest;
 
 TEST_F(MainTest, BeforeAllElseDllsComeFromTheSystemsFolderAlone) {
     for (const wchar_t* text : {L"", L"--updated", L"--exit", L"--autostart-machine clear"}) {
@@ -309,9 +310,7 @@ TEST_F(MainTest, TheProgramLeavesTheFolderFromWhichItWasStarted) {
     EXPECT_EQ(currentFolder(), system);
 }
 
-TEST_F(MainTest, AnExceptionThatNothingCatchesEndsTheProgramWithoutAMessageBox) {
-    Main(Module, L"");
-    Calls().clear();
+TEST_F(TerminateTest, AnExceptionThatNothingCatchesEndsTheProgramWithoutAMessageBox) {
     const UniqueKernelHandle thread(CreateThread(nullptr, 0, &Terminate, nullptr, 0, nullptr));
     ASSERT_EQ(WaitForSingleObject(thread.Get(), INFINITE), DWORD{WAIT_OBJECT_0});
     EXPECT_THAT(Calls(), ElementsAre("kestrane: excepcion sin tratar, el programa termina\n", "TerminateProcess 3"));

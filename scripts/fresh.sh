@@ -39,13 +39,13 @@ clean_up() {
 in_system() {
     isolated bash -c '
         set -e
-        mount --bind "$0" "$0"
+        mount --bind "$0" "$0" # pivot_root wants a mount
         cd "$0"
         mount -t proc proc proc
         mount -t sysfs -o ro sysfs sys
         mount -t tmpfs tmpfs dev/shm
         mount -t devpts -o newinstance,ptmxmode=0666 devpts dev/pts
-        # The tests make namespaces of their own, which the kernel refuses to a program whose root is only changed.
+        # Not chroot: the tests make namespaces of their own, which the kernel refuses to a program in a chroot.
         pivot_root . mnt
         PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
         umount -l mnt

@@ -5,7 +5,7 @@
 # set; otherwise the program gets a screen and a prefix for this run only.
 set -euo pipefail
 source "$(dirname "$0")/wine-env.sh"
-export WINEDEBUG=$WINEDEBUG,err+seh
+export WINEDEBUG=$WINEDEBUG,err+seh,err+virtual # crashes, and why a program ended before its first instruction
 if [ -z "${DISPLAY:-}" ] || [ -z "${WINEPREFIX:-}" ]; then
     begin_session
 fi

@@ -126,7 +126,8 @@ int RequestRunningInstanceExit() {
 
 /// What std::terminate calls, linked in place of the C++ runtime's own. That one ends in the C runtime's message box,
 /// behind which the windows of the program would go on receiving messages, in whatever state the exception has left
-/// them; and it brings 70 KB, a demangler and all of printf, to tell the exception to a console that is not there.
+/// them; and it brings 70 KB, a demangler and all of printf, to tell the exception to a console that is not there. This
+/// must stand in a file of which the program needs something else: for this alone the linker would take the runtime's.
 void __gnu_cxx::__verbose_terminate_handler() {
     kestrane::LogDebug(L"kestrane: excepcion sin tratar, el programa termina\n");
     TerminateProcess(GetCurrentProcess(), kestrane::AbortExitCode);

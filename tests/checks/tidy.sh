@@ -9,7 +9,7 @@ build=$1
 tidy=(clang-tidy --quiet -p "$build" --extra-arg=-Wno-unknown-warning-option)
 files=(! -name '*_win32.cpp')
 
-# Switched off for the platform files alone, because of how the system's interface is made:
+# Switched off for the platform files alone, most of it because of how the system's interface is made:
 #  - misc-misplaced-const: a handle is a pointer typedef, and a constant handle is meant.
 #  - performance-no-int-to-ptr: LPARAM and a window's user data carry pointers.
 #  - readability-implicit-bool-conversion: BOOL is an int.
@@ -17,9 +17,10 @@ files=(! -name '*_win32.cpp')
 #  - readability-named-parameter: callbacks get more parameters than they use.
 #  - readability-inconsistent-declaration-parameter-name: the system's headers declare what system_dlls defines.
 #  - modernize-avoid-c-arrays: the system's records and functions use them.
-#  - bugprone-unchecked-optional-access: a dialog has its parts from its first message to its last.
-#  - readability-redundant-member-init: GCC warns of a member left out that has none, not even {}.
 #  - modernize-return-braced-init-list: an empty owner is returned by the name of its type.
+#  - bugprone-unchecked-optional-access: a dialog has its parts from its first message to its last.
+#  - readability-redundant-member-init: where a designated initialiser leaves out a member, GCC warns unless the member has
+#    an initialiser, if only {}.
 if [ $# -eq 2 ]; then
     compiler=$2
     files=(-name '*_win32.cpp')

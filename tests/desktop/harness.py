@@ -371,9 +371,16 @@ class Desktop:
 
     def _start_wine(self):
         """Wine's own processes start with the first program in a prefix and keep its error output. A crash of theirs,
-        which happens now and then, is no business of the tests."""
-        silent = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-        subprocess.run([WINE, "cmd", "/c", "exit"], env=self.environment, timeout=TIMEOUT, check=True, **silent)
+        which happens now and then, is no business of the tests. They outlive that program for a moment, in which the
+        next one follows."""
+        errors = self.folder / "wine.stderr"
+        with open(errors, "wb") as file:
+            silent = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": file}
+            command = [WINE, "cmd", "/c", "exit"]
+            code = subprocess.run(command, env=self.environment, timeout=TIMEOUT, **silent).returncode
+        if code != 0:
+            said = errors.read_text(encoding="utf-8", errors="replace")
+            raise AssertionError(f"Wine does not start, but ends with {code}; it said {said[-500:]!r}")
 
     def start(self, program, *arguments, **options):
         """Starts a Windows program: a name in the build folder, or a name that Wine knows."""

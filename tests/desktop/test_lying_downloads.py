@@ -22,7 +22,7 @@ from update_server import (
     reply,
     welcome,
 )
-from updates import CLOSE, DOWNLOAD, NOTE, PROGRESS, UPDATE
+from updates import CLOSE, DOWNLOAD, NEW_FILE, NOTE, PROGRESS, UPDATE
 
 NO_ANSWER = "The new version could not be downloaded: no answer from the server."
 DROPPED = "The new version could not be downloaded: the connection dropped."
@@ -33,8 +33,6 @@ RECEIVE_LIMIT, LONGEST_WAIT = 15, 40
 
 # For a download that is given up between two bytes that drip.
 LONGEST_CLOSE = 5
-
-NEW_FILE = "kestrane.exe.new"
 
 NEWER = (BUILD / "kestrane-newer.exe").read_bytes()
 HALF = len(NEWER) // 2

@@ -8,7 +8,7 @@ import private_network
 from harness import main, wait_until, windows_path
 from onscreen import double_click_time
 from update_server import HOST, STATS_HOST, reply
-from updates import CLOSE, DOWNLOAD, LONGEST_END, PROGRESS, UPDATE, WEB_LINK, UpdateTest
+from updates import CLOSE, DOWNLOAD, LONGEST_END, NEW_FILE, PROGRESS, UPDATE, WEB_LINK, UpdateTest
 
 SHARING_VIOLATION, DISK_FULL = 32, 112
 
@@ -86,7 +86,7 @@ class Obstacles(UpdateTest):
         self.publish()
 
     def held_download(self):
-        new = self.folder / "kestrane.exe.new"
+        new = self.folder / NEW_FILE
         new.write_text("of another program")
         with self.held(new):
             self.tries_in_vain_to_save(SHARING_VIOLATION)

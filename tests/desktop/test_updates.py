@@ -10,8 +10,10 @@ from update_server import HOST, STATS_HOST, keep_silent, reply
 from updates import (
     CLOSE,
     FIRST_CHECK,
+    NEW_FILE,
     NEWER,
     OFFERED,
+    OLD_FILE,
     PLAIN_HEADERS,
     PROGRESS,
     RUNNING,
@@ -38,7 +40,7 @@ class TheWholeWay(UpdateTest):
 
     def test_from_the_offer_to_the_next_version(self):
         self.install("Programas de Ñandú 𝒦")
-        for leftover in ("kestrane.exe.new", "kestrane.exe.old"):
+        for leftover in (NEW_FILE, OLD_FILE):
             (self.folder / leftover).write_text("of an update that was cut off")
         began = time.monotonic()
         process = self.start()
@@ -91,7 +93,7 @@ class TheWholeWay(UpdateTest):
         self.wait_for_note(self.words.downloading)
         self.sees_the_bar(gate.first_half * 1000 // len(self.newer))
         self.assertFalse(self.of_offer(UPDATE).enabled)
-        self.assertEqual(self.files(), ["kestrane.exe", "kestrane.exe.new"])
+        self.assertEqual(self.files(), ["kestrane.exe", NEW_FILE])
         self.assertEqual(self.executable.read_bytes(), self.older)
 
         start = self.shell.mark()

@@ -40,7 +40,18 @@ from settings_window import TAB_BUTTONS
 from test_promotion import PROMOTION_TIMER, entry
 from torture_counts import Counts
 from update_server import HOST, UpdateServer, reply
-from updates import CLOSE, DOWNLOAD, NEWER, NIN_BALLOONUSERCLICK, UPDATE, WEB_LINK, WORDS, Gate
+from updates import (
+    CLOSE,
+    DOWNLOAD,
+    NEW_FILE,
+    NEWER,
+    NIN_BALLOONUSERCLICK,
+    OLD_FILE,
+    UPDATE,
+    WEB_LINK,
+    WORDS,
+    Gate,
+)
 
 TIMERS = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
 ICONS = (1, 2, 3, 4)
@@ -209,7 +220,7 @@ class Rack:
         self.task_manager = self.desktop.ini_path.parents[2] / "Local/Microsoft/Windows/TaskManager/settings.json"
         self.task_manager.parent.mkdir(parents=True, exist_ok=True)
         self.task_manager.write_bytes(TASK_MANAGER_FILES[0])
-        for leftover in ("kestrane.exe.new", "kestrane.exe.old"):
+        for leftover in (NEW_FILE, OLD_FILE):
             (self.folder / leftover).write_text("of an update that was cut off")
 
     def _put_original_back(self):
@@ -407,7 +418,7 @@ class Rack:
         self.gate = self.server.answers[DOWNLOAD] = Gate(self.newer)
         self._click(UPDATE, offer)
         self._may(lambda: self._downloads() == 2)
-        self._may(lambda: self.folder.joinpath("kestrane.exe.new").exists())
+        self._may(lambda: self.folder.joinpath(NEW_FILE).exists())
         self.neighbour.ask("post", offer, WM_COMMAND, CLOSE, 0)
         self.gate.open()
         self._may(lambda: not self._offer())

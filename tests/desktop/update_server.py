@@ -294,7 +294,7 @@ def endless(chunk, first=b""):
 
 
 def cut(data, how):
-    """These bytes, and then the end: Visit.close, Visit.hang_up or Visit.reset."""
+    """These bytes, and then the end, by a function of the visit such as Visit.close, Visit.hang_up or Visit.reset."""
 
     def answer(visit):
         visit.send(data)

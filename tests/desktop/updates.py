@@ -29,8 +29,9 @@ LONGEST_CHECK = FIRST_CHECK + 30
 # The longest that a request can keep the program from its end: 15 s for an answer, and what a busy machine may add.
 LONGEST_END = 25
 
-# Where the server keeps the new version.
+# Where the server keeps the new version, and what the program beside itself calls it, and itself once it is replaced.
 DOWNLOAD = "/download/kestrane.exe"
+NEW_FILE, OLD_FILE = "kestrane.exe.new", "kestrane.exe.old"
 
 # All that a request tells, but for the host and the user agent. Under Wine the flag by which no cache may answer gives
 # both lines about caches.

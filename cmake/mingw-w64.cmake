@@ -1,5 +1,5 @@
 # The -win32 compilers, whose C++ runtime uses Windows' own threads. That of the -posix ones brings a POSIX threads
-# library: 25 KB, and imports such as SuspendThread and SetThreadContext, which virus scanners associate with code
+# library: 23 KB, and imports such as SuspendThread and SetThreadContext, which virus scanners associate with code
 # injection.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)

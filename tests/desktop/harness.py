@@ -73,6 +73,11 @@ def wait_until(condition, what, timeout=TIMEOUT):
     return value
 
 
+def last_words(errors):
+    """The end of an error output, for the message of a failure."""
+    return f"it said {errors.read_text(encoding='utf-8', errors='replace')[-500:]!r}"
+
+
 def windows_path(path):
     """A path of this machine as a Windows program sees it."""
     return "Z:" + str(path).replace("/", "\\")
@@ -375,12 +380,11 @@ class Desktop:
         next one follows."""
         errors = self.folder / "wine.stderr"
         with open(errors, "wb") as file:
-            silent = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": file}
+            options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": file}
             command = [WINE, "cmd", "/c", "exit"]
-            code = subprocess.run(command, env=self.environment, timeout=TIMEOUT, **silent).returncode
+            code = subprocess.run(command, env=self.environment, timeout=TIMEOUT, **options).returncode
         if code != 0:
-            said = errors.read_text(encoding="utf-8", errors="replace")
-            raise AssertionError(f"Wine does not start, but ends with {code}; it said {said[-500:]!r}")
+            raise AssertionError(f"Wine does not start, but ends with {code}; {last_words(errors)}")
 
     def start(self, program, *arguments, **options):
         """Starts a Windows program: a name in the build folder, or a name that Wine knows."""
@@ -438,7 +442,7 @@ class Desktop:
             state = "runs with its threads in " + ", ".join((thread / "wchan").read_text() for thread in threads)
         else:
             state = f"has ended with {code}"
-        return f"{process.args[1:]} {state}; it said {errors.read_text(errors='replace')[-500:]!r}"
+        return f"{process.args[1:]} {state}; {last_words(errors)}"
 
     def start_kestrane_logged(self, *arguments):
         """Also records the program's debug output: see debug_lines."""

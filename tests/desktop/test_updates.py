@@ -13,13 +13,13 @@ from updates import (
     NEW_FILE,
     NEWER,
     OFFERED,
-    OLD_FILE,
     PLAIN_HEADERS,
     PROGRESS,
     RUNNING,
     UPDATE,
     WEB_LINK,
     UpdateTest,
+    leave_update_cut_off,
 )
 
 PLAIN_MENU, MENU_WITH_OFFER = "E-E-EE", "E-E-E-EE"
@@ -40,8 +40,7 @@ class TheWholeWay(UpdateTest):
 
     def test_from_the_offer_to_the_next_version(self):
         self.install("Programas de Ñandú 𝒦")
-        for leftover in (NEW_FILE, OLD_FILE):
-            (self.folder / leftover).write_text("of an update that was cut off")
+        leave_update_cut_off(self.folder)
         began = time.monotonic()
         process = self.start()
         wait_until(lambda: self.files() == ["kestrane.exe"], "the end of what was left")

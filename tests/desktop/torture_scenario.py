@@ -46,11 +46,11 @@ from updates import (
     NEW_FILE,
     NEWER,
     NIN_BALLOONUSERCLICK,
-    OLD_FILE,
     UPDATE,
     WEB_LINK,
     WORDS,
     Gate,
+    leave_update_cut_off,
 )
 
 TIMERS = (CPU_TIMER, DISK_TIMER, MEMORY_TIMER, NETWORK_TIMER)
@@ -220,8 +220,7 @@ class Rack:
         self.task_manager = self.desktop.ini_path.parents[2] / "Local/Microsoft/Windows/TaskManager/settings.json"
         self.task_manager.parent.mkdir(parents=True, exist_ok=True)
         self.task_manager.write_bytes(TASK_MANAGER_FILES[0])
-        for leftover in (NEW_FILE, OLD_FILE):
-            (self.folder / leftover).write_text("of an update that was cut off")
+        leave_update_cut_off(self.folder)
 
     def _put_original_back(self):
         """By a rename, as it may be running."""

@@ -29,13 +29,21 @@ LONGEST_CHECK = FIRST_CHECK + 30
 # The longest that a request can keep the program from its end: 15 s for an answer, and what a busy machine may add.
 LONGEST_END = 25
 
-# Where the server keeps the new version, and what the program beside itself calls it, and itself once it is replaced.
+# Where the server keeps the new version.
 DOWNLOAD = "/download/kestrane.exe"
+
+# In the program's folder: the new version until it takes the program's place, and the program that has made room for it.
 NEW_FILE, OLD_FILE = "kestrane.exe.new", "kestrane.exe.old"
 
 # All that a request tells, but for the host and the user agent. Under Wine the flag by which no cache may answer gives
 # both lines about caches.
 PLAIN_HEADERS = {"connection": "Keep-Alive", "pragma": "no-cache", "cache-control": "no-cache"}
+
+
+def leave_update_cut_off(folder):
+    """What an update that was killed leaves beside the program, for the next start to remove."""
+    for leftover in (NEW_FILE, OLD_FILE):
+        (folder / leftover).write_text("of an update that was cut off")
 
 
 class Words:
